@@ -1,0 +1,48 @@
+# The settings every target shares, and the functions that make one.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+endif()
+
+find_package(Threads REQUIRED)
+
+add_library(rowvane_options INTERFACE)
+target_compile_options(rowvane_options INTERFACE
+  -Wall -Wextra -Wconversion -Wshadow -Wnon-virtual-dtor -Werror)
+target_include_directories(rowvane_options INTERFACE "${CMAKE_SOURCE_DIR}/src")
+target_link_libraries(rowvane_options INTERFACE Threads::Threads)
+if(ROWVANE_SANITIZE)
+  target_compile_options(rowvane_options INTERFACE
+    -fsanitize=${ROWVANE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  target_link_options(rowvane_options INTERFACE -fsanitize=${ROWVANE_SANITIZE})
+endif()
+
+# One floor of the program: a static library made of every .cpp file in the folder.
+#   rowvane_floor(NAME [SOURCES file...] [LINKS target...])
+# Without SOURCES all .cpp files directly in the folder are taken.
+function(rowvane_floor name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  if(NOT ARG_SOURCES)
+    file(GLOB ARG_SOURCES CONFIGURE_DEPENDS "*.cpp")
+  endif()
+  add_library(rowvane_${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(rowvane_${name} PUBLIC rowvane_options ${ARG_LINKS})
+endfunction()
+
+# The tests of one floor: every .cpp file in the folder, one program, one ctest entry for each case.
+function(rowvane_tests name)
+  cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS "*.cpp")
+  add_executable(${name}_tests ${sources})
+  target_include_directories(${name}_tests PRIVATE "${CMAKE_SOURCE_DIR}/tests")
+  target_compile_definitions(${name}_tests PRIVATE
+    ROWVANE_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+  target_link_libraries(${name}_tests PRIVATE rowvane_options ${ARG_LINKS} GTest::gtest_main GTest::gmock)
+  gtest_discover_tests(${name}_tests DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 600)
+endfunction()

@@ -1,0 +1,30 @@
+// The user's regional settings.
+#pragma once
+
+#include <string>
+
+namespace rowvane::platform {
+
+enum class DateOrder { kMonthDayYear, kDayMonthYear, kYearMonthDay };
+
+struct RegionalSettings {
+  std::string locale;             // the system's name for it, such as "de_DE" or "de-DE"
+  std::string decimal_separator;  // UTF-8, at least one byte
+  std::string group_separator;    // thousands; UTF-8, empty when numbers are not grouped
+  std::string list_separator;     // ";" where the decimal separator is ",", otherwise ","
+  std::string date_separator;
+  std::string time_separator;
+  std::string currency_symbol;
+  DateOrder date_order = DateOrder::kMonthDayYear;
+
+  // Point for decimals, no grouping, year first: for files and scripts, the same on every machine.
+  static RegionalSettings generic();
+};
+
+// The settings of the current user. On Linux LC_ALL, LC_NUMERIC, LC_TIME and LANG choose them in the usual order;
+// the "C" and "POSIX" locales answer generic().
+RegionalSettings user_regional_settings();
+// The settings of a named locale ("de_DE"), for tests and for options that name one.
+RegionalSettings regional_settings_of(const std::string& locale);
+
+}  // namespace rowvane::platform
