@@ -7,6 +7,7 @@
 namespace rowvane {
 
 // `report` and `cancelled` may be called from any thread of the operation.
+// Reported in the units of the operation: bytes or records.
 class Progress {
  public:
   virtual ~Progress() = default;

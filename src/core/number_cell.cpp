@@ -1,0 +1,36 @@
+#include "core/number_cell.h"
+
+#include <array>
+
+namespace rowvane {
+namespace {
+
+// In the order of the codes: entry i is the text of code 32 * (i + 1).
+constexpr std::array<std::string_view, 7> kErrorNames = {"#VALUE!",  "#NAME?", "#REF!",   "#NULL!",
+                                                         "#MEMORY!", "#DATA!", "#SYNTAX!"};
+
+char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+
+bool equals_ignoring_case(std::string_view text, std::string_view capitals) {
+  if (text.size() != capitals.size()) return false;
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (upper(text[i]) != capitals[i]) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+std::string_view formula_error_text(FormulaError error) {
+  const size_t code = static_cast<uint8_t>(error);
+  return code == 0 ? std::string_view() : code % 32 == 0 ? kErrorNames[code / 32 - 1] : kErrorNames[0];
+}
+
+FormulaError formula_error_named(std::string_view text) {
+  for (size_t i = 0; i < kErrorNames.size(); ++i) {
+    if (equals_ignoring_case(text, kErrorNames[i])) return static_cast<FormulaError>(32 * (i + 1));
+  }
+  return FormulaError::kNone;
+}
+
+}  // namespace rowvane

@@ -1,0 +1,70 @@
+// The texts of a text column, each held once.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "core/plain_vector.h"
+
+namespace rowvane {
+
+// Texts by 32-bit code. Code 0 is the empty text. Codes are given in the order of first appearance and stay valid
+// for the pool's life. A text is at most kMaxTextBytes long.
+//
+// `intern` finds a text that is there already; `append` gives each text an entry of its own and needs no hash table,
+// for columns whose texts do not repeat. Both may be mixed: two codes may stand for equal texts.
+//
+// Reading from several threads is safe while nobody adds; adding ends the life of the views that `text` gave.
+class TextPool {
+ public:
+  using Code = uint32_t;
+  static constexpr size_t kMaxTextBytes = 65'535;
+
+  TextPool();
+
+  Code intern(std::string_view text);
+  Code append(std::string_view text);
+
+  std::string_view text(Code code) const {
+    const uint64_t entry = entries_[code];
+    const uint64_t offset = entry >> kLengthBits;
+    return {blocks_[offset >> kBlockBits].get() + (offset & (kBlockBytes - 1)), entry & kMaxTextBytes};
+  }
+
+  // Number of codes, the empty text included.
+  size_t size() const { return entries_.size(); }
+  // Bytes of text held.
+  uint64_t text_bytes() const { return text_bytes_; }
+  // Bytes of memory in use.
+  uint64_t memory_bytes() const;
+
+  // Gives the hash table back; the next `intern` builds it anew.
+  void drop_index();
+
+ private:
+  static constexpr int kBlockBits = 20;
+  static constexpr uint64_t kBlockBytes = uint64_t{1} << kBlockBits;
+  static constexpr int kLengthBits = 16;
+
+  struct Slot {
+    uint32_t hash;
+    Code code;  // 0 in a free slot: the empty text is never looked up
+  };
+
+  char* reserve_text(size_t bytes);
+  void grow_first_block(size_t bytes);
+  void rebuild_index(size_t slots);
+
+  // All blocks but the first have kBlockBytes; the first one grows to that, so that small columns stay small.
+  std::vector<std::unique_ptr<char[]>> blocks_;
+  size_t first_block_bytes_ = 0;
+  uint64_t next_offset_ = 0;
+  PlainVector<uint64_t> entries_;  // offset << kLengthBits | length
+  std::vector<Slot> slots_;        // power of two, or empty
+  size_t used_slots_ = 0;
+  uint64_t text_bytes_ = 0;
+};
+
+}  // namespace rowvane

@@ -1,0 +1,145 @@
+#include "core/utf8.h"
+
+#include <cstdint>
+#include <cstring>
+
+namespace rowvane {
+namespace {
+
+constexpr char32_t kReplacement = 0xFFFD;
+constexpr uint64_t kHighBits = 0x8080808080808080ull;
+
+unsigned char byte_at(std::string_view text, size_t i) { return static_cast<unsigned char>(text[i]); }
+
+bool is_continuation(std::string_view text, size_t i) {
+  return i < text.size() && (byte_at(text, i) & 0xC0) == 0x80;
+}
+
+// Length of the well-formed sequence at POSITION, or 0.
+size_t sequence_length(std::string_view text, size_t position) {
+  const unsigned char lead = byte_at(text, position);
+  if (lead < 0x80) return 1;
+  if (lead < 0xC2 || lead > 0xF4 || !is_continuation(text, position + 1)) return 0;
+  if (lead < 0xE0) return 2;
+  const unsigned char second = byte_at(text, position + 1);
+  if (!is_continuation(text, position + 2)) return 0;
+  if (lead < 0xF0) {
+    const bool overlong = lead == 0xE0 && second < 0xA0;
+    const bool surrogate = lead == 0xED && second > 0x9F;
+    return overlong || surrogate ? 0 : 3;
+  }
+  if (!is_continuation(text, position + 3)) return 0;
+  const bool overlong = lead == 0xF0 && second < 0x90;
+  const bool too_large = lead == 0xF4 && second > 0x8F;
+  return overlong || too_large ? 0 : 4;
+}
+
+// Position of the first byte that is not ASCII, at or behind POSITION.
+size_t skip_ascii(std::string_view text, size_t position) {
+  while (position + 8 <= text.size()) {
+    uint64_t word;
+    std::memcpy(&word, text.data() + position, 8);
+    if ((word & kHighBits) != 0) break;
+    position += 8;
+  }
+  while (position < text.size() && byte_at(text, position) < 0x80) ++position;
+  return position;
+}
+
+}  // namespace
+
+bool is_ascii(std::string_view text) { return skip_ascii(text, 0) == text.size(); }
+
+bool is_valid_utf8(std::string_view text) {
+  for (size_t i = skip_ascii(text, 0); i < text.size(); i = skip_ascii(text, i)) {
+    const size_t length = sequence_length(text, i);
+    if (length == 0) return false;
+    i += length;
+  }
+  return true;
+}
+
+size_t count_characters(std::string_view text) {
+  size_t count = 0;
+  for (size_t i = 0; i < text.size(); ++count) {
+    const size_t length = sequence_length(text, i);
+    i += length == 0 ? 1 : length;
+  }
+  return count;
+}
+
+std::string_view truncate_characters(std::string_view text, size_t max) {
+  if (text.size() <= max) return text;
+  size_t i = 0;
+  for (size_t count = 0; i < text.size() && count < max; ++count) {
+    const size_t length = sequence_length(text, i);
+    i += length == 0 ? 1 : length;
+  }
+  return text.substr(0, i);
+}
+
+std::string_view truncate_bytes(std::string_view text, size_t max) {
+  if (text.size() <= max) return text;
+  size_t end = max;
+  for (size_t back = 0; back < 4 && end > 0; ++back, --end) {
+    if (!is_continuation(text, end)) return text.substr(0, end);
+  }
+  return text.substr(0, max);
+}
+
+char32_t next_character(std::string_view text, size_t& position) {
+  const size_t length = sequence_length(text, position);
+  const unsigned char lead = byte_at(text, position);
+  if (length <= 1) {
+    ++position;
+    return length == 1 ? lead : kReplacement;
+  }
+  char32_t character = lead & (0x7Fu >> length);
+  for (size_t i = 1; i < length; ++i) character = (character << 6) | (byte_at(text, position + i) & 0x3Fu);
+  position += length;
+  return character;
+}
+
+void append_character(char32_t c, std::string& out) {
+  const auto put = [&out](char32_t byte) { out += static_cast<char>(static_cast<unsigned char>(byte)); };
+  if (c < 0x80) return put(c);
+  if (c < 0x800) {
+    put(0xC0 | (c >> 6));
+  } else if (c < 0x10000) {
+    put(0xE0 | (c >> 12));
+    put(0x80 | ((c >> 6) & 0x3F));
+  } else {
+    put(0xF0 | (c >> 18));
+    put(0x80 | ((c >> 12) & 0x3F));
+    put(0x80 | ((c >> 6) & 0x3F));
+  }
+  put(0x80 | (c & 0x3F));
+}
+
+namespace {
+
+// Windows code page 1252, 0x80 to 0x9F; the five bytes that it leaves open stay control characters.
+constexpr char16_t kCodePage1252[32] = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+}  // namespace
+
+std::string repair_utf8(std::string_view text) {
+  std::string out;
+  out.reserve(text.size() + 16);
+  for (size_t i = 0; i < text.size();) {
+    const size_t length = sequence_length(text, i);
+    if (length > 0) {
+      out.append(text.substr(i, length));
+      i += length;
+      continue;
+    }
+    const unsigned char byte = byte_at(text, i++);
+    append_character(byte < 0xA0 ? kCodePage1252[byte - 0x80] : byte, out);
+  }
+  return out;
+}
+
+}  // namespace rowvane

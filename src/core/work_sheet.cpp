@@ -1,0 +1,272 @@
+#include "core/work_sheet.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include "core/database.h"
+#include "core/field_hooks.h"
+#include "core/names.h"
+#include "core/table_changes.h"
+#include "core/utf8.h"
+
+namespace rowvane {
+namespace {
+
+std::vector<Column> make_columns(const std::vector<Field>& fields) {
+  std::vector<Column> columns;
+  for (const Field& field : fields) columns.push_back(make_column(field.type));
+  return columns;
+}
+
+// A column of COUNT cells that all hold FIELD's default value.
+Column default_cells(const Field& field, uint32_t count) {
+  Column column = make_column(field.type);
+  resize_column(column, count);
+  CellValue value;
+  const bool has_default =
+      !field.default_value.empty() &&
+      value_from_text(field.type, field.default_value, NumberSeparators(), value) == ErrorCode::kOk;
+  for (uint32_t i = 0; has_default && i < count; ++i) store_value(column, i, value);
+  return column;
+}
+
+ErrorCode check_text(std::string_view text) {
+  if (!is_valid_utf8(text)) return ErrorCode::kInvalidUtf8;
+  return count_characters(text) > kMaxTextCharacters ? ErrorCode::kOutputTooLong : ErrorCode::kOk;
+}
+
+ErrorCode check_files(const FileList& files) {
+  if (files.size() > kMaxContainerObjects) return ErrorCode::kTooManyContainerObjects;
+  for (size_t i = 0; i < files.size(); ++i) {
+    const std::string& name = files[i].name;
+    if (name.empty() || name.find_first_of(std::string_view("/\\\0", 3)) != std::string::npos || name == "..") {
+      return ErrorCode::kNoFileName;
+    }
+    const auto same = [&name](const FileObject& other) { return same_name(name, other.name); };
+    if (std::any_of(files.begin(), files.begin() + static_cast<std::ptrdiff_t>(i), same)) {
+      return ErrorCode::kNameNotUnique;
+    }
+  }
+  return ErrorCode::kOk;
+}
+
+std::string joined_names(const FileList& files) {
+  std::string names;
+  for (const FileObject& file : files) {
+    if (!names.empty()) names += "; ";
+    names += file.name;
+  }
+  return names;
+}
+
+std::string number_cell_text(double number, const NumberSeparators& separators) {
+  const FormulaError error = error_of_number(number);
+  return error == FormulaError::kNone ? number_to_text(number, separators) : std::string(formula_error_text(error));
+}
+
+}  // namespace
+
+CWorkSheet::CWorkSheet(std::string name, TableData data) : name_(std::move(name)), data_(std::move(data)) {}
+
+CWorkSheet::CWorkSheet(std::string name, std::vector<Field> fields) : name_(std::move(name)) {
+  data_.columns = make_columns(fields);
+  data_.fields = std::move(fields);
+}
+
+CWorkSheet::~CWorkSheet() = default;
+
+std::string CWorkSheet::path() const {
+  return folder_ != nullptr ? Database::join_path(folder_->path(), name_) : name_;
+}
+
+std::optional<size_t> CWorkSheet::find_field(std::string_view name) const {
+  for (size_t i = 0; i < data_.fields.size(); ++i) {
+    if (data_.fields[i].name == name) return i;
+  }
+  for (size_t i = 0; i < data_.fields.size(); ++i) {
+    if (same_name(data_.fields[i].name, name)) return i;
+  }
+  return std::nullopt;
+}
+
+CellValue CWorkSheet::value(uint32_t record, size_t field) const {
+  return cell_value(data_.columns[field], record - 1);
+}
+
+std::string CWorkSheet::value_text(uint32_t record, size_t field, const NumberSeparators& separators) const {
+  const CellValue cell = value(record, field);
+  if (const auto* number = std::get_if<double>(&cell)) return number_cell_text(*number, separators);
+  if (const auto* text = std::get_if<std::string>(&cell)) return *text;
+  if (const auto* files = std::get_if<FileList>(&cell)) return joined_names(*files);
+  std::string text;
+  if (const auto* content = std::get_if<Content>(&cell)) {
+    if (content->read(text) != ErrorCode::kOk) text.clear();
+  }
+  return text;
+}
+
+void CWorkSheet::touch() { ++revision_; }
+
+void CWorkSheet::apply(std::unique_ptr<Change> change) {
+  change->toggle();
+  if (database_ != nullptr) database_->record(std::move(change), this);
+}
+
+ErrorCode CWorkSheet::check_editable_field(size_t field) const {
+  if (field >= field_count()) return ErrorCode::kInvalidCacheIndex;
+  return data_.fields[field].encrypted ? ErrorCode::kEncryptedField : ErrorCode::kOk;
+}
+
+ErrorCode CWorkSheet::check_new_name(std::string_view name, std::optional<size_t> own_index) const {
+  if (!is_valid_field_name(name)) return ErrorCode::kFieldTypeMismatch;
+  const auto taken = find_field(name);
+  return taken && taken != own_index ? ErrorCode::kNameNotUnique : ErrorCode::kOk;
+}
+
+ErrorCode CWorkSheet::insert_field(size_t index, Field field) {
+  if (index > field_count()) return ErrorCode::kInvalidCacheIndex;
+  if (const auto error = check_new_name(field.name, std::nullopt); error != ErrorCode::kOk) return error;
+  if (record_bytes(field_count() + 1) > kMaxRecordBytes) return ErrorCode::kRecordSize;
+  Column column = make_column(field.type);
+  resize_column(column, record_count());
+  apply(std::make_unique<FieldPresenceChange>(*this, index, std::move(field), std::move(column)));
+  return ErrorCode::kOk;
+}
+
+ErrorCode CWorkSheet::rename_field(size_t index, std::string name) {
+  if (index >= field_count()) return ErrorCode::kInvalidCacheIndex;
+  if (const auto error = check_new_name(name, index); error != ErrorCode::kOk) return error;
+  Field renamed = data_.fields[index];
+  renamed.name = std::move(name);
+  apply(std::make_unique<FieldChange>(*this, index, std::move(renamed)));
+  return ErrorCode::kOk;
+}
+
+ErrorCode CWorkSheet::delete_field(size_t index) {
+  if (index >= field_count()) return ErrorCode::kInvalidCacheIndex;
+  if (field_count() == 1) return ErrorCode::kLastField;
+  apply(std::make_unique<FieldPresenceChange>(*this, index));
+  return ErrorCode::kOk;
+}
+
+ErrorCode CWorkSheet::move_field(size_t from, size_t to) {
+  if (from >= field_count() || to >= field_count()) return ErrorCode::kInvalidCacheIndex;
+  if (from != to) apply(std::make_unique<FieldMoveChange>(*this, from, to));
+  return ErrorCode::kOk;
+}
+
+ErrorCode CWorkSheet::change_field(size_t index, Field definition) {
+  if (index >= field_count()) return ErrorCode::kInvalidCacheIndex;
+  const Field& present = data_.fields[index];
+  definition.name = present.name;
+  definition.type = present.type;
+  if (definition == present) return ErrorCode::kOk;
+  apply(std::make_unique<FieldChange>(*this, index, std::move(definition)));
+  return ErrorCode::kOk;
+}
+
+ErrorCode CWorkSheet::replace_column(size_t index, Field definition, Column column) {
+  if (index >= field_count() || column_size(column) != record_count()) return ErrorCode::kInvalidCacheIndex;
+  if (column.index() != make_column(definition.type).index()) return ErrorCode::kFieldTypeMismatch;
+  definition.name = data_.fields[index].name;
+  apply(std::make_unique<FieldChange>(*this, index, std::move(definition), std::move(column)));
+  return ErrorCode::kOk;
+}
+
+ErrorCode CWorkSheet::check_value(uint32_t record, size_t field, const CellValue& value) const {
+  if (record < 1 || record > record_count()) return ErrorCode::kInvalidCacheIndex;
+  if (const auto error = check_editable_field(field); error != ErrorCode::kOk) return error;
+  if (!fits_column(data_.columns[field], value)) return ErrorCode::kFieldTypeMismatch;
+  ErrorCode error = ErrorCode::kOk;
+  if (const auto* text = std::get_if<std::string>(&value)) error = check_text(*text);
+  if (const auto* files = std::get_if<FileList>(&value)) error = check_files(*files);
+  if (error != ErrorCode::kOk) return error;
+  const FieldHooks* hooks = database_ != nullptr ? database_->hooks() : nullptr;
+  if (hooks != nullptr && !data_.fields[field].validation.empty() && !hooks->accepts(*this, record, field, value)) {
+    return ErrorCode::kValidation;
+  }
+  return ErrorCode::kOk;
+}
+
+ErrorCode CWorkSheet::set_value(uint32_t record, size_t field, const CellValue& value) {
+  if (const auto error = check_value(record, field, value); error != ErrorCode::kOk) return error;
+  Column cell = make_column(data_.fields[field].type);
+  resize_column(cell, 1);
+  store_value(cell, 0, value);
+  apply(std::make_unique<CellsChange>(*this, field, std::vector<uint32_t>{record - 1}, std::move(cell)));
+  return ErrorCode::kOk;
+}
+
+ErrorCode CWorkSheet::insert_records(uint32_t before, uint32_t count) {
+  if (before < 1 || before > record_count() + 1) return ErrorCode::kInvalidCacheIndex;
+  const uint32_t limit = database_ != nullptr ? database_->max_records() : kDefaultMaxRecords;
+  if (count > limit || record_count() > limit - count) return ErrorCode::kTooManyRecords;
+  if (count == 0) return ErrorCode::kOk;
+  std::vector<uint32_t> positions(count);
+  std::iota(positions.begin(), positions.end(), before - 1);
+  std::vector<Column> cells;
+  for (const Field& field : data_.fields) cells.push_back(default_cells(field, count));
+  apply(std::make_unique<RecordsChange>(*this, std::move(positions), std::move(cells)));
+  return ErrorCode::kOk;
+}
+
+ErrorCode CWorkSheet::delete_records(std::span<const uint32_t> positions) {
+  const bool ascending = std::adjacent_find(positions.begin(), positions.end(), std::greater_equal<>()) == positions.end();
+  if (!ascending || (!positions.empty() && positions.back() >= record_count())) return ErrorCode::kInvalidCacheIndex;
+  if (positions.empty()) return ErrorCode::kOk;
+  apply(std::make_unique<RecordsChange>(*this, std::vector<uint32_t>(positions.begin(), positions.end())));
+  return ErrorCode::kOk;
+}
+
+ErrorCode CWorkSheet::set_flag_type(std::span<const uint32_t> positions, int type) {
+  const size_t types = database_ != nullptr ? database_->settings().record_flag_types.size() : 0;
+  if (type < 0 || static_cast<size_t>(type) > types) return ErrorCode::kInvalidCacheIndex;
+  std::vector<RecordFlags> flags;
+  for (const uint32_t position : positions) {
+    if (position >= record_count()) return ErrorCode::kInvalidCacheIndex;
+    const RecordFlags rest = this->flags(position + 1) & ((1u << kFlagTypeShift) - 1);
+    flags.push_back(static_cast<RecordFlags>(rest | static_cast<unsigned>(type) << kFlagTypeShift));
+  }
+  apply(std::make_unique<FlagsChange>(*this, std::vector<uint32_t>(positions.begin(), positions.end()),
+                                      std::move(flags)));
+  return ErrorCode::kOk;
+}
+
+void CWorkSheet::clean_pools() {
+  for (Column& column : data_.columns) clean_pool(column);
+}
+
+ErrorCode value_from_text(FieldType type, std::string_view text, const NumberSeparators& separators,
+                          CellValue& value) {
+  value = CellValue();
+  if (text.empty()) return ErrorCode::kOk;
+  switch (type) {
+    case FieldType::kText:
+      value = std::string(text);
+      return ErrorCode::kOk;
+    case FieldType::kNumber: {
+      const FormulaError error = formula_error_named(text);
+      const auto number = error != FormulaError::kNone ? error_number(error) : parse_number(text, separators);
+      if (!number) return ErrorCode::kFieldTypeMismatch;
+      value = *number;
+      return ErrorCode::kOk;
+    }
+    case FieldType::kLongText:
+    case FieldType::kCode:
+      value = Content::of(std::string(text));
+      return ErrorCode::kOk;
+    case FieldType::kFiles:
+      break;
+  }
+  return ErrorCode::kFieldTypeMismatch;
+}
+
+TextEntry check_text_entry(std::string_view text) {
+  constexpr size_t kMaxEntryBytes = 8192;
+  TextEntry entry;
+  entry.warning = count_characters(text) >= kEntryWarningCharacters || text.size() > kMaxEntryBytes;
+  entry.text = truncate_bytes(truncate_characters(text, kMaxTextCharacters), kMaxEntryBytes);
+  return entry;
+}
+
+}  // namespace rowvane
