@@ -36,9 +36,52 @@ size_t copy_ascii_units(std::string_view bytes, size_t position, std::string& ou
   return count;
 }
 
-void append_unit(char32_t unit, std::string& out) {
-  const char bytes[] = {static_cast<char>(unit & 0xFF), static_cast<char>(unit >> 8)};
-  out.append(bytes, 2);
+// Appends some of the characters from POSITION on; answers how many bytes they took, 0 when all of the
+// character at POSITION is not there yet.
+size_t convert_units(std::string_view bytes, size_t position, bool more_follows, std::string& out) {
+  std::array<char, kChunk> chunk;
+  size_t length = 0;
+  const size_t start = position;
+  while (length + 4 <= kChunk && position + 2 <= bytes.size()) {
+    char32_t unit = unit_at(bytes, position);
+    const bool has_next = position + 4 <= bytes.size();
+    if (is_high_surrogate(unit) && !has_next && more_follows) break;
+    position += 2;
+    if (is_high_surrogate(unit) && has_next && is_low_surrogate(unit_at(bytes, position))) {
+      unit = 0x10000 + ((unit - 0xD800) << 10) + (unit_at(bytes, position) - 0xDC00);
+      position += 2;
+    } else if (is_high_surrogate(unit) || is_low_surrogate(unit)) {
+      unit = kReplacementCharacter;
+    }
+    length += put_utf8(unit, chunk.data() + length);
+  }
+  out.append(chunk.data(), length);
+  return position - start;
+}
+
+size_t put_unit(char32_t unit, char* out) {
+  out[0] = static_cast<char>(unit & 0xFF);
+  out[1] = static_cast<char>(unit >> 8);
+  return 2;
+}
+
+// Appends some of the characters from POSITION on, which must be inside TEXT; answers the position behind
+// them.
+size_t convert_characters(std::string_view text, size_t position, std::string& out) {
+  std::array<char, kChunk> chunk;
+  size_t length = 0;
+  while (length + 4 <= kChunk && position < text.size()) {
+    const char32_t character = next_utf8(text, position);
+    char* const place = chunk.data() + length;
+    if (character < 0x10000) {
+      length += put_unit(character, place);
+    } else {
+      length += put_unit(0xD800 + ((character - 0x10000) >> 10), place);
+      length += put_unit(0xDC00 + ((character - 0x10000) & 0x3FF), place + 2);
+    }
+  }
+  out.append(chunk.data(), length);
+  return position;
 }
 
 void append_ascii_units(std::string_view ascii, std::string& out) {
@@ -51,41 +94,20 @@ void append_ascii_units(std::string_view ascii, std::string& out) {
 
 size_t utf16le_to_utf8(std::string_view bytes, bool more_follows, std::string& out) {
   size_t position = 0;
-  while (position + 2 <= bytes.size()) {
-    if (const size_t count = copy_ascii_units(bytes, position, out); count > 0) {
-      position += 2 * count;
-      continue;
-    }
-    const char32_t unit = unit_at(bytes, position);
-    const bool has_next = position + 4 <= bytes.size();
-    if (is_high_surrogate(unit) && !has_next && more_follows) break;
-    position += 2;
-    if (is_high_surrogate(unit) && has_next && is_low_surrogate(unit_at(bytes, position))) {
-      append_utf8(0x10000 + ((unit - 0xD800) << 10) + (unit_at(bytes, position) - 0xDC00), out);
-      position += 2;
-    } else {
-      const bool is_lone = is_high_surrogate(unit) || is_low_surrogate(unit);
-      append_utf8(is_lone ? kReplacementCharacter : unit, out);
-    }
+  for (;;) {
+    const size_t ascii = 2 * copy_ascii_units(bytes, position, out);
+    const size_t others = convert_units(bytes, position + ascii, more_follows, out);
+    if (ascii + others == 0) return position;
+    position += ascii + others;
   }
-  return position;
 }
 
 void utf8_to_utf16le(std::string_view text, std::string& out) {
   size_t position = 0;
   while (position < text.size()) {
-    if (const size_t count = ascii_run(text, position); count > 0) {
-      append_ascii_units(text.substr(position, count), out);
-      position += count;
-      continue;
-    }
-    const char32_t character = next_utf8(text, position);
-    if (character < 0x10000) {
-      append_unit(character, out);
-    } else {
-      append_unit(0xD800 + ((character - 0x10000) >> 10), out);
-      append_unit(0xDC00 + ((character - 0x10000) & 0x3FF), out);
-    }
+    const size_t run = ascii_run(text, position);
+    append_ascii_units(text.substr(position, run), out);
+    position = convert_characters(text, position + run, out);
   }
 }
 

@@ -45,19 +45,8 @@ char32_t next_utf8(std::string_view text, size_t& position) {
 }
 
 void append_utf8(char32_t character, std::string& out) {
-  const auto tail = [&](int shift) { return static_cast<char>(0x80 | ((character >> shift) & 0x3F)); };
-  if (character < 0x80) {
-    out += static_cast<char>(character);
-  } else if (character < 0x800) {
-    const char bytes[] = {static_cast<char>(0xC0 | (character >> 6)), tail(0)};
-    out.append(bytes, 2);
-  } else if (character < 0x10000) {
-    const char bytes[] = {static_cast<char>(0xE0 | (character >> 12)), tail(6), tail(0)};
-    out.append(bytes, 3);
-  } else {
-    const char bytes[] = {static_cast<char>(0xF0 | (character >> 18)), tail(12), tail(6), tail(0)};
-    out.append(bytes, 4);
-  }
+  char bytes[4];
+  out.append(bytes, put_utf8(character, bytes));
 }
 
 size_t ascii_run(std::string_view text, size_t position) {

@@ -13,6 +13,31 @@ inline constexpr char32_t kReplacementCharacter = 0xFFFD;
 // reads as U+FFFD, once for the longest part of it that could have begun a character.
 char32_t next_utf8(std::string_view text, size_t& position);
 
+// Writes CHARACTER, a Unicode scalar value, to the up to four bytes at OUT; answers how many they are.
+inline size_t put_utf8(char32_t character, char* out) {
+  const auto tail = [&](int shift) { return static_cast<char>(0x80 | ((character >> shift) & 0x3F)); };
+  if (character < 0x80) {
+    out[0] = static_cast<char>(character);
+    return 1;
+  }
+  if (character < 0x800) {
+    out[0] = static_cast<char>(0xC0 | (character >> 6));
+    out[1] = tail(0);
+    return 2;
+  }
+  if (character < 0x10000) {
+    out[0] = static_cast<char>(0xE0 | (character >> 12));
+    out[1] = tail(6);
+    out[2] = tail(0);
+    return 3;
+  }
+  out[0] = static_cast<char>(0xF0 | (character >> 18));
+  out[1] = tail(12);
+  out[2] = tail(6);
+  out[3] = tail(0);
+  return 4;
+}
+
 // Appends CHARACTER, a Unicode scalar value.
 void append_utf8(char32_t character, std::string& out);
 

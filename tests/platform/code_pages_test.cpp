@@ -89,11 +89,13 @@ TEST(CodePages, PutsTheBestFitForWhatThePageLacks) {
             "dz \xFC");
   EXPECT_EQ(encode(437, "“a”—Ａ²…", false), "\"a\"-A\xFD.");
   EXPECT_EQ(encode(437, "μ", false), "\xE6");
+  EXPECT_EQ(encode(852, "µ", false), "?");
   EXPECT_EQ(encode(737, "µ", false), "\xA3");
   EXPECT_EQ(encode(1250, "\u2126", false), "?");
   EXPECT_EQ(encode(28591, "€漢😀", false), "???");
   EXPECT_EQ(encode(1252, "a\xC3", false), "a?");
   EXPECT_EQ(encode(1252, "", true), "");
+  EXPECT_EQ(encode(1252, std::string("é\0é", 5), true), std::string("\xE9\0\xE9", 3));
 }
 
 TEST(CodePages, ReadsDoubleBytePages) {

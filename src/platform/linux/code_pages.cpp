@@ -35,9 +35,7 @@ class TableCodePage : public CodePage {
       const size_t run = ascii_run(text, position);
       out.append(text, position, run);
       position += run;
-      while (position < text.size() && static_cast<unsigned char>(text[position]) >= 0x80) {
-        exact &= append_character(next_utf8(text, position), out);
-      }
+      exact &= convert_characters(text, position, out);
     }
     return exact;
   }
@@ -78,18 +76,32 @@ class TableCodePage : public CodePage {
     return character == kNoCharacter && second < 0x80 ? 1 : 2;
   }
 
-  // Appends the bytes of CHARACTER or of its best fit. True when the page holds CHARACTER itself.
-  bool append_character(char32_t character, std::string& out) const {
-    char32_t fit = character;
-    uint16_t bytes = table_->bytes_of(fit);
-    for (int step = 0; bytes == kNoBytes && fit != 0 && step < kMostSteps; ++step) {
-      fit = plainer_form(fit);
-      bytes = table_->bytes_of(fit);
+  // Appends some of the characters from POSITION on and moves POSITION behind them. False when one of them
+  // had no exact counterpart.
+  bool convert_characters(std::string_view text, size_t& position, std::string& out) const {
+    std::array<char, kChunk> chunk;
+    size_t length = 0;
+    bool exact = true;
+    while (length + 2 <= kChunk && position < text.size()) {
+      const char32_t character = next_utf8(text, position);
+      uint16_t bytes = character < 0x80 ? static_cast<uint16_t>(character) : table_->bytes_of(character);
+      if (bytes == kNoBytes && character != 0) {
+        bytes = best_fit(character);
+        exact = false;
+      }
+      if (bytes > 0xFF) chunk[length++] = static_cast<char>(bytes >> 8);
+      chunk[length++] = static_cast<char>(bytes & 0xFF);
     }
-    if (bytes == kNoBytes) bytes = '?';
-    if (bytes > 0xFF) out += static_cast<char>(bytes >> 8);
-    out += static_cast<char>(bytes & 0xFF);
-    return fit == character;
+    out.append(chunk.data(), length);
+    return exact;
+  }
+
+  uint16_t best_fit(char32_t character) const {
+    for (int step = 0; step < kMostSteps && character != 0; ++step) {
+      character = plainer_form(character);
+      if (const uint16_t bytes = table_->bytes_of(character); bytes != kNoBytes) return bytes;
+    }
+    return '?';
   }
 
   std::shared_ptr<const CodePageTable> table_;
