@@ -261,15 +261,28 @@ TEST_F(FileTest, KnowsWhetherPathsNameTheSameFile) {
   EXPECT_FALSE(file_exists(path("")));
 }
 
-// Needs a folder on a disk of less than 64 MB, named by the environment.
+// Needs a folder on a disk of less than 32 MB, named by the environment.
 TEST_F(FileTest, FullDiskKeepsTheTarget) {
   const char* const small_disk = std::getenv("ROWVANE_SMALL_DISK");
   if (small_disk == nullptr) GTEST_SKIP() << "ROWVANE_SMALL_DISK names no folder";
-  const std::string target = std::string(small_disk) + "/target";
+  const TemporaryFolder folder(small_disk);
+  const std::string target = folder.path("target");
   ASSERT_EQ(write_whole_file(target, "old"), FileStatus::kOk);
   EXPECT_EQ(write_whole_file(target, std::string(size_t{64} << 20, 'x')), FileStatus::kNoSpace);
   EXPECT_EQ(content_of(target), "old");
-  EXPECT_EQ(std::distance(fs::directory_iterator(small_disk), fs::directory_iterator()), 1);
+  EXPECT_EQ(folder.file_count(), 1u);
+
+  // A backup on another disk is a copy; one that does not fit must not cost the target either.
+  const std::string large(size_t{32} << 20, 'y');
+  ASSERT_EQ(write_whole_file(path("large"), large), FileStatus::kOk);
+  ReplacingFile file;
+  ASSERT_EQ(file.create(path("large")), FileStatus::kOk);
+  EXPECT_EQ(file.commit(folder.path("large.bak")), FileStatus::kNoSpace);
+  EXPECT_EQ(content_of(path("large")), large);
+  EXPECT_EQ(folder.file_count(), 1u);
+  ASSERT_EQ(file.create(path("large")), FileStatus::kOk);
+  EXPECT_EQ(file.commit(folder.path("target")), FileStatus::kNoSpace);
+  EXPECT_EQ(content_of(target), "old");
 }
 
 }  // namespace

@@ -7,13 +7,13 @@
 
 namespace rowvane::platform {
 
-// A new folder that goes away with the test.
+// A new folder in PARENT that goes away with the test.
 class TemporaryFolder {
  public:
-  TemporaryFolder() {
+  explicit TemporaryFolder(const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
     std::random_device random;
     do {
-      folder_ = std::filesystem::temp_directory_path() / ("rowvane-test-" + std::to_string(random()));
+      folder_ = parent / ("rowvane-test-" + std::to_string(random()));
     } while (!std::filesystem::create_directory(folder_));
   }
   ~TemporaryFolder() {
