@@ -12,6 +12,10 @@ constexpr uint32_t kEndRecordSignature = 0x06054B50;
 constexpr uint32_t kZip64EndRecordSignature = 0x06064B50;
 constexpr uint32_t kZip64LocatorSignature = 0x07064B50;
 
+// Attributes are those of Unix. Some unpackers take names of other systems for OEM text, whatever the UTF-8
+// flag says.
+constexpr uint16_t kMadeByUnix = 3 << 8;
+
 constexpr size_t kExtraHeaderSize = 4;      // id and size of an extra field
 constexpr size_t kZip64EndRecordLead = 12;  // signature and size, which the size does not count
 
@@ -177,7 +181,7 @@ void append_central_header(const ZipEntry& entry, std::string& out) {
   const uint16_t version = zip64.empty() ? entry.version_needed : kZipVersionZip64;
 
   append_u32(out, kCentralHeaderSignature);
-  append_u16(out, version);  // made by; the upper byte tells that attributes are those of DOS
+  append_u16(out, static_cast<uint16_t>(kMadeByUnix | version));
   append_common_fields(entry, version, false, zip64_size + entry.extra.size(), out);
   append_u16(out, 0);  // comment
   append_u16(out, 0);  // disk

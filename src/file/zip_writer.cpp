@@ -12,7 +12,7 @@
 namespace rowvane {
 namespace {
 
-constexpr uint32_t kArchiveAttribute = 0x20;
+constexpr uint32_t kRegularFileAttributes = 0100644U << 16;  // read by all, written by the owner
 constexpr size_t kCopyBufferSize = size_t{1} << 20;
 constexpr size_t kZip64CentralExtraSize = 28;  // with all values that may move there
 
@@ -239,7 +239,7 @@ void ZipWriter::prepare_entry(std::string_view name, ZipMethod method) {
             .method = static_cast<uint16_t>(method),
             .time = dos_time(options_.save_time),
             .header_offset = file_.position(),
-            .external_attributes = kArchiveAttribute,
+            .external_attributes = kRegularFileAttributes,
             .extra = {}};
 }
 
