@@ -7,7 +7,7 @@
 namespace rowvane {
 namespace {
 
-constexpr size_t kInputBufferSize = 128 * 1024;
+constexpr size_t kInputBufferSize = size_t{128} << 10;
 
 }  // namespace
 

@@ -120,7 +120,7 @@ class ZipWriter {
   bool has_room(uint64_t more_bytes) const;
   ErrorCode size_limit_error();
   ErrorCode check_cancelled();
-  // Answers ERROR; one that is none of kOk ends the archive.
+  // Answers ERROR; any but kOk ends the archive.
   ErrorCode settle(ErrorCode error);
   void reset();
 

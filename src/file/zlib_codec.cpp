@@ -136,7 +136,10 @@ uint32_t crc32_of(std::string_view bytes, uint32_t crc) {
 }
 
 uint32_t crc32_combined(uint32_t first, uint32_t second, uint64_t second_size) {
-  return static_cast<uint32_t>(crc32_combine64(first, second, static_cast<z_off64_t>(second_size)));
+  // zlib's type for the size has 32 bits on some systems; moving FIRST on in steps comes to the same.
+  uLong crc = first;
+  for (; second_size > kMaxPiece; second_size -= kMaxPiece) crc = crc32_combine(crc, 0, kMaxPiece);
+  return static_cast<uint32_t>(crc32_combine(crc, second, static_cast<z_off_t>(second_size)));
 }
 
 }  // namespace rowvane

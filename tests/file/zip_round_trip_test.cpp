@@ -75,10 +75,17 @@ TEST_P(ZipRoundTrip, WholeMembersStreamsAndBlocks) {
   EXPECT_TRUE(reader.find("empty deflated")->index.blocks.empty());
 }
 
+std::string variant_name(const testing::TestParamInfo<Variant>& info) {
+  const std::string variant = info.param.variant == ZipVariant::kZip64 ? "Zip64" : "Zip32";
+  return variant + "Level" + std::to_string(info.param.level) + "Threads" +
+         std::to_string(info.param.threads);
+}
+
 INSTANTIATE_TEST_SUITE_P(Variants, ZipRoundTrip,
                          testing::Values(Variant{ZipVariant::kZip64, 1, 6}, Variant{ZipVariant::kZip64, 4, 1},
                                          Variant{ZipVariant::kZip32, 3, 0},
-                                         Variant{ZipVariant::kZip32, 2, 9}));
+                                         Variant{ZipVariant::kZip32, 2, 9}),
+                         variant_name);
 
 TEST(ZipThreads, SeveralThreadsReadOneArchive) {
   TestFolder folder;
@@ -179,6 +186,20 @@ TEST(ZipBlockIndexField, JoinsBlocksUntilTheyFit) {
   EXPECT_EQ(encode_block_index(index, 1000), "");
   index.blocks.pop_back();
   EXPECT_EQ(encode_block_index(index, 1000), "");
+}
+
+TEST(ZipCrc, CombinesLongStretches) {
+  const std::string a = sample_text(1000, 1);
+  const std::string b = sample_text(500, 2);
+  EXPECT_EQ(crc32_combined(crc32_of(a), crc32_of(b), b.size()), crc32_of(a + b));
+  // 3 GB of the second part at once, or as 3 parts of 1 GB.
+  const uint32_t gigabyte = 0x89ABCDEF;
+  uint32_t parts = gigabyte;
+  for (int i = 0; i < 2; ++i) parts = crc32_combined(parts, gigabyte, 1'000'000'000);
+  const uint32_t two = crc32_combined(gigabyte, gigabyte, 1'000'000'000);
+  EXPECT_EQ(crc32_combined(gigabyte, two, 2'000'000'000), parts);
+  EXPECT_EQ(crc32_combined(crc32_of(a), crc32_combined(parts, 0x1234, 5'000'000'000), 8'000'000'000),
+            crc32_combined(crc32_combined(crc32_of(a), parts, 3'000'000'000), 0x1234, 5'000'000'000));
 }
 
 TEST(ZipNames, ForeignNames) {

@@ -1,6 +1,7 @@
 // What the tests of archives share.
 #pragma once
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <memory>

@@ -2,11 +2,8 @@
 
 #include <algorithm>
 #include <atomic>
-#include <csignal>
 #include <cstdlib>
 #include <mutex>
-
-#include <sys/resource.h>
 
 #include "zip_test_support.h"
 
@@ -191,24 +188,6 @@ TEST_F(ZipWriting, SizeLimitOfTheOldVariant) {
     ASSERT_EQ(writer_.finish(), ErrorCode::kOk);
     EXPECT_LE(std::filesystem::file_size(path_), limit);
   }
-}
-
-TEST_F(ZipWriting, FullDiskLosesNothing) {
-  write_file(path_, "old");
-  rlimit former{};
-  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &former), 0);
-  const auto former_handler = std::signal(SIGXFSZ, SIG_IGN);
-  const rlimit small{.rlim_cur = 200'000, .rlim_max = former.rlim_max};
-  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
-  ASSERT_EQ(writer_.create(path_, {.level = 0, .threads = 2}), ErrorCode::kOk);
-  const ErrorCode error = writer_.add_blocks("t", ZipMethod::kDeflated, 100, produce_sample);
-  setrlimit(RLIMIT_FSIZE, &former);
-  std::signal(SIGXFSZ, former_handler);
-  EXPECT_EQ(error, ErrorCode::kFileWrite);
-  EXPECT_FALSE(writer_.size_limit_reached());
-  EXPECT_EQ(writer_.finish(), ErrorCode::kFileWrite);
-  EXPECT_EQ(read_file(path_), "old");
-  EXPECT_EQ(folder_.file_count(), 1U);
 }
 
 // Writes 4.5 GB: set ROWVANE_SLOW_TESTS to run it.
