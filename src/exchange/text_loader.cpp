@@ -153,6 +153,16 @@ void TextLoader::add_texts(size_t index, const BlockColumn& column, size_t recor
   }
 }
 
+std::vector<Notice> TextLoader::notices(const TextLoadFindings& findings) const {
+  std::vector<Notice> notices;
+  if (too_many_records_) notices.emplace_back(MessageId::kTooManyRecordsInFile);
+  if (too_many_columns_) notices.emplace_back(MessageId::kTooManyColumnsInFile);
+  if (findings.cut_cells) notices.emplace_back(MessageId::kCellsTruncated);
+  if (findings.not_numeric) notices.emplace_back(MessageId::kTextNotNumeric);
+  if (findings.invalid_utf8) notices.emplace_back(ErrorCode::kInvalidUtf8);
+  return notices;
+}
+
 std::vector<size_t> TextLoader::columns_to_reload() const {
   std::vector<size_t> columns;
   for (size_t i = 0; i < columns_.size(); ++i) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "core/status.h"
 #include "core/table_data.h"
 #include "exchange/text_block_columns.h"
 
@@ -40,8 +41,8 @@ class TextLoader {
   uint64_t merged() const { return next_; }
 
   // After the last merge:
-  bool has_too_many_records() const { return too_many_records_; }
-  bool has_too_many_columns() const { return too_many_columns_; }
+  // What to tell the user, FINDINGS being those of all readers.
+  std::vector<Notice> notices(const TextLoadFindings& findings) const;
   // Columns that turned out to be Text after records had been stored as numbers. Their texts have to be read again.
   std::vector<size_t> columns_to_reload() const;
   // Takes the columns COLUMNS from another load of the same text.

@@ -105,16 +105,6 @@ TextLoadPlan reload_plan(const TextLoadPlan& plan, const std::vector<size_t>& co
   return reload;
 }
 
-std::vector<Notice> collect_notices(const TextLoader& loader, const TextLoadFindings& findings) {
-  std::vector<Notice> notices;
-  if (loader.has_too_many_records()) notices.emplace_back(MessageId::kTooManyRecordsInFile);
-  if (loader.has_too_many_columns()) notices.emplace_back(MessageId::kTooManyColumnsInFile);
-  if (findings.cut_cells) notices.emplace_back(MessageId::kCellsTruncated);
-  if (findings.not_numeric) notices.emplace_back(MessageId::kTextNotNumeric);
-  if (findings.invalid_utf8) notices.emplace_back(ErrorCode::kInvalidUtf8);
-  return notices;
-}
-
 }  // namespace
 
 TextStreamResult load_text(TextSource& source, const TextLoadPlan& plan, Progress& progress) {
@@ -130,7 +120,7 @@ TextStreamResult load_text(TextSource& source, const TextLoadPlan& plan, Progres
     loader.take_columns(second, columns);
   }
   if (result.status != Status::kOk) return result;
-  result.notices = collect_notices(loader, findings);
+  result.notices = loader.notices(findings);
   result.data = loader.finish();
   return result;
 }

@@ -1,0 +1,25 @@
+#include "file/archive_content.h"
+
+namespace rowvane {
+
+ErrorCode ArchiveContent::read(std::string& out) const {
+  const Place from = place();
+  return from.archive->read(*from.member, from.member->size, out);
+}
+
+ArchiveContent::Place ArchiveContent::place() const {
+  const std::lock_guard lock(mutex_);
+  return {archive_, member_};
+}
+
+void ArchiveContent::bind(std::shared_ptr<const ZipReader> archive, const ZipMember& member) const {
+  const std::lock_guard lock(mutex_);
+  archive_ = std::move(archive);
+  member_ = &member;
+}
+
+Content content_of_member(const std::shared_ptr<const ZipReader>& archive, const ZipMember& member) {
+  return Content::stored(std::make_shared<ArchiveContent>(archive, member), member.size);
+}
+
+}  // namespace rowvane

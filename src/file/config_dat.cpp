@@ -1,0 +1,202 @@
+#include "file/config_dat.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "core/names.h"
+#include "file/byte_stream.h"
+#include "platform/characters.h"
+
+namespace rowvane {
+namespace {
+
+constexpr uint8_t kLinkBit = 0x01;
+constexpr uint8_t kEncryptedBit = 0x02;
+constexpr uint8_t kHiddenBit = 0x04;
+
+// Smallest sizes of stored items: guards against counts that no file can hold.
+constexpr size_t kTextBytes = 4;
+constexpr size_t kFieldBytes = 30;
+constexpr size_t kFlagRunBytes = 6;
+constexpr size_t kFolderBytes = 8;
+constexpr size_t kTableBytes = 20;
+
+void put_field(const Field& field, ItemWriter& out) {
+  out.put_text(field.name);
+  out.put_u8(static_cast<uint8_t>(field.type));
+  out.put_u8(static_cast<uint8_t>((field.link ? kLinkBit : 0) | (field.encrypted ? kEncryptedBit : 0) |
+                                  (field.hidden ? kHiddenBit : 0)));
+  for (const std::string* text :
+       {&field.formula, &field.validation, &field.default_value, &field.drop_down_list, &field.format}) {
+    out.put_text(*text);
+  }
+  out.put_u16(field.width);
+  out.put_u16(field.position);
+}
+
+Field get_field(ItemReader& in, bool& valid) {
+  Field field;
+  field.name = in.get_text();
+  const uint8_t type = in.get_u8();
+  valid = valid && is_field_type(type) && is_valid_field_name(field.name);
+  field.type = static_cast<FieldType>(type);
+  const uint8_t bits = in.get_u8();
+  valid = valid && (bits & ~(kLinkBit | kEncryptedBit | kHiddenBit)) == 0;
+  field.link = (bits & kLinkBit) != 0;
+  field.encrypted = (bits & kEncryptedBit) != 0;
+  field.hidden = (bits & kHiddenBit) != 0;
+  for (std::string* text :
+       {&field.formula, &field.validation, &field.default_value, &field.drop_down_list, &field.format}) {
+    *text = in.get_text();
+  }
+  field.width = in.get_u16();
+  field.position = in.get_u16();
+  return field;
+}
+
+std::vector<FlagRun> flag_runs(const TableData& data) {
+  std::vector<FlagRun> runs;
+  for (const RecordFlags flags : data.flags) {
+    if (runs.empty() || runs.back().flags != flags) runs.push_back({0, flags});
+    ++runs.back().records;
+  }
+  return runs;
+}
+
+void put_table(const StoredTable& table, ItemWriter& out) {
+  out.put_text(table.name);
+  out.put_u32(table.folder);
+  out.put_u32(table.record_count);
+  out.put_u32(static_cast<uint32_t>(table.fields.size()));
+  for (const Field& field : table.fields) put_field(field, out);
+  out.put_u32(static_cast<uint32_t>(table.flag_runs.size()));
+  for (const FlagRun& run : table.flag_runs) {
+    out.put_u32(run.records);
+    out.put_u16(run.flags);
+  }
+}
+
+bool has_unique_names(const std::vector<Field>& fields) {
+  std::unordered_set<std::string> names;
+  return std::all_of(fields.begin(), fields.end(),
+                     [&names](const Field& field) { return names.insert(platform::fold_case(field.name)).second; });
+}
+
+StoredTable get_table(ItemReader& in, size_t folders, bool& valid) {
+  StoredTable table;
+  table.name = in.get_text();
+  table.folder = in.get_u32();
+  table.record_count = in.get_u32();
+  const uint32_t fields = in.get_count(kFieldBytes);
+  for (uint32_t i = 0; i < fields && valid && !in.failed(); ++i) table.fields.push_back(get_field(in, valid));
+  const uint32_t runs = in.get_count(kFlagRunBytes);
+  uint64_t flagged = 0;
+  for (uint32_t i = 0; i < runs && !in.failed(); ++i) {
+    const uint32_t records = in.get_u32();
+    table.flag_runs.push_back({records, in.get_u16()});
+    flagged += records;
+  }
+  valid = valid && is_valid_table_name(table.name) && table.folder <= folders && fields > 0 &&
+          record_bytes(fields) <= kMaxRecordBytes && (runs == 0 || flagged == table.record_count) &&
+          has_unique_names(table.fields);
+  return table;
+}
+
+void put_settings(const DatabaseSettings& settings, ItemWriter& out) {
+  out.put_u32(static_cast<uint32_t>(settings.record_flag_types.size()));
+  for (const RecordFlagType& type : settings.record_flag_types) {
+    out.put_text(type.name);
+    out.put_u32(type.color);
+  }
+  out.put_u32(static_cast<uint32_t>(settings.drop_down_lists.size()));
+  for (const DropDownList& list : settings.drop_down_lists) {
+    out.put_text(list.name);
+    out.put_u32(static_cast<uint32_t>(list.items.size()));
+    for (const std::string& item : list.items) out.put_text(item);
+  }
+}
+
+DatabaseSettings get_settings(ItemReader& in) {
+  DatabaseSettings settings;
+  const uint32_t types = in.get_count(2 * kTextBytes);
+  for (uint32_t i = 0; i < types && !in.failed(); ++i) {
+    std::string name = in.get_text();
+    settings.record_flag_types.push_back({std::move(name), in.get_u32()});
+  }
+  const uint32_t lists = in.get_count(2 * kTextBytes);
+  for (uint32_t i = 0; i < lists && !in.failed(); ++i) {
+    DropDownList list{in.get_text(), {}};
+    const uint32_t items = in.get_count(kTextBytes);
+    for (uint32_t k = 0; k < items && !in.failed(); ++k) list.items.push_back(in.get_text());
+    settings.drop_down_lists.push_back(std::move(list));
+  }
+  return settings;
+}
+
+// Folders in the order in which a parent stands before what is in it.
+void collect_folders(const Folder& folder, std::vector<const Folder*>& all) {
+  for (const auto& inner : folder.folders()) {
+    all.push_back(inner.get());
+    collect_folders(*inner, all);
+  }
+}
+
+}  // namespace
+
+DatabaseConfig config_of(const Database& database, const std::vector<CWorkSheet*>& tables,
+                         const std::string& database_name) {
+  DatabaseConfig config;
+  config.database_name = database_name;
+  config.settings = database.settings();
+  std::vector<const Folder*> folders;
+  collect_folders(database.root(), folders);
+  std::unordered_map<const Folder*, uint32_t> numbers = {{&database.root(), 0}};
+  for (const Folder* folder : folders) {
+    config.folders.push_back({folder->name(), numbers.at(folder->parent())});
+    numbers.emplace(folder, static_cast<uint32_t>(config.folders.size()));
+  }
+  for (const CWorkSheet* table : tables) {
+    config.tables.push_back({table->name(), numbers.at(table->folder()), table->record_count(),
+                             table->data().fields, flag_runs(table->data())});
+  }
+  return config;
+}
+
+std::string write_config(const DatabaseConfig& config) {
+  ItemWriter out;
+  out.put_u16(kConfigLayout);
+  out.put_text(config.database_name);
+  put_settings(config.settings, out);
+  out.put_u32(static_cast<uint32_t>(config.folders.size()));
+  for (const StoredFolder& folder : config.folders) {
+    out.put_u32(folder.parent);
+    out.put_text(folder.name);
+  }
+  out.put_u32(static_cast<uint32_t>(config.tables.size()));
+  for (const StoredTable& table : config.tables) put_table(table, out);
+  return out.bytes();
+}
+
+ErrorCode read_config(std::string_view bytes, DatabaseConfig& config) {
+  ItemReader in(bytes);
+  config = {};
+  const uint16_t layout = in.get_u16();
+  if (layout > kConfigLayout) return ErrorCode::kNewerVersion;
+  bool valid = layout == kConfigLayout;
+  config.database_name = in.get_text();
+  config.settings = get_settings(in);
+  const uint32_t folders = in.get_count(kFolderBytes);
+  for (uint32_t i = 0; i < folders && valid && !in.failed(); ++i) {
+    const uint32_t parent = in.get_u32();
+    config.folders.push_back({in.get_text(), parent});
+    valid = parent <= i && is_valid_table_name(config.folders.back().name);
+  }
+  const uint32_t tables = in.get_count(kTableBytes);
+  for (uint32_t i = 0; i < tables && valid && !in.failed(); ++i) {
+    config.tables.push_back(get_table(in, folders, valid));
+  }
+  return valid && !in.failed() && in.at_end() ? ErrorCode::kOk : ErrorCode::kInvalidBinaryFormat;
+}
+
+}  // namespace rowvane

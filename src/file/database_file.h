@@ -1,0 +1,107 @@
+// Database files: opening, saving and compacting "*.rvb".
+//
+// doc/file-format.md describes the file byte by byte.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/database.h"
+#include "core/options.h"
+#include "core/progress.h"
+#include "core/questions.h"
+#include "core/status.h"
+#include "file/manifest.h"
+#include "file/zip_reader.h"
+#include "file/zip_writer.h"
+
+namespace rowvane {
+
+inline constexpr int kFormatVersion = 2025;      // written as "this-version.txt" and "min-version.txt"
+inline constexpr int kDefaultDeflateLevel = 1;   // doc/benchmarks.md: a quarter of level 6's time for a sixth more bytes
+
+// The container variant to save in. kAuto keeps that of the opened file; new files are ZIP64.
+enum class SaveVariant { kAuto, kZip64, kZip32 };
+
+struct SaveSettings {
+  SaveVariant variant = SaveVariant::kAuto;
+  int level = kDefaultDeflateLevel;          // of deflate, 1 to 9
+  std::vector<const CWorkSheet*> tables;     // to be saved; empty: all
+  bool as_copy = false;                      // the database stays with the file that it has
+  bool drop_unused = false;                  // leave out members that nothing refers to
+};
+
+struct SaveResult {
+  ErrorCode error = ErrorCode::kOk;
+  bool cancelled = false;
+  std::vector<Notice> notices;  // message 188
+};
+
+// The question that a choice of variant raises (texts::kZip32Limits), or empty.
+std::string check_save_variant(SaveVariant variant);
+
+// The link between an open database and its file: what of the file is still valid, so that saving copies it as it is.
+// Owned beside the database, which must outlive it.
+class DatabaseFile {
+ public:
+  explicit DatabaseFile(Database& database) : database_(database) {}
+
+  // Saves to PATH, which is replaced in one step once all is written; unless saved as a copy, the database then belongs
+  // to that file. Tables and contents that did not change are copied without being packed again, and so are members
+  // that the database does not know.
+  // Errors: kFileCreate, kFileInUse, kFileWrite, kTooManyZipStreams and kBinaryFieldsTooLarge (limits), those of
+  // contents that can't be read. The old file is whole then.
+  SaveResult save(const std::string& path, const SaveSettings& settings, const Options& options,
+                  Progress& progress = Progress::none());
+
+  // True when compacting would make the file smaller.
+  bool has_unused_members() const { return !unused_.empty(); }
+  const std::vector<std::string>& unused_members() const { return unused_; }
+
+  // Variant of the opened file.
+  ZipVariant variant() const { return variant_; }
+
+ private:
+  friend class DatabaseOpener;
+  friend class DatabaseSaver;
+
+  // A table as the file holds it.
+  struct SavedTable {
+    uint64_t revision;
+    std::string member;
+  };
+
+  Database& database_;
+  std::shared_ptr<const ZipReader> archive_;
+  ZipVariant variant_ = ZipVariant::kZip64;
+  std::map<const CWorkSheet*, SavedTable> saved_;
+  std::vector<std::string> unused_;
+};
+
+struct OpenedDatabase {
+  ErrorCode error = ErrorCode::kOk;
+  bool cancelled = false;
+  std::unique_ptr<Database> database;  // null unless kOk
+  std::unique_ptr<DatabaseFile> file;
+  std::vector<Notice> notices;         // 123 to 125, 198 (a ZIP32 file), errors 73 and 131
+};
+
+// Opens a database file. QUESTIONS decides whether tables that are in the archive but not in its configuration are
+// added (message 183); without, they are not.
+// Errors: kFileOpen, kFileInUse, kFileRead; kInvalidBinaryFormat for a file that is no archive or whose configuration
+// is damaged; kManifest; kNewerVersion; the zip codes for damaged members; kOutOfMemory.
+OpenedDatabase open_database(const std::string& path, const Options& options, Questions* questions = nullptr,
+                             Progress& progress = Progress::none());
+
+struct CompactResult {
+  SaveResult save;
+  MessageId message = MessageId::kCompacted;  // 174, 175 or 176: what to tell the user when there was no error
+};
+
+// Rewrites the file of DATABASE without the members that nothing refers to.
+CompactResult compact_database(Database& database, DatabaseFile& file, const Options& options,
+                               Progress& progress = Progress::none());
+
+}  // namespace rowvane

@@ -1,0 +1,351 @@
+#include "file/database_opener.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "core/names.h"
+#include "exchange/text_import.h"
+#include "exchange/text_pipeline.h"
+#include "file/archive_content.h"
+#include "file/member_text_source.h"
+#include "file/stored_table.h"
+#include "platform/paths.h"
+
+namespace rowvane {
+namespace {
+
+constexpr uint64_t kMaxVersionBytes = 64;
+constexpr uint64_t kMaxConfigBytes = uint64_t{1} << 28;
+constexpr uint64_t kMaxManifestBytes = uint64_t{1} << 28;
+constexpr char kShortcutMark = '|';
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+constexpr uint64_t kMaxBlockBytes = uint64_t{1} << 26;  // what this program writes is far smaller
+
+bool has_record_blocks(const ZipMember& member) {
+  const auto& blocks = member.index.blocks;
+  return member.index.blocks_end_at_records && !blocks.empty() &&
+         std::all_of(blocks.begin(), blocks.end(), [](const ZipBlock& block) { return block.size <= kMaxBlockBytes; });
+}
+
+// The lines of TEXT.
+std::vector<std::string_view> split_lines(std::string_view text) {
+  std::vector<std::string_view> lines;
+  while (!text.empty()) {
+    const size_t end = text.find('\n');
+    lines.push_back(text.substr(0, end));
+    text = end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
+  }
+  return lines;
+}
+
+}  // namespace
+
+DatabaseOpener::DatabaseOpener(const std::string& path, const Options& options, Questions* questions,
+                               Progress& progress)
+    : path_(path), options_(options), questions_(questions), progress_(progress) {}
+
+OpenedDatabase DatabaseOpener::run() {
+  progress_.begin("Opening Database");
+  result_.error = read_all();
+  result_.cancelled = result_.cancelled || (result_.error != ErrorCode::kOk && progress_.cancelled());
+  if (result_.error != ErrorCode::kOk) {
+    result_.file.reset();
+    result_.database.reset();
+    result_.notices.clear();
+  }
+  return std::move(result_);
+}
+
+ErrorCode DatabaseOpener::read_all() {
+  ErrorCode error = open_archive();
+  if (error == ErrorCode::kOk) error = check_manifest();
+  if (error == ErrorCode::kOk) error = check_version();
+  if (error == ErrorCode::kOk) error = read_configuration();
+  if (error == ErrorCode::kOk) error = build_folders();
+  if (error == ErrorCode::kOk) error = read_tables();
+  if (error == ErrorCode::kOk) error = attach_binaries();
+  if (error == ErrorCode::kOk) error = add_new_tables();
+  if (error != ErrorCode::kOk) return error;
+  collect_unused();
+  if (archive_->variant() == ZipVariant::kZip32) add_notice(MessageId::kConvertToZip64);
+  result_.database->undo_log().clear();
+  if (tables_.size() == config_.tables.size()) result_.database->mark_saved();
+  return ErrorCode::kOk;
+}
+
+ErrorCode DatabaseOpener::open_archive() {
+  platform::remove_stale_replacements(path_);
+  archive_ = std::make_shared<ZipReader>();
+  return archive_->open(path_);
+}
+
+void DatabaseOpener::add_notice(Notice notice) {
+  if (notice == Notice(MessageId::kTextNotNumeric)) notice = ErrorCode::kNotNumeric;
+  auto& notices = result_.notices;
+  if (std::find(notices.begin(), notices.end(), notice) == notices.end()) notices.push_back(notice);
+}
+
+const ZipMember* DatabaseOpener::use(std::string_view name) {
+  const ZipMember* member = archive_->find(name);
+  if (member != nullptr) used_.insert(member->name);
+  return member;
+}
+
+ErrorCode DatabaseOpener::check_manifest() {
+  const ZipMember* member = use(kManifestName);
+  if (member == nullptr) return ErrorCode::kManifest;
+  std::string text;
+  if (const ErrorCode error = archive_->read(*member, kMaxManifestBytes, text); error != ErrorCode::kOk) return error;
+  std::vector<ManifestEntry> entries;
+  if (const ErrorCode error = read_manifest(text, entries); error != ErrorCode::kOk) return error;
+  const auto config = std::find_if(entries.begin(), entries.end(),
+                                   [](const ManifestEntry& entry) { return entry.name == kConfigName; });
+  if (config == entries.end()) return ErrorCode::kManifest;
+  return config->encryption ? ErrorCode::kInvalidPassword : ErrorCode::kOk;
+}
+
+ErrorCode DatabaseOpener::check_version() {
+  use(kThisVersionName);
+  const ZipMember* member = use(kMinVersionName);
+  if (member == nullptr) return ErrorCode::kOk;
+  std::string text;
+  if (const ErrorCode error = archive_->read(*member, kMaxVersionBytes, text); error != ErrorCode::kOk) return error;
+  int version = 0;
+  if (std::from_chars(text.data(), text.data() + text.size(), version).ec != std::errc()) {
+    return ErrorCode::kInvalidBinaryFormat;
+  }
+  return version > kFormatVersion ? ErrorCode::kNewerVersion : ErrorCode::kOk;
+}
+
+ErrorCode DatabaseOpener::read_configuration() {
+  const ZipMember* member = use(kConfigName);
+  if (member == nullptr) return ErrorCode::kManifest;
+  std::string bytes;
+  if (const ErrorCode error = archive_->read(*member, kMaxConfigBytes, bytes); error != ErrorCode::kOk) return error;
+  return read_config(bytes, config_);
+}
+
+ErrorCode DatabaseOpener::build_folders() {
+  result_.database = std::make_unique<Database>(platform::file_stem(path_), options_);
+  result_.file = std::make_unique<DatabaseFile>(*result_.database);
+  Database& database = *result_.database;
+  database.set_file(path_, FileFormat::kNative);
+  if (database.change_settings(config_.settings) != ErrorCode::kOk) return ErrorCode::kInvalidBinaryFormat;
+  folders_.push_back(&database.root());
+  for (const StoredFolder& stored : config_.folders) {
+    Folder* folder = nullptr;
+    if (database.add_folder(*folders_[stored.parent], stored.name, &folder) != ErrorCode::kOk) {
+      return ErrorCode::kInvalidBinaryFormat;
+    }
+    folders_.push_back(folder);
+  }
+  return ErrorCode::kOk;
+}
+
+ErrorCode DatabaseOpener::read_tables() {
+  for (const StoredTable& stored : config_.tables) {
+    if (const ErrorCode error = read_table(stored); error != ErrorCode::kOk) return error;
+  }
+  return ErrorCode::kOk;
+}
+
+ErrorCode DatabaseOpener::add_table(std::string name, TableData data, Folder& folder, CWorkSheet** added) {
+  auto table = std::make_unique<CWorkSheet>(std::move(name), std::move(data));
+  *added = table.get();
+  return result_.database->add_table(folder, table);
+}
+
+ErrorCode DatabaseOpener::read_table(const StoredTable& stored) {
+  Folder& folder = *folders_[stored.folder];
+  const std::string member_name = Database::join_path(folder.path(), stored.name) + ".txt";
+  const ZipMember* member = use(member_name);
+  if (member == nullptr) return ErrorCode::kInvalidBinaryFormat;
+  TableData loaded;
+  ErrorCode error = load_records(*member, stored_table_plan(stored, options_), loaded);
+  if (error != ErrorCode::kOk) return error;
+  std::vector<std::pair<size_t, ContentColumn>> file_lists;
+  CWorkSheet* table = nullptr;
+  error = add_table(stored.name, assemble_table(stored, std::move(loaded), file_lists), folder, &table);
+  if (error != ErrorCode::kOk) return ErrorCode::kInvalidBinaryFormat;
+  tables_.push_back(table);
+  for (auto& [field, list] : file_lists) listed_files_.emplace(std::pair(table, field), std::move(list));
+  return ErrorCode::kOk;
+}
+
+ErrorCode DatabaseOpener::load_records(const ZipMember& member, const TextLoadPlan& plan, TableData& data) {
+  const bool in_blocks = has_record_blocks(member);
+  const ErrorCode error = in_blocks ? load_blocks(member, plan, data) : ErrorCode::kOk;
+  // Columns that were added by hand may have to be read twice, which only the stream can.
+  const bool complete = in_blocks && (error != ErrorCode::kOk || !data.columns.empty());
+  return complete ? error : load_stream(member, plan, data);
+}
+
+ErrorCode DatabaseOpener::load_blocks(const ZipMember& member, const TextLoadPlan& plan, TableData& data) {
+  const size_t count = ZipReader::block_count(member);
+  std::vector<uint32_t> crcs(count);
+  std::atomic<uint64_t> done = 0;
+  TextLoader loader(plan, member.size);
+  TextLoadFindings findings;
+  const auto read_block = [&](uint64_t index, LoadJob& job) {
+    std::string text;
+    const ErrorCode error = archive_->read_block(member, index, text, crcs[index]);
+    if (error != ErrorCode::kOk) return error;
+    std::string_view records = text;
+    if (index == 0 && records.starts_with(kByteOrderMark)) records.remove_prefix(kByteOrderMark.size());
+    std::copy(records.begin(), records.end(), job.block.reserve(records.size()));
+    job.block.set_size(records.size());
+    progress_.report(done += text.size(), member.size);
+    return progress_.cancelled() ? ErrorCode::kZipState : ErrorCode::kOk;
+  };
+  ErrorCode error = load_text_blocks(loader, plan, count, read_block, findings);
+  if (error == ErrorCode::kOk) error = ZipReader::check_blocks(member, crcs);
+  if (error != ErrorCode::kOk || !loader.columns_to_reload().empty()) return error;
+  for (const Notice& notice : loader.notices(findings)) add_notice(notice);
+  data = loader.finish();
+  return ErrorCode::kOk;
+}
+
+ErrorCode DatabaseOpener::load_stream(const ZipMember& member, const TextLoadPlan& plan, TableData& data) {
+  MemberTextSource source(*archive_, member);
+  TextStreamResult loaded = load_text(source, plan, progress_);
+  if (loaded.status == Status::kCancelled) return ErrorCode::kZipState;
+  if (loaded.status != Status::kOk) return loaded.error;
+  for (const Notice& notice : loaded.notices) add_notice(notice);
+  data = std::move(loaded.data);
+  return ErrorCode::kOk;
+}
+
+ErrorCode DatabaseOpener::attach_binaries() {
+  std::map<std::string, CWorkSheet*, std::less<>> by_name;
+  const std::vector<std::string> names = binary_table_names(tables_);
+  for (size_t i = 0; i < tables_.size(); ++i) by_name.emplace(names[i], tables_[i]);
+  std::map<CWorkSheet*, BinaryMembers> found;
+  for (const ZipMember& member : archive_->members()) {
+    const auto parsed = parse_binary_member(config_.database_name, member.name);
+    const auto table = parsed ? by_name.find(parsed->table_name) : by_name.end();
+    if (table == by_name.end()) continue;
+    CWorkSheet& owner = *table->second;
+    if (parsed->record > owner.record_count() || parsed->field > owner.field_count()) continue;
+    found[&owner][{parsed->field - 1, parsed->record - 1}].push_back(&member);
+  }
+  for (CWorkSheet* table : tables_) {
+    if (const ErrorCode error = attach_table_binaries(*table, found[table]); error != ErrorCode::kOk) return error;
+  }
+  return ErrorCode::kOk;
+}
+
+ErrorCode DatabaseOpener::attach_table_binaries(CWorkSheet& table, const BinaryMembers& members) {
+  for (size_t i = 0; i < table.field_count(); ++i) {
+    const FieldType type = table.field(i).type;
+    if (!is_outside_record(type)) continue;
+    Column column = type == FieldType::kFiles ? files(table, i, members) : long_texts(table.record_count(), i, members);
+    const ErrorCode error = table.replace_column(i, table.field(i), std::move(column));
+    if (error != ErrorCode::kOk) return error;
+  }
+  result_.file->saved_[&table] = {table.revision(), table_member_name(table)};
+  return ErrorCode::kOk;
+}
+
+Column DatabaseOpener::long_texts(uint32_t records, size_t field, const BinaryMembers& members) {
+  ContentColumn column;
+  column.cells.resize(records, 0);
+  for (auto found = members.lower_bound({field, 0}); found != members.end() && found->first.first == field; ++found) {
+    const ZipMember& member = *found->second.front();
+    used_.insert(member.name);
+    if (member.size > 0) column.cells[found->first.second] = column.add(content_of_member(archive_, member));
+  }
+  return column;
+}
+
+Column DatabaseOpener::files(const CWorkSheet& table, size_t field, const BinaryMembers& members) {
+  FilesColumn column;
+  column.cells.resize(table.record_count(), 0);
+  const auto listed = listed_files_.find({&table, field});
+  for (uint32_t record = 0; record < table.record_count(); ++record) {
+    const Content* list = listed != listed_files_.end() ? listed->second.value(record) : nullptr;
+    const auto found = members.find({field, record});
+    if (list == nullptr && found == members.end()) continue;
+    static const std::vector<const ZipMember*> kNone;
+    FileList value = file_list(std::string(list != nullptr ? list->in_memory() : std::string_view()),
+                               found != members.end() ? found->second : kNone);
+    if (!value.empty()) column.cells[record] = column.add(std::move(value));
+  }
+  return column;
+}
+
+// The objects in the order in which the table text lists them, then those that only the archive holds.
+FileList DatabaseOpener::file_list(const std::string& listed, const std::vector<const ZipMember*>& members) {
+  FileList value;
+  std::vector<const ZipMember*> left = members;
+  for (const std::string_view line : split_lines(listed)) {
+    if (line.starts_with(kShortcutMark)) {
+      const std::string path(line.substr(1));
+      value.push_back({platform::file_name(path), path, Content()});
+      continue;
+    }
+    const auto named = [line](const ZipMember* member) { return platform::file_name(member->name) == line; };
+    const auto found = std::find_if(left.begin(), left.end(), named);
+    if (found == left.end()) {
+      add_notice(ErrorCode::kBinaryFieldsCorrupted);
+      continue;
+    }
+    value.push_back({std::string(line), {}, content_of_member(archive_, **found)});
+    used_.insert((*found)->name);
+    left.erase(found);
+  }
+  for (const ZipMember* member : left) {
+    value.push_back({platform::file_name(member->name), {}, content_of_member(archive_, *member)});
+    used_.insert(member->name);
+  }
+  if (value.size() > kMaxContainerObjects) value.resize(kMaxContainerObjects);
+  return value;
+}
+
+ErrorCode DatabaseOpener::add_new_tables() {
+  std::vector<std::pair<const ZipMember*, std::string>> found;
+  for (const ZipMember& member : archive_->members()) {
+    const auto path = table_path_of(member.name);
+    if (path && !used_.contains(member.name)) found.emplace_back(&member, *path);
+  }
+  if (found.empty() || questions_ == nullptr || !questions_->ask(message(MessageId::kNewTablesFound))) {
+    return ErrorCode::kOk;
+  }
+  for (const auto& [member, path] : found) {
+    if (const ErrorCode error = read_new_table(*member, path); error != ErrorCode::kOk) return error;
+  }
+  return ErrorCode::kOk;
+}
+
+ErrorCode DatabaseOpener::read_new_table(const ZipMember& member, const std::string& path) {
+  TextLoadPlan plan = text_load_plan(TextFileSettings(), platform::RegionalSettings::generic());
+  plan.max_records = options_.max_records;
+  TableData data;
+  if (const ErrorCode error = load_stream(member, plan, data); error != ErrorCode::kOk) return error;
+  const std::string name = platform::file_name(path);
+  const std::string folder_path = name.size() < path.size() ? path.substr(0, path.size() - name.size() - 1) : "";
+  Folder* folder = nullptr;
+  ErrorCode error = result_.database->make_folders(folder_path, &folder);
+  if (error != ErrorCode::kOk) return error;
+  CWorkSheet* table = nullptr;
+  error = add_table(result_.database->free_name(*folder, name), std::move(data), *folder, &table);
+  if (error != ErrorCode::kOk) return error;
+  used_.insert(member.name);
+  tables_.push_back(table);
+  return ErrorCode::kOk;
+}
+
+void DatabaseOpener::collect_unused() {
+  for (const ZipMember& member : archive_->members()) {
+    if (!member.is_folder() && !used_.contains(member.name)) result_.file->unused_.push_back(member.name);
+  }
+  result_.file->archive_ = archive_;
+  result_.file->variant_ = archive_->variant();
+}
+
+OpenedDatabase open_database(const std::string& path, const Options& options, Questions* questions,
+                             Progress& progress) {
+  return DatabaseOpener(path, options, questions, progress).run();
+}
+
+}  // namespace rowvane

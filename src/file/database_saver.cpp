@@ -1,0 +1,323 @@
+#include "file/database_saver.h"
+
+#include <algorithm>
+#include <ctime>
+#include <thread>
+
+#include "core/field_conversion.h"
+#include "core/parallel_blocks.h"
+#include "exchange/text_formatter.h"
+#include "file/archive_content.h"
+#include "file/config_dat.h"
+#include "file/member_names.h"
+#include "platform/paths.h"
+#include "platform/pipe.h"
+
+namespace rowvane {
+namespace {
+
+constexpr size_t kPipeBytes = 65'535;
+constexpr size_t kTableBlockBytes = size_t{1} << 20;
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr uint64_t kNearZip32Limit = kMaxZip32Bytes / 16 * 15;
+
+std::tm local_time_now() {
+  const std::time_t now = std::time(nullptr);
+  std::tm local = *std::localtime(&now);
+  return local;
+}
+
+// Records that fill about one block, by the length of the first ones.
+uint32_t records_per_block(const TextFormatter& formatter, uint32_t record_count) {
+  constexpr uint32_t kSample = 1000;
+  std::string sample;
+  const uint32_t sampled = std::min(kSample, record_count);
+  if (sampled == 0 || formatter.append_range(0, sampled, sample) != ErrorCode::kOk) return kSample;
+  const size_t bytes = std::max<size_t>(sample.size() / sampled, 1);
+  return static_cast<uint32_t>(std::clamp<size_t>(kTableBlockBytes / bytes, 1, kTableBlockBytes));
+}
+
+uint64_t content_bytes(const Column& column) {
+  uint64_t bytes = 0;
+  if (const auto* contents = std::get_if<ContentColumn>(&column)) {
+    for (const uint32_t cell : contents->cells) bytes += cell == 0 ? 0 : contents->values[cell - 1].size();
+  } else if (const auto* files = std::get_if<FilesColumn>(&column)) {
+    for (const uint32_t cell : files->cells) {
+      if (cell == 0) continue;
+      for (const FileObject& file : files->values[cell - 1]) bytes += file.content.size();
+    }
+  }
+  return bytes;
+}
+
+uint64_t binary_bytes(const std::vector<CWorkSheet*>& tables) {
+  uint64_t bytes = 0;
+  for (const CWorkSheet* table : tables) {
+    for (const Column& column : table->data().columns) bytes += content_bytes(column);
+  }
+  return bytes;
+}
+
+// The file name of a long text. One that lies in an archive under such a name already need not be read for that.
+ErrorCode name_long_text(const Content& content, std::string& name) {
+  if (const auto* stored = dynamic_cast<const ArchiveContent*>(content.source().get())) {
+    name = platform::file_name(stored->place().member->name);
+    if (name == long_text_file_name("{\\rtf") || name == long_text_file_name("")) return ErrorCode::kOk;
+  }
+  std::string text;
+  const ErrorCode error = content.read(text);
+  name = long_text_file_name(text);
+  return error;
+}
+
+}  // namespace
+
+DatabaseSaver::DatabaseSaver(DatabaseFile& file, const SaveSettings& settings, const Options& options,
+                             Progress& progress)
+    : file_(file),
+      database_(file.database_),
+      settings_(settings),
+      options_(options),
+      progress_(progress),
+      tables_(file.database_.tables()),
+      variant_(settings.variant == SaveVariant::kAuto    ? file.variant_
+               : settings.variant == SaveVariant::kZip32 ? ZipVariant::kZip32
+                                                         : ZipVariant::kZip64) {
+  if (settings.tables.empty()) return;
+  std::erase_if(tables_, [&settings](const CWorkSheet* table) {
+    return std::find(settings.tables.begin(), settings.tables.end(), table) == settings.tables.end();
+  });
+}
+
+uint64_t DatabaseSaver::estimated_bytes() const {
+  constexpr uint64_t kCellBytes = 7;
+  uint64_t bytes = binary_bytes(tables_);
+  for (const CWorkSheet* table : tables_) bytes += kCellBytes * table->record_count() * table->field_count();
+  return bytes;
+}
+
+SaveResult DatabaseSaver::run(const std::string& path) {
+  SaveResult result;
+  progress_.begin("Saving Database");
+  result.error = write_all(path);
+  result.cancelled = writer_.cancelled();
+  if (result.error != ErrorCode::kOk) return result;
+  if (variant_ == ZipVariant::kZip32 && writer_.bytes_written() > kNearZip32Limit) {
+    result.notices.emplace_back(MessageId::kFileNearLimit);
+  }
+  result.error = writer_.finish(options_.backups && platform::file_exists(path) ? path + ".bak" : std::string());
+  if (result.error == ErrorCode::kOk && !settings_.as_copy) adopt(path, platform::file_stem(path));
+  return result;
+}
+
+ErrorCode DatabaseSaver::write_all(const std::string& path) {
+  if (binary_bytes(tables_) > kMaxBinaryBytes) return ErrorCode::kBinaryFieldsTooLarge;
+  platform::remove_stale_replacements(path);
+  ZipWriterOptions writer_options;
+  writer_options.variant = variant_;
+  writer_options.level = settings_.level;
+  writer_options.threads = thread_count(options_.used_processor_cores);
+  writer_options.save_time = local_time_now();
+  ErrorCode error = writer_.create(path, writer_options);
+  if (error != ErrorCode::kOk) return error;
+  writer_.set_progress(progress_, estimated_bytes());
+
+  const std::string database_name = platform::file_stem(path);
+  const std::string version = std::to_string(kFormatVersion);
+  error = add_text(kThisVersionName, version);
+  if (error == ErrorCode::kOk) error = add_text(kMinVersionName, version);
+  if (error == ErrorCode::kOk) error = write_config_member(database_name);
+  for (size_t i = 0; i < tables_.size() && error == ErrorCode::kOk; ++i) error = write_table(*tables_[i]);
+  if (error == ErrorCode::kOk) error = write_binaries(database_name);
+  if (error == ErrorCode::kOk && !settings_.drop_unused) error = write_unused();
+  if (error == ErrorCode::kOk) error = write_manifest_member();
+  return error;
+}
+
+void DatabaseSaver::note_member(const std::string& name, bool deflated) {
+  manifest_.push_back({name, deflated, std::nullopt});
+}
+
+ErrorCode DatabaseSaver::add_text(std::string_view name, std::string_view text) {
+  note_member(std::string(name), true);
+  return writer_.add(name, text, ZipMethod::kDeflated);
+}
+
+// A second thread puts the configuration into a pipe while this one packs what comes out.
+ErrorCode DatabaseSaver::write_config_member(const std::string& database_name) {
+  platform::BytePipe pipe;
+  if (!pipe.create(kPipeBytes)) return ErrorCode::kOutOfResources;
+  note_member(std::string(kConfigName), true);
+  ErrorCode error = writer_.begin(kConfigName, ZipMethod::kDeflated);
+  if (error != ErrorCode::kOk) return error;
+  std::jthread serialiser([&] {
+    const std::string config = write_config(config_of(database_, tables_, database_name));
+    pipe.write(std::as_bytes(std::span(config)));
+    pipe.close_write_end();
+  });
+  std::string chunk(kPipeBytes, '\0');
+  while (const size_t count = pipe.read(std::as_writable_bytes(std::span(chunk)))) {
+    if (error == ErrorCode::kOk) error = writer_.write(std::string_view(chunk).substr(0, count));
+  }
+  serialiser.join();
+  return error == ErrorCode::kOk ? writer_.end() : error;
+}
+
+// Blocks of records are formatted and packed on all processors; each block ends with a record, so that opening can read
+// them side by side.
+ErrorCode DatabaseSaver::write_table(CWorkSheet& table) {
+  const std::string name = table_member_name(table);
+  note_member(name, true);
+  const auto saved = file_.saved_.find(&table);
+  if (saved != file_.saved_.end() && saved->second.revision == table.revision()) {
+    const ZipMember* member = file_.archive_->find(saved->second.member);
+    if (member != nullptr) return writer_.copy(*file_.archive_, *member, name);
+  }
+  table.clean_pools();
+  std::vector<size_t> fields(table.field_count());
+  for (size_t i = 0; i < fields.size(); ++i) fields[i] = i;
+  TextDialect dialect;
+  dialect.native = true;
+  const TextFormatter formatter(table, std::move(fields), TextFileSettings(), dialect);
+  const uint32_t records = table.record_count();
+  const uint32_t step = records_per_block(formatter, records);
+  const uint64_t blocks = std::max<uint64_t>(1, (uint64_t{records} + step - 1) / step);
+  return writer_.add_blocks(
+      name, ZipMethod::kDeflated, blocks,
+      [&](uint64_t block, std::string& out) {
+        if (block == 0) {
+          out += kByteOrderMark;
+          formatter.append_names(out);
+        }
+        const auto first = static_cast<uint32_t>(block * step);
+        return formatter.append_range(first, std::min(records - first, step) + first, out);
+      },
+      true);
+}
+
+ZipMethod DatabaseSaver::method_for(std::string_view file_name) const {
+  const std::string extension = platform::extension(file_name);
+  const auto& stored = options_.non_deflate_files;
+  return std::find(stored.begin(), stored.end(), extension) != stored.end() ? ZipMethod::kStored
+                                                                              : ZipMethod::kDeflated;
+}
+
+ErrorCode DatabaseSaver::write_content(const std::string& name, const Content& content) {
+  if (const auto* stored = dynamic_cast<const ArchiveContent*>(content.source().get())) {
+    const ArchiveContent::Place place = stored->place();
+    note_member(name, place.member->is_deflated());
+    written_contents_.emplace_back(content.source(), name);
+    return writer_.copy(*place.archive, *place.member, name);
+  }
+  const ZipMethod method = method_for(name);
+  note_member(name, method == ZipMethod::kDeflated);
+  if (content.source() == nullptr) return writer_.add(name, content.in_memory(), method);
+  std::string bytes;
+  const ErrorCode error = content.read(bytes);
+  return error == ErrorCode::kOk ? writer_.add(name, bytes, method) : error;
+}
+
+ErrorCode DatabaseSaver::write_field_binaries(const CWorkSheet& table, size_t field, std::string_view database_name,
+                                              std::string_view table_name) {
+  const auto folder = [&](size_t i) {
+    return binary_folder_name(database_name, table_name, static_cast<uint32_t>(i) + 1, field + 1);
+  };
+  const Column& column = table.column(field);
+  ErrorCode error = ErrorCode::kOk;
+  if (const auto* contents = std::get_if<ContentColumn>(&column)) {
+    for (size_t i = 0; i < contents->cells.size() && error == ErrorCode::kOk; ++i) {
+      const Content* content = contents->value(i);
+      if (content == nullptr) continue;
+      std::string file_name;
+      error = name_long_text(*content, file_name);
+      if (error == ErrorCode::kOk) error = write_content(folder(i) + file_name, *content);
+    }
+  } else if (const auto* files = std::get_if<FilesColumn>(&column)) {
+    for (size_t i = 0; i < files->cells.size() && error == ErrorCode::kOk; ++i) {
+      const FileList* list = files->value(i);
+      if (list == nullptr) continue;
+      for (const FileObject& file : *list) {
+        if (!file.is_shortcut() && error == ErrorCode::kOk) error = write_content(folder(i) + file.name, file.content);
+      }
+    }
+  }
+  return error;
+}
+
+ErrorCode DatabaseSaver::write_binaries(const std::string& database_name) {
+  const std::vector<std::string> names = binary_table_names(tables_);
+  ErrorCode error = ErrorCode::kOk;
+  for (size_t t = 0; t < tables_.size(); ++t) {
+    for (size_t f = 0; f < tables_[t]->field_count() && error == ErrorCode::kOk; ++f) {
+      error = write_field_binaries(*tables_[t], f, database_name, names[t]);
+    }
+  }
+  return error;
+}
+
+// Members of the opened file that the database does not know are somebody's: they stay, unless a name is needed.
+ErrorCode DatabaseSaver::write_unused() {
+  for (const std::string& name : file_.unused_) {
+    const ZipMember* member = file_.archive_->find(name);
+    if (member == nullptr) continue;
+    const ErrorCode error = writer_.copy(*file_.archive_, *member, name);
+    if (error == ErrorCode::kNameNotUnique) continue;
+    if (error != ErrorCode::kOk) return error;
+    note_member(name, member->is_deflated());
+  }
+  return ErrorCode::kOk;
+}
+
+ErrorCode DatabaseSaver::write_manifest_member() {
+  return writer_.add(kManifestName, write_manifest(manifest_), ZipMethod::kDeflated);
+}
+
+// From now on the new file is the one that unchanged parts are copied from.
+void DatabaseSaver::adopt(const std::string& path, const std::string& database_name) {
+  auto archive = std::make_shared<ZipReader>();
+  if (archive->open(path) != ErrorCode::kOk) return;
+  for (const auto& [source, name] : written_contents_) {
+    if (const ZipMember* member = archive->find(name)) {
+      dynamic_cast<const ArchiveContent&>(*source).bind(archive, *member);
+    }
+  }
+  file_.saved_.clear();
+  for (const CWorkSheet* table : tables_) file_.saved_[table] = {table->revision(), table_member_name(*table)};
+  if (settings_.drop_unused) file_.unused_.clear();
+  file_.archive_ = std::move(archive);
+  file_.variant_ = variant_;
+  database_.set_name(database_name);
+  database_.set_file(path, FileFormat::kNative);
+  if (settings_.tables.empty()) database_.mark_saved();
+}
+
+std::string check_save_variant(SaveVariant variant) {
+  return variant == SaveVariant::kZip32 ? std::string(texts::kZip32Limits) : std::string();
+}
+
+SaveResult DatabaseFile::save(const std::string& path, const SaveSettings& settings, const Options& options,
+                              Progress& progress) {
+  return DatabaseSaver(*this, settings, options, progress).run(path);
+}
+
+CompactResult compact_database(Database& database, DatabaseFile& file, const Options& options, Progress& progress) {
+  CompactResult result;
+  bool has_binary_fields = false;
+  for (const CWorkSheet* table : database.tables()) {
+    for (const Field& field : table->data().fields) {
+      has_binary_fields = has_binary_fields || field.type == FieldType::kLongText || field.type == FieldType::kFiles;
+    }
+  }
+  if (!has_binary_fields) {
+    result.message = MessageId::kNothingToCompact;
+  } else if (!file.has_unused_members()) {
+    result.message = MessageId::kNoCompactingRequired;
+  } else {
+    SaveSettings settings;
+    settings.drop_unused = true;
+    result.save = file.save(database.file_path(), settings, options, progress);
+  }
+  return result;
+}
+
+}  // namespace rowvane

@@ -1,0 +1,44 @@
+// Writes one database file.
+#pragma once
+
+#include "file/database_file.h"
+
+namespace rowvane {
+
+class DatabaseSaver {
+ public:
+  DatabaseSaver(DatabaseFile& file, const SaveSettings& settings, const Options& options, Progress& progress);
+
+  SaveResult run(const std::string& path);
+
+ private:
+  struct Binary;
+
+  ErrorCode write_all(const std::string& path);
+  ErrorCode write_config_member(const std::string& database_name);
+  ErrorCode write_table(CWorkSheet& table);
+  ErrorCode write_binaries(const std::string& database_name);
+  ErrorCode write_field_binaries(const CWorkSheet& table, size_t field, std::string_view database_name,
+                                 std::string_view table_name);
+  ErrorCode write_content(const std::string& name, const Content& content);
+  ErrorCode write_unused();
+  ErrorCode write_manifest_member();
+  ErrorCode add_text(std::string_view name, std::string_view text);
+  void note_member(const std::string& name, bool deflated);
+  ZipMethod method_for(std::string_view file_name) const;
+  uint64_t estimated_bytes() const;
+  void adopt(const std::string& path, const std::string& database_name);
+
+  DatabaseFile& file_;
+  Database& database_;
+  const SaveSettings& settings_;
+  const Options& options_;
+  Progress& progress_;
+  std::vector<CWorkSheet*> tables_;
+  ZipVariant variant_;
+  ZipWriter writer_;
+  std::vector<ManifestEntry> manifest_;
+  std::vector<std::pair<std::shared_ptr<const ContentSource>, std::string>> written_contents_;
+};
+
+}  // namespace rowvane
