@@ -109,6 +109,15 @@ void TextPool::rebuild_index(size_t slots) {
   }
 }
 
+void TextPool::clear() {
+  blocks_.resize(1);
+  next_offset_ = 0;
+  entries_.resize(1);
+  text_bytes_ = 0;
+  if (used_slots_ > 0) std::fill(slots_.begin(), slots_.end(), Slot{0, 0});
+  used_slots_ = 0;
+}
+
 void TextPool::drop_index() {
   slots_ = {};
   used_slots_ = 0;

@@ -40,6 +40,8 @@ class TextPool {
   // Bytes of memory in use.
   uint64_t memory_bytes() const;
 
+  // Forgets all texts and keeps the memory for the next ones.
+  void clear();
   // Gives the hash table back; the next `intern` builds it anew.
   void drop_index();
 

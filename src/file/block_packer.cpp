@@ -1,0 +1,126 @@
+#include "file/block_packer.h"
+
+#include <new>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
+
+namespace rowvane {
+namespace {
+
+ErrorCode pack_block(const BlockPacker::Produce& produce, ZipMethod method, bool last, Deflater& deflater,
+                     PackedBlock& block) {
+  if (produce) {
+    block.raw.clear();
+    if (const ErrorCode error = produce(block.raw); error != ErrorCode::kOk) return error;
+  }
+  block.crc = crc32_of(block.raw);
+  if (method == ZipMethod::kStored) return ErrorCode::kOk;
+  return deflater.deflate_block(block.raw, last, block.deflated);
+}
+
+}  // namespace
+
+BlockPacker::BlockPacker(int level, int threads)
+    : level_(level),
+      threads_(threads < 1 ? 1 : threads),
+      own_deflater_(level),
+      slots_(threads_ == 1 ? 1 : 2 * static_cast<size_t>(threads_) + 2) {}
+
+BlockPacker::~BlockPacker() {
+  clear();
+  {
+    const std::lock_guard lock(mutex_);
+    stop_ = true;
+  }
+  work_there_.notify_all();
+  for (std::thread& worker : workers_) worker.join();
+}
+
+// When the system has no more threads the work is done with those there are.
+void BlockPacker::start_threads() {
+  started_ = true;
+  if (threads_ == 1) return;
+  try {
+    for (int i = 0; i < threads_; ++i) workers_.emplace_back([this] { work(); });
+  } catch (const std::system_error&) {
+  }
+}
+
+void BlockPacker::submit(Produce produce, ZipMethod method, bool last) {
+  enqueue(std::move(produce), method, last);
+}
+
+void BlockPacker::submit_bytes(std::string& raw, ZipMethod method, bool last) {
+  slot(submitted_).block.raw.swap(raw);
+  raw.clear();
+  enqueue(nullptr, method, last);
+}
+
+void BlockPacker::enqueue(Produce produce, ZipMethod method, bool last) {
+  if (!started_) start_threads();
+  Slot& next = slot(submitted_);
+  next.produce = std::move(produce);
+  next.method = method;
+  next.last = last;
+  next.done = false;
+  if (workers_.empty()) {
+    pack(next, own_deflater_);
+    next.done = true;
+    ++submitted_;
+    next_work_ = submitted_;
+    return;
+  }
+  {
+    const std::lock_guard lock(mutex_);
+    ++submitted_;
+  }
+  work_there_.notify_one();
+}
+
+const PackedBlock& BlockPacker::front() {
+  Slot& oldest = slot(taken_);
+  std::unique_lock lock(mutex_);
+  block_done_.wait(lock, [&] { return oldest.done; });
+  return oldest.block;
+}
+
+void BlockPacker::pop() {
+  ++taken_;
+}
+
+void BlockPacker::clear() {
+  std::unique_lock lock(mutex_);
+  next_work_ = submitted_;
+  block_done_.wait(lock, [&] { return working_ == 0; });
+  taken_ = submitted_;
+}
+
+void BlockPacker::work() {
+  Deflater deflater(level_);
+  std::unique_lock lock(mutex_);
+  while (true) {
+    work_there_.wait(lock, [&] { return stop_ || next_work_ < submitted_; });
+    if (stop_) return;
+    Slot& mine = slot(next_work_++);
+    ++working_;
+    lock.unlock();
+    pack(mine, deflater);
+    lock.lock();
+    mine.done = true;
+    --working_;
+    block_done_.notify_all();
+  }
+}
+
+void BlockPacker::pack(Slot& slot, Deflater& deflater) {
+  try {
+    slot.block.error = pack_block(slot.produce, slot.method, slot.last, deflater, slot.block);
+  } catch (const std::bad_alloc&) {
+    slot.block.error = ErrorCode::kZipMemory;
+  } catch (const std::length_error&) {
+    slot.block.error = ErrorCode::kZipMemory;
+  }
+}
+
+}  // namespace rowvane

@@ -1,0 +1,88 @@
+// Packs the blocks of a member on several threads and hands them back in order.
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "core/error_code.h"
+#include "file/zip_format.h"
+#include "file/zlib_codec.h"
+
+namespace rowvane {
+
+struct PackedBlock {
+  std::string raw;
+  std::string deflated;  // not used for stored blocks
+  uint32_t crc = 0;
+  ErrorCode error = ErrorCode::kOk;
+
+  const std::string& bytes(ZipMethod method) const { return method == ZipMethod::kStored ? raw : deflated; }
+};
+
+// Belongs to one thread, the owner, which puts blocks in at one end and takes them out at the other. The room
+// for blocks is fixed, so that memory does not grow with the member: twice as many as threads, and two more.
+class BlockPacker {
+ public:
+  // Fills `raw`, which may hold old content, with one block; called on any of the threads. Running out of
+  // memory in it is answered as kZipMemory; it must not throw anything else.
+  using Produce = std::function<ErrorCode(std::string& raw)>;
+
+  // With one thread everything happens on the owner's. Threads start with the first block.
+  BlockPacker(int level, int threads);
+  ~BlockPacker();
+  BlockPacker(const BlockPacker&) = delete;
+  BlockPacker& operator=(const BlockPacker&) = delete;
+
+  bool is_full() const { return submitted_ - taken_ == slots_.size(); }
+  bool is_empty() const { return submitted_ == taken_; }
+
+  // Adds a block; not when it is full. LAST is true for the last block of a member.
+  void submit(Produce produce, ZipMethod method, bool last);
+  // The same for a block that is there already; RAW gets the buffer of an old block in exchange.
+  void submit_bytes(std::string& raw, ZipMethod method, bool last);
+
+  // Waits for the oldest block; not when it is empty. The block stays until `pop`.
+  const PackedBlock& front();
+  void pop();
+
+  // Forgets all blocks, waiting for those in work.
+  void clear();
+
+ private:
+  struct Slot {
+    PackedBlock block;
+    Produce produce;  // empty: raw is filled already
+    ZipMethod method = ZipMethod::kStored;
+    bool last = false;
+    bool done = false;
+  };
+
+  Slot& slot(uint64_t number) { return slots_[number % slots_.size()]; }
+  void start_threads();
+  void enqueue(Produce produce, ZipMethod method, bool last);
+  void work();
+  static void pack(Slot& slot, Deflater& deflater);
+
+  const int level_;
+  const int threads_;
+  Deflater own_deflater_;  // for work on the owner's thread
+  std::vector<Slot> slots_;
+  std::vector<std::thread> workers_;
+  bool started_ = false;
+
+  uint64_t submitted_ = 0;  // changed by the owner, under the lock
+  uint64_t taken_ = 0;      // the owner's
+  std::mutex mutex_;
+  std::condition_variable work_there_;
+  std::condition_variable block_done_;
+  uint64_t next_work_ = 0;  // next block that a thread takes up
+  int working_ = 0;
+  bool stop_ = false;
+};
+
+}  // namespace rowvane

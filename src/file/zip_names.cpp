@@ -1,0 +1,84 @@
+#include "file/zip_names.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include "platform/code_pages.h"
+
+namespace rowvane {
+namespace {
+
+constexpr size_t kMaxNameBytes = 65535;
+constexpr unsigned kZipCodePage = 437;
+
+bool is_ascii_letter(char character) {
+  return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z');
+}
+
+bool has_parent_component(std::string_view name) {
+  while (!name.empty()) {
+    const size_t slash = std::min(name.find('/'), name.size());
+    if (name.substr(0, slash) == "..") return true;
+    name.remove_prefix(std::min(slash + 1, name.size()));
+  }
+  return false;
+}
+
+// Bytes of the well-formed UTF-8 character at the start of TEXT, 0 when there is none.
+size_t utf8_character_length(std::string_view text) {
+  const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
+  const unsigned char lead = byte(0);
+  if (lead < 0x80) return 1;
+  const size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+  if (lead < 0xC2 || lead > 0xF4 || text.size() < length) return 0;
+  for (size_t i = 1; i < length; ++i) {
+    if ((byte(i) & 0xC0) != 0x80) return 0;
+  }
+  if (lead == 0xE0 && byte(1) < 0xA0) return 0;  // overlong
+  if (lead == 0xED && byte(1) > 0x9F) return 0;  // surrogates
+  if (lead == 0xF0 && byte(1) < 0x90) return 0;  // overlong
+  if (lead == 0xF4 && byte(1) > 0x8F) return 0;  // above U+10FFFF
+  return length;
+}
+
+bool is_valid_utf8(std::string_view text) {
+  while (!text.empty()) {
+    const size_t length = utf8_character_length(text);
+    if (length == 0) return false;
+    text.remove_prefix(length);
+  }
+  return true;
+}
+
+bool is_control_character(char character) {
+  const auto byte = static_cast<unsigned char>(character);
+  return byte < 0x20 || byte == 0x7F;
+}
+
+}  // namespace
+
+bool is_safe_member_name(std::string_view name) {
+  if (name.empty() || name.size() > kMaxNameBytes || name.front() == '/') return false;
+  if (name.size() >= 2 && name[1] == ':' && is_ascii_letter(name[0])) return false;
+  if (name.find('\\') != name.npos || name.find('\0') != name.npos) return false;
+  return !has_parent_component(name);
+}
+
+bool is_writable_member_name(std::string_view name) {
+  return is_safe_member_name(name) && is_valid_utf8(name) && std::ranges::none_of(name, is_control_character);
+}
+
+bool decode_member_name(std::string_view bytes, bool flagged_utf8, std::string& name) {
+  name.clear();
+  if (is_valid_utf8(bytes)) {
+    name = bytes;
+    return true;
+  }
+  if (flagged_utf8) return false;
+  const auto page = platform::CodePage::open(kZipCodePage);
+  if (!page) return false;
+  page->to_utf8(bytes, name);
+  return true;
+}
+
+}  // namespace rowvane
