@@ -2,7 +2,7 @@
 
 namespace rowvane {
 
-ErrorCode error_of_file_status(platform::FileStatus status, ErrorCode otherwise) {
+ErrorCode file_error(platform::FileStatus status, ErrorCode otherwise) {
   using platform::FileStatus;
   switch (status) {
     case FileStatus::kOk:

@@ -8,6 +8,6 @@ namespace rowvane {
 
 // The error code of a failed file operation: states with a text of their own keep it, all others become
 // OTHERWISE (kFileCreate, kFileRead, kFileWrite ...).
-ErrorCode error_of_file_status(platform::FileStatus status, ErrorCode otherwise);
+ErrorCode file_error(platform::FileStatus status, ErrorCode otherwise);
 
 }  // namespace rowvane

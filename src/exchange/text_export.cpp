@@ -13,7 +13,9 @@
 namespace rowvane {
 namespace {
 
-constexpr uint64_t kBlockRecords = 16'384;
+// A block is formatted at a time: so many bytes as a rule, but not more records.
+constexpr uint64_t kBlockBytes = uint64_t{1} << 20;
+constexpr uint64_t kMaxBlockRecords = 16'384;
 
 bool loses_features_as_text(const Field& field) {
   return is_outside_record(field.type) || field.link || field.encrypted || !field.formula.empty() ||
@@ -53,6 +55,24 @@ std::string numbered_target(const std::string& target, uint64_t number) {
   if (number == 0) return target;
   const size_t stem = stem_length(target);
   return target.substr(0, stem) + "(" + std::to_string(number) + ")" + target.substr(stem);
+}
+
+// About the bytes that a cell of COLUMN takes in a line.
+uint64_t mean_cell_bytes(const Column& column) {
+  constexpr uint64_t kSmallCell = 10;
+  if (const auto* texts = std::get_if<TextColumn>(&column)) {
+    return texts->pool->text_bytes() / texts->pool->size() + 1;
+  }
+  const auto* contents = std::get_if<ContentColumn>(&column);
+  if (contents == nullptr || contents->values.empty()) return kSmallCell;
+  uint64_t bytes = 0;
+  for (const Content& content : contents->values) bytes += content.size();
+  return bytes / contents->values.size() + 1;
+}
+
+// Moving the bytes to the disk keeps one of the threads busy.
+int maker_threads(int setting) {
+  return std::max(thread_count(setting) - 1, 1);
 }
 
 // One run of export_text.
@@ -104,12 +124,8 @@ class ExportRun {
   ErrorCode make_block(const TextFormatter& formatter, uint64_t first, uint64_t last, std::string& out) const;
   ErrorCode commit_all();
 
-  // BYTES of the formatter in the encoding of the file.
-  void append_encoded(std::string_view bytes, std::string& out) const {
-    settings_.text.encoding == TextFileSettings::kUtf16 ? platform::utf8_to_utf16le(bytes, out)
-                                                        : static_cast<void>(out.append(bytes));
-  }
   std::string file_start(const TextFormatter& formatter) const;
+  uint64_t records_of_block() const;
   // The records to save in ascending order, each once.
   std::vector<uint32_t> sorted_positions() const;
 
@@ -190,11 +206,23 @@ std::vector<uint32_t> ExportRun::sorted_positions() const {
 
 // What every file begins with.
 std::string ExportRun::file_start(const TextFormatter& formatter) const {
-  std::string start = settings_.text.encoding == TextFileSettings::kUtf16 ? "\xFF\xFE" : "";
   std::string names;
   if (settings_.text.has_field_names()) formatter.append_names(names);
-  append_encoded(names, start);
+  if (settings_.text.encoding != TextFileSettings::kUtf16) return names;
+  std::string start = "\xFF\xFE";
+  platform::utf8_to_utf16le(names, start);
   return start;
+}
+
+uint64_t ExportRun::records_of_block() const {
+  uint64_t bytes = 1;
+  for (size_t i = 0; i < fields_.size(); ++i) {
+    bytes += mean_cell_bytes(table_.column(fields_[i]));
+    if (settings_.text.has_fixed_widths() && i < settings_.text.fixed_widths.size()) {
+      bytes += settings_.text.fixed_widths[i];
+    }
+  }
+  return std::clamp<uint64_t>(kBlockBytes / bytes, 1, kMaxBlockRecords);
 }
 
 ErrorCode ExportRun::write_file(const TextFormatter& formatter, uint64_t number) {
@@ -204,7 +232,8 @@ ErrorCode ExportRun::write_file(const TextFormatter& formatter, uint64_t number)
   const uint64_t limit = settings_.row_limit > 0 ? settings_.row_limit : record_count_;
   const uint64_t first = number * limit;
   const uint64_t records = std::min(limit, record_count_ - first);
-  const auto first_of = [&](uint64_t block) { return first + std::min(block * kBlockRecords, records); };
+  const uint64_t block_records = records_of_block();
+  const auto first_of = [&](uint64_t block) { return first + std::min(block * block_records, records); };
   const auto make = [&](uint64_t block, std::string& out) {
     return make_block(formatter, first_of(block), first_of(block + 1), out);
   };
@@ -214,10 +243,10 @@ ErrorCode ExportRun::write_file(const TextFormatter& formatter, uint64_t number)
     progress_.report(written_records_, record_count_);
     return true;
   };
-  const uint64_t blocks = (records + kBlockRecords - 1) / kBlockRecords;
+  const uint64_t blocks = (records + block_records - 1) / block_records;
   ErrorCode error = ErrorCode::kOk;
   if (sink.write(file_start(formatter))) {
-    error = make_blocks_in_order(blocks, thread_count(settings_.threads), make, take);
+    error = make_blocks_in_order(blocks, maker_threads(settings_.threads), make, take);
   }
   // A pipe that takes nothing any more is not the cause of a failure, the disk behind it is.
   const ErrorCode write_error = sink.close();

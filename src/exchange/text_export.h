@@ -31,15 +31,16 @@ using ExportArchiveMaker = std::unique_ptr<ExportArchive> (*)(const std::string&
 inline constexpr uint64_t kMaxExportFiles = 500;
 
 struct TextExport {
-  TextFileSettings text;
-  std::vector<size_t> fields;                      // chosen fields in their order; empty: all
-  std::optional<std::vector<uint32_t>> positions;  // 0-based records to save, in display order; nothing: all
-  NumberSeparators numbers;                        // the user's
-  bool save_files = false;                         // "Save 'Images/Files' objects to a zip file"
-  bool save_long_texts = false;                    // "Save 'Long Text' data to a zip file", codes too
-  ExportArchiveMaker make_archive = nullptr;       // needed by the two before
-  uint64_t row_limit = 0;                          // records a file, 0: all in one
-  int threads = 0;                                 // as thread_count takes it
+  TextFileSettings text{};
+  std::vector<size_t> fields{};  // chosen fields in their order; empty: all
+  std::optional<std::vector<uint32_t>>
+      positions{};                            // 0-based records to save, in display order; nothing: all
+  NumberSeparators numbers{};                 // the user's
+  bool save_files = false;                    // "Save 'Images/Files' objects to a zip file"
+  bool save_long_texts = false;               // "Save 'Long Text' data to a zip file", codes too
+  ExportArchiveMaker make_archive = nullptr;  // needed by the two before
+  uint64_t row_limit = 0;                     // records a file, 0: all in one
+  int threads = 0;                            // as thread_count takes it
 };
 
 // The question (message 196) to be answered with Yes before a database whose tables hold features that plain

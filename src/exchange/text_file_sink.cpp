@@ -15,7 +15,7 @@ TextFileSink::~TextFileSink() {
 
 ErrorCode TextFileSink::open(const std::string& target) {
   const FileStatus status = file_.create(target);
-  if (status != FileStatus::kOk) return error_of_file_status(status, ErrorCode::kFileCreate);
+  if (status != FileStatus::kOk) return file_error(status, ErrorCode::kFileCreate);
   if (!pipe_.create(kBufferBytes)) return ErrorCode::kFileBuffer;
   buffer_.reserve(kBufferBytes);
   thread_ = std::jthread([this] { write_file(); });
@@ -35,11 +35,11 @@ bool TextFileSink::write(std::string_view bytes) {
 ErrorCode TextFileSink::close() {
   flush();
   end_thread();
-  return error_of_file_status(status_, ErrorCode::kFileWrite);
+  return file_error(status_, ErrorCode::kFileWrite);
 }
 
 ErrorCode TextFileSink::commit() {
-  return error_of_file_status(file_.commit(), ErrorCode::kFileWrite);
+  return file_error(file_.commit(), ErrorCode::kFileWrite);
 }
 
 void TextFileSink::write_file() {

@@ -18,7 +18,7 @@ class ArchivedCells;
 
 // What a text file holds of its table beyond the settings of the dialogs.
 struct TextDialect {
-  NumberSeparators numbers;  // generic in database files, the user's in exported files
+  NumberSeparators numbers{};  // generic in database files, the user's in exported files
   // The tables of database files, which must read back to the same cells: control characters stay, texts with
   // leading blanks are quoted, and so is the empty cell of a record that has no other; the long texts and
   // codes, which are files of their own, are left out; files appear as one line for each object, with a line
