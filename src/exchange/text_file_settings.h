@@ -24,7 +24,7 @@ struct TextFileSettings {
   // Bits of flags.
   static constexpr uint8_t kFieldNames = 0x01;  // the first row holds the field names
   static constexpr uint8_t kQuoting = 0x20;
-  static constexpr uint8_t kSeparated = 0x40;   // cleared: each line is one field
+  static constexpr uint8_t kSeparated = 0x40;  // cleared: each line is one field
   // Bits of options.
   static constexpr uint8_t kAnalyze = 0x01;
   static constexpr uint8_t kConvertDates = 0x02;
@@ -47,6 +47,7 @@ struct TextFileSettings {
   // Quoting needs a separator.
   bool is_quoting() const { return (flags & kQuoting) != 0 && is_separated(); }
   bool has_fixed_widths() const { return fixed_widths_on != 0; }
+  bool uses_code_page() const { return encoding >= kFirstCodePage; }
   bool analyzes() const { return (options & kAnalyze) != 0; }
   uint8_t type_choice(size_t column) const { return column_options[column] & kTypeMask; }
   bool parses_dates(size_t column) const {
@@ -68,9 +69,14 @@ extern const std::array<TextCodePage, 36> kTextCodePages;
 
 inline constexpr uint8_t kLastEncoding = TextFileSettings::kFirstCodePage + 35;
 
-// The Windows code page of an encoding value from kFirstCodePage on.
+// The Windows code page of an encoding value from kFirstCodePage on; 0 for any other value.
 unsigned code_page_of(uint8_t encoding);
 // The encoding value for a code page number; nothing when the table has none.
 std::optional<uint8_t> encoding_of_code_page(unsigned number);
+
+// The message that settings no text file can have get, otherwise empty: an encoding that is none or that the
+// system lacks; a separator or quoting symbol that is a line break or zero, or, in the Unicode encodings, not
+// ASCII; both the same. What the settings don't use is not looked at.
+std::string check_text_settings(const TextFileSettings& settings);
 
 }  // namespace rowvane

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "file/file_errors.h"
+#include "core/file_error.h"
 
 namespace rowvane {
 

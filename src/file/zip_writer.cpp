@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/file_error.h"
 #include "file/block_packer.h"
-#include "file/file_errors.h"
 #include "file/zip_names.h"
 #include "file/zip_reader.h"
 #include "file/zlib_codec.h"
