@@ -86,6 +86,7 @@ std::vector<CWorkSheet*> Database::tables() const {
 }
 
 Folder* Database::find_folder(std::string_view path) const {
+  if (path.ends_with('/')) return nullptr;
   const Folder* folder = &root_;
   while (folder != nullptr && !path.empty()) folder = find_named(folder->folders(), take_name(path));
   return const_cast<Folder*>(folder);
@@ -93,6 +94,7 @@ Folder* Database::find_folder(std::string_view path) const {
 
 CWorkSheet* Database::find_table(std::string_view path) const {
   const size_t slash = path.rfind('/');
+  if (slash == 0) return nullptr;
   const bool nested = slash != std::string_view::npos;
   const Folder* folder = nested ? find_folder(path.substr(0, slash)) : &root_;
   if (folder == nullptr) return nullptr;
@@ -185,13 +187,16 @@ ErrorCode Database::move_folder(Folder& folder, Folder& target) {
 }
 
 ErrorCode Database::make_folders(std::string_view path, Folder** folder) {
+  ChangeGroup group(*this, "");
   Folder* current = &root_;
   while (!path.empty()) {
     const std::string_view name = take_name(path);
     Folder* next = find_named(current->folders(), name);
     if (next == nullptr) {
-      if (const auto error = add_folder(*current, std::string(name), &next); error != ErrorCode::kOk)
+      if (const auto error = add_folder(*current, std::string(name), &next); error != ErrorCode::kOk) {
+        group.roll_back();
         return error;
+      }
     }
     current = next;
   }

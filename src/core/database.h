@@ -103,7 +103,7 @@ class Database {
   ErrorCode rename_folder(Folder& folder, std::string name);
   // kInvalidPath for a move into itself.
   ErrorCode move_folder(Folder& folder, Folder& target);
-  // Makes the folders of PATH that are missing.
+  // Makes the folders of PATH that are missing, as one undo step.
   ErrorCode make_folders(std::string_view path, Folder** folder);
   // NAME, or NAME with a number where it is taken in FOLDER.
   std::string free_name(const Folder& folder, std::string_view name) const;
