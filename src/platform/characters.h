@@ -8,8 +8,11 @@ namespace rowvane::platform {
 
 // True for a letter of any script.
 bool is_letter(char32_t character);
+// True for an accent or a vowel sign that joins the letter before it.
+bool is_mark(char32_t character);
 
-// The UTF-8 TEXT folded so that two texts which differ only in letter case become equal.
+// The UTF-8 TEXT folded so that two texts which differ only in letter case become equal. Broken
+// sequences stay as they are.
 std::string fold_case(std::string_view text);
 
 }  // namespace rowvane::platform

@@ -17,9 +17,9 @@ enum class FileStatus {
   kOk,
   kNotFound,
   kAccessDenied,
-  kInUse,      // another program holds it open without sharing
-  kNoSpace,    // the disk or the quota is full
-  kIsFolder,   // a file was needed and the path names a folder
+  kInUse,     // another program holds it open without sharing
+  kNoSpace,   // the disk or the quota is full
+  kIsFolder,  // a file was needed and the path names a folder
   kPathTooLong,
   kReadError,
   kWriteError,
@@ -33,7 +33,8 @@ class InputFile {
   InputFile(InputFile&& other) noexcept;
   InputFile& operator=(InputFile&& other) noexcept;
 
-  // Opens PATH; a file that was open before is closed.
+  // Opens PATH; a file that was open before is closed. kReadError for what is not a file on a disk, such as a
+  // device or a named pipe.
   [[nodiscard]] FileStatus open(const std::string& path);
   bool is_open() const { return handle_ != kNoHandle; }
   void close();
@@ -52,10 +53,11 @@ class InputFile {
 };
 
 // A file written beside its target and put in the target's place in one step. Until `commit` the target is
-// untouched; an object destroyed without `commit` removes what it wrote.
+// untouched; an object destroyed without `commit` removes what it wrote. When a call fails, what was written
+// is dropped at once, and all further calls fail until `create`.
 //
 // The temporary file is named after the target ("NAME.rvtmp-PID-N"). One left behind by a killed process is
-// removed by `remove_stale_replacements`.
+// removed by `remove_stale_replacements`. Very long names are shortened in it.
 class ReplacingFile {
  public:
   ReplacingFile();
@@ -63,15 +65,19 @@ class ReplacingFile {
   ReplacingFile(const ReplacingFile&) = delete;
   ReplacingFile& operator=(const ReplacingFile&) = delete;
 
+  // Starts a replacement for TARGET, which need not exist; its folder must. A symbolic link stays, the file
+  // behind it is replaced. kAccessDenied when the target or its folder is read-only.
   [[nodiscard]] FileStatus create(const std::string& target);
   // Appends at the end.
   [[nodiscard]] FileStatus write(std::span<const std::byte> bytes);
-  // Overwrites bytes already written; the end does not move.
+  // Overwrites bytes already written; the end does not move. kWriteError for a range that reaches
+  // behind it.
   [[nodiscard]] FileStatus write_at(uint64_t offset, std::span<const std::byte> bytes);
   uint64_t position() const { return position_; }
 
   // Flushes to the disk and replaces the target, keeping its permissions. With BACKUP_PATH not empty the
-  // former target is kept under that name. After a failure the target is as it was and the temporary is gone.
+  // former target is kept under that name, in place of an older backup. After a failure the target is as it
+  // was and the temporary is gone.
   [[nodiscard]] FileStatus commit(const std::string& backup_path = {});
   // Drops what was written.
   void discard();
@@ -84,17 +90,18 @@ class ReplacingFile {
   std::string temporary_;
 };
 
-// Removes temporary files that processes no longer running left beside TARGET.
+// Removes temporary files of ReplacingFile that processes no longer running left beside TARGET.
 void remove_stale_replacements(const std::string& target);
 
-// The whole of a small file; kReadError when it is larger than LIMIT bytes.
+// The whole of a small file; kReadError when it is larger than LIMIT bytes. CONTENT is empty after a failure.
 [[nodiscard]] FileStatus read_whole_file(const std::string& path, std::string& content,
                                          uint64_t limit = uint64_t{1} << 30);
 // Replaces PATH by CONTENT through a ReplacingFile.
 [[nodiscard]] FileStatus write_whole_file(const std::string& path, std::string_view content);
 
+// True when PATH names something other than a folder.
 bool file_exists(const std::string& path);
-// True when both paths name the same file on disk.
+// True when both paths name the same file on disk. False when one of them names nothing.
 bool is_same_file(const std::string& a, const std::string& b);
 
 }  // namespace rowvane::platform

@@ -16,12 +16,15 @@ class BytePipe {
   BytePipe(const BytePipe&) = delete;
   BytePipe& operator=(const BytePipe&) = delete;
 
-  // Makes the pipe with room for about CAPACITY bytes. False when the system has no more handles.
+  // Makes the pipe with room for about CAPACITY bytes, less where the system allows less. False when the
+  // system has no more handles.
   [[nodiscard]] bool create(size_t capacity);
 
-  // Blocks until all bytes are taken. Answers the bytes written: fewer than given only when the reader is gone.
+  // Blocks until all bytes are taken. Answers the bytes written: fewer than given only when the reader is
+  // gone.
   size_t write(std::span<const std::byte> bytes);
-  // Blocks until at least one byte is there. 0 means that the writer has closed its end and all was read.
+  // Blocks until at least one byte is there, for a BUFFER that is not empty. 0 means that the writer has
+  // closed its end and all was read.
   size_t read(std::span<std::byte> buffer);
 
   void close_write_end();

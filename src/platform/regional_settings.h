@@ -12,7 +12,7 @@ struct RegionalSettings {
   std::string decimal_separator;  // UTF-8, at least one byte
   std::string group_separator;    // thousands; UTF-8, empty when numbers are not grouped
   std::string list_separator;     // ";" where the decimal separator is ",", otherwise ","
-  std::string date_separator;
+  std::string date_separator;     // one sign, such as "." or "/"
   std::string time_separator;
   std::string currency_symbol;
   DateOrder date_order = DateOrder::kMonthDayYear;
@@ -21,10 +21,11 @@ struct RegionalSettings {
   static RegionalSettings generic();
 };
 
-// The settings of the current user. On Linux LC_ALL, LC_NUMERIC, LC_TIME and LANG choose them in the usual order;
-// the "C" and "POSIX" locales answer generic().
+// The settings of the current user. On Linux LC_ALL, LC_NUMERIC, LC_TIME and LANG choose them in the usual
+// order; the "C" and "POSIX" locales answer generic().
 RegionalSettings user_regional_settings();
-// The settings of a named locale ("de_DE"), for tests and for options that name one.
+// The settings of a named locale ("de_DE", also "de-DE" or "de_DE.UTF-8"), for tests and for options that
+// name one. generic() for one that is not known.
 RegionalSettings regional_settings_of(const std::string& locale);
 
 }  // namespace rowvane::platform

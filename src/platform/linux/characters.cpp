@@ -1,0 +1,43 @@
+#include "platform/characters.h"
+
+#include <algorithm>
+#include <limits>
+
+#include <unicode/bytestream.h>
+#include <unicode/casemap.h>
+#include <unicode/stringpiece.h>
+#include <unicode/uchar.h>
+
+#include "platform/utf8.h"
+
+namespace rowvane::platform {
+
+bool is_letter(char32_t character) {
+  if (character < 0x80) {
+    const char32_t lower = character | 0x20;
+    return lower >= 'a' && lower <= 'z';
+  }
+  return u_isalpha(static_cast<UChar32>(character)) != 0;
+}
+
+bool is_mark(char32_t character) {
+  if (character < 0x300) return false;
+  return (U_GET_GC_MASK(static_cast<UChar32>(character)) & U_GC_M_MASK) != 0;
+}
+
+std::string fold_case(std::string_view text) {
+  std::string folded;
+  if (ascii_run(text, 0) == text.size()) {
+    folded.resize(text.size());
+    std::ranges::transform(text, folded.begin(),
+                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    return folded;
+  }
+  icu::StringByteSink<std::string> sink(&folded);
+  UErrorCode error = U_ZERO_ERROR;
+  icu::CaseMap::utf8Fold(0, icu::StringPiece(text.data(), static_cast<int32_t>(text.size())), sink, nullptr,
+                         error);
+  return folded;
+}
+
+}  // namespace rowvane::platform

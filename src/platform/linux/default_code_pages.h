@@ -1,0 +1,15 @@
+#pragma once
+
+#include "platform/linux/locale_name.h"
+
+namespace rowvane::platform {
+
+struct DefaultCodePages {
+  unsigned ansi = 1252;
+  unsigned oem = 850;
+};
+
+// The pair of pages that a desktop in LOCALE would use.
+DefaultCodePages default_code_pages_of(const LocaleName& locale);
+
+}  // namespace rowvane::platform

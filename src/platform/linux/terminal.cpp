@@ -1,0 +1,70 @@
+#include "platform/terminal.h"
+
+#include <charconv>
+#include <cstdlib>
+#include <cstring>
+
+#include <sys/ioctl.h>
+#include <unicode/uchar.h>
+#include <unistd.h>
+
+#include "platform/utf8.h"
+
+namespace rowvane::platform {
+namespace {
+
+constexpr int kMostColumns = 10000;
+constexpr char32_t kSoftHyphen = 0xAD;
+
+std::optional<int> columns_from_environment() {
+  const char* const value = std::getenv("COLUMNS");
+  if (value == nullptr) return std::nullopt;
+  const char* const end = value + std::strlen(value);
+  int columns = 0;
+  const auto [last, error] = std::from_chars(value, end, columns);
+  if (error != std::errc() || last != end || columns < 1 || columns > kMostColumns) return std::nullopt;
+  return columns;
+}
+
+// The vowels and final consonants of Hangul join the syllable before them.
+bool is_joining_jamo(char32_t character) {
+  return character >= 0x1160 && character <= 0x11FF;
+}
+
+int character_width(char32_t character) {
+  if (character >= 0x20 && character < 0x7F) return 1;
+  const auto code = static_cast<UChar32>(character);
+  constexpr uint32_t kTakesNoColumn = U_GC_MN_MASK | U_GC_ME_MASK | U_GC_CF_MASK | U_GC_CC_MASK;
+  if (character == kSoftHyphen) return 1;
+  if ((U_GET_GC_MASK(code) & kTakesNoColumn) != 0 || is_joining_jamo(character)) return 0;
+  const int width = u_getIntPropertyValue(code, UCHAR_EAST_ASIAN_WIDTH);
+  return width == U_EA_WIDE || width == U_EA_FULLWIDTH ? 2 : 1;
+}
+
+}  // namespace
+
+bool is_output_terminal() {
+  return ::isatty(STDOUT_FILENO) == 1;
+}
+bool is_error_terminal() {
+  return ::isatty(STDERR_FILENO) == 1;
+}
+bool is_input_terminal() {
+  return ::isatty(STDIN_FILENO) == 1;
+}
+
+std::optional<int> terminal_width() {
+  if (!is_output_terminal()) return std::nullopt;
+  if (const std::optional<int> columns = columns_from_environment()) return columns;
+  struct winsize size {};
+  if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return std::nullopt;
+  return size.ws_col;
+}
+
+int display_width(std::string_view text) {
+  int width = 0;
+  for (size_t position = 0; position < text.size();) width += character_width(next_utf8(text, position));
+  return width;
+}
+
+}  // namespace rowvane::platform

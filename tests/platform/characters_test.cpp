@@ -1,0 +1,28 @@
+#include "platform/characters.h"
+
+#include <gtest/gtest.h>
+
+namespace rowvane::platform {
+namespace {
+
+TEST(Characters, LettersOfAnyScript) {
+  for (const char32_t letter : {U'a', U'Z', U'é', U'Ж', U'漢', U'ش', U'𝒜'}) EXPECT_TRUE(is_letter(letter));
+  for (const char32_t other :
+       {U'0', U'_', U' ', U'@', U'[', U'`', U'{', U'€', U'\u0301', U'😀', char32_t{0x110000}}) {
+    EXPECT_FALSE(is_letter(other)) << static_cast<uint32_t>(other);
+  }
+  EXPECT_TRUE(is_mark(U'\u0301'));
+  EXPECT_FALSE(is_mark(U'e'));
+}
+
+TEST(Characters, FoldingMakesCasesEqual) {
+  EXPECT_EQ(fold_case("Hello [World]"), "hello [world]");
+  EXPECT_EQ(fold_case("STRASSE ÄÖ"), fold_case("Straße äö"));
+  EXPECT_EQ(fold_case("ΣΊΣΥΦΟΣ"), fold_case("σίσυφος"));
+  EXPECT_EQ(fold_case("ПРИ"), "при");
+  EXPECT_NE(fold_case("I"), fold_case("ı"));
+  EXPECT_EQ(fold_case("ÄB\xFF"), "äb\xFF");
+}
+
+}  // namespace
+}  // namespace rowvane::platform
