@@ -68,19 +68,20 @@ void erase_cells(Column& column, std::span<const uint32_t> positions) {
 }
 
 CellValue cell_value(const Column& column, size_t position) {
-  return std::visit(
-      Overloaded{[=](const NumberColumn& numbers) {
-                   const double number = numbers.cells[position];
-                   return is_empty_number(number) ? CellValue() : CellValue(number);
-                 },
-                 [=](const TextColumn& texts) {
-                   return texts.cells[position] == 0 ? CellValue() : CellValue(std::string(texts.text(position)));
-                 },
-                 [=](const auto& references) {
-                   const auto* value = references.value(position);
-                   return value == nullptr ? CellValue() : CellValue(*value);
-                 }},
-      column);
+  return std::visit(Overloaded{[=](const NumberColumn& numbers) {
+                                 const double number = numbers.cells[position];
+                                 return is_empty_number(number) ? CellValue() : CellValue(number);
+                               },
+                               [=](const TextColumn& texts) {
+                                 return texts.cells[position] == 0
+                                            ? CellValue()
+                                            : CellValue(std::string(texts.text(position)));
+                               },
+                               [=](const auto& references) {
+                                 const auto* value = references.value(position);
+                                 return value == nullptr ? CellValue() : CellValue(*value);
+                               }},
+                    column);
 }
 
 void store_value(Column& column, size_t position, const CellValue& value) {
@@ -134,7 +135,9 @@ Column select_cells(const Column& column, std::span<const uint32_t> positions) {
 namespace {
 
 // The cells of SOURCE as they read in TARGET, whose pool or values may be others.
-NumberColumn::Cells adopt_cells(NumberColumn&, const NumberColumn& source) { return source.cells; }
+NumberColumn::Cells adopt_cells(NumberColumn&, const NumberColumn& source) {
+  return source.cells;
+}
 
 TextColumn::Cells adopt_cells(TextColumn& target, const TextColumn& source) {
   if (source.pool == target.pool) return source.cells;

@@ -21,7 +21,8 @@ struct NumberColumn {
   Cells cells;
 };
 
-// A code into the pool for each record. Copies of the column share the pool until one of them adds to it.
+// A code into the pool for each record. Copies of the column share the pool: it only grows, so all codes stay
+// valid.
 struct TextColumn {
   using Cells = PlainVector<TextPool::Code>;
   Cells cells;
@@ -33,8 +34,8 @@ struct TextColumn {
   TextPool::Code code_for(std::string_view text);
 };
 
-// A reference for each record; 0 is empty, n the value n - 1 of the list. Values that no record refers to any more
-// stay until `compact`.
+// A reference for each record; 0 is empty, n the value n - 1 of the list. Values that no record refers to any
+// more stay until `compact`.
 template <typename Value>
 struct ReferenceColumn {
   using Cells = PlainVector<uint32_t>;
@@ -71,7 +72,8 @@ void store_value(Column& column, size_t position, const CellValue& value);
 // True when VALUE is empty or of the column's kind.
 bool fits_column(const Column& column, const CellValue& value);
 
-// A column of the same kind with the cells at POSITIONS, in that order; pools and values are shared or copied.
+// A column of the same kind with the cells at POSITIONS, in that order; pools and values are shared or
+// copied.
 Column select_cells(const Column& column, std::span<const uint32_t> positions);
 // Writes CELLS, made by select_cells, over the cells at POSITIONS.
 void assign_cells(Column& column, std::span<const uint32_t> positions, const Column& cells);

@@ -6,6 +6,7 @@
 #include "core/messages.h"
 #include "core/names.h"
 #include "core/tree_changes.h"
+#include "core/utf8.h"
 
 namespace rowvane {
 namespace {
@@ -85,6 +86,7 @@ std::vector<CWorkSheet*> Database::tables() const {
 }
 
 Folder* Database::find_folder(std::string_view path) const {
+  if (path.ends_with('/')) return nullptr;
   const Folder* folder = &root_;
   while (folder != nullptr && !path.empty()) folder = find_named(folder->folders(), take_name(path));
   return const_cast<Folder*>(folder);
@@ -92,6 +94,7 @@ Folder* Database::find_folder(std::string_view path) const {
 
 CWorkSheet* Database::find_table(std::string_view path) const {
   const size_t slash = path.rfind('/');
+  if (slash == 0) return nullptr;
   const bool nested = slash != std::string_view::npos;
   const Folder* folder = nested ? find_folder(path.substr(0, slash)) : &root_;
   if (folder == nullptr) return nullptr;
@@ -100,8 +103,10 @@ CWorkSheet* Database::find_table(std::string_view path) const {
 
 ErrorCode Database::check_new_name(const Folder& folder, std::string_view name, const void* own) const {
   if (!is_valid_table_name(name)) return ErrorCode::kInvalidPath;
-  if (is_reserved_name(name)) return ErrorCode::kNameNotUnique;
-  const auto taken = [name, own](const auto& one) { return one.get() != own && same_name(one->name(), name); };
+  if (folder.parent() == nullptr && is_reserved_name(name)) return ErrorCode::kNameNotUnique;
+  const auto taken = [name, own](const auto& one) {
+    return one.get() != own && same_name(one->name(), name);
+  };
   const bool found = std::any_of(folder.tables().begin(), folder.tables().end(), taken) ||
                      std::any_of(folder.folders().begin(), folder.folders().end(), taken);
   return found ? ErrorCode::kNameNotUnique : ErrorCode::kOk;
@@ -119,10 +124,12 @@ void Database::apply(std::unique_ptr<Change> change) {
 }
 
 ErrorCode Database::add_table(Folder& folder, std::unique_ptr<CWorkSheet>& table) {
-  if (const auto error = check_new_name(folder, table->name(), nullptr); error != ErrorCode::kOk) return error;
+  if (const auto error = check_new_name(folder, table->name(), nullptr); error != ErrorCode::kOk)
+    return error;
   table->database_ = this;
   table->folder_ = &folder;
-  apply(std::make_unique<PresenceChange<CWorkSheet>>(folder.tables_, folder.tables_.size(), std::move(table)));
+  apply(
+      std::make_unique<PresenceChange<CWorkSheet>>(folder.tables_, folder.tables_.size(), std::move(table)));
   return ErrorCode::kOk;
 }
 
@@ -164,7 +171,8 @@ ErrorCode Database::delete_folder(Folder& folder) {
 
 ErrorCode Database::rename_folder(Folder& folder, std::string name) {
   if (folder.parent_ == nullptr) return ErrorCode::kInvalidPath;
-  if (const auto error = check_new_name(*folder.parent_, name, &folder); error != ErrorCode::kOk) return error;
+  if (const auto error = check_new_name(*folder.parent_, name, &folder); error != ErrorCode::kOk)
+    return error;
   apply(std::make_unique<SwapChange<std::string>>(folder.name_, std::move(name)));
   return ErrorCode::kOk;
 }
@@ -172,18 +180,23 @@ ErrorCode Database::rename_folder(Folder& folder, std::string name) {
 ErrorCode Database::move_folder(Folder& folder, Folder& target) {
   if (folder.parent_ == nullptr || is_within(&target, folder)) return ErrorCode::kInvalidPath;
   if (folder.parent_ == &target) return ErrorCode::kOk;
-  if (const auto error = check_new_name(target, folder.name(), nullptr); error != ErrorCode::kOk) return error;
+  if (const auto error = check_new_name(target, folder.name(), nullptr); error != ErrorCode::kOk)
+    return error;
   apply(std::make_unique<MoveChange<Folder, Folder>>(folder, folder.parent_, target, &Folder::folders_));
   return ErrorCode::kOk;
 }
 
 ErrorCode Database::make_folders(std::string_view path, Folder** folder) {
+  ChangeGroup group(*this, "");
   Folder* current = &root_;
   while (!path.empty()) {
     const std::string_view name = take_name(path);
     Folder* next = find_named(current->folders(), name);
     if (next == nullptr) {
-      if (const auto error = add_folder(*current, std::string(name), &next); error != ErrorCode::kOk) return error;
+      if (const auto error = add_folder(*current, std::string(name), &next); error != ErrorCode::kOk) {
+        group.roll_back();
+        return error;
+      }
     }
     current = next;
   }
@@ -194,7 +207,8 @@ ErrorCode Database::make_folders(std::string_view path, Folder** folder) {
 std::string Database::free_name(const Folder& folder, std::string_view name) const {
   std::string candidate(name);
   for (int number = 2; check_new_name(folder, candidate, nullptr) == ErrorCode::kNameNotUnique; ++number) {
-    candidate = std::string(name) + " (" + std::to_string(number) + ")";
+    const std::string suffix = " (" + std::to_string(number) + ")";
+    candidate = std::string(truncate_bytes(name, kMaxTableNameBytes - suffix.size())) + suffix;
   }
   return candidate;
 }
@@ -232,25 +246,30 @@ void Database::notify() {
   changed_several_ = false;
   changed_table_ = nullptr;
   const std::vector<DatabaseObserver*> observers = observers_;
-  for (DatabaseObserver* observer : observers) observer->database_changed(table);
+  for (DatabaseObserver* observer : observers) {
+    const bool still_there = std::find(observers_.begin(), observers_.end(), observer) != observers_.end();
+    if (still_there) observer->database_changed(table);
+  }
 }
 
 bool Database::undo() {
-  if (!undo_log_.undo()) return false;
+  if (open_groups_ > 0 || !undo_log_.undo()) return false;
   modified_ = true;
   notify();
   return true;
 }
 
 bool Database::redo() {
-  if (!undo_log_.redo()) return false;
+  if (open_groups_ > 0 || !undo_log_.redo()) return false;
   modified_ = true;
   notify();
   return true;
 }
 
 ChangeGroup::ChangeGroup(Database& database, std::string caption)
-    : database_(database), was_modified_(database.modified_) {
+    : database_(database),
+      was_modified_(database.modified_),
+      first_change_(database.open_step_.changes.size()) {
   if (database_.open_groups_++ == 0) database_.open_step_.caption = std::move(caption);
 }
 
@@ -263,9 +282,12 @@ ChangeGroup::~ChangeGroup() {
 }
 
 void ChangeGroup::roll_back() {
-  UndoLog::roll_back(database_.open_step_);
-  database_.open_step_.changes.clear();
-  database_.changed_several_ = false;
+  auto& changes = database_.open_step_.changes;
+  while (changes.size() > first_change_) {
+    changes.back()->toggle();
+    changes.pop_back();
+  }
+  if (changes.empty()) database_.changed_several_ = false;
   database_.modified_ = was_modified_;
 }
 

@@ -60,12 +60,13 @@ enum class FileFormat { kNone, kNative, kOldNative, kText };
 class DatabaseObserver {
  public:
   virtual ~DatabaseObserver() = default;
-  // TABLE is null when the tree of tables or the settings changed, or when the step changed several tables.
+  // TABLE is null when the tree of tables or the settings changed, when the step changed several tables, and
+  // when a step was undone or redone.
   virtual void database_changed(const CWorkSheet* table) = 0;
 };
 
-// Errors: kInvalidPath for a path that names nothing; kNameNotUnique for a name that is taken or reserved; kInvalidPath
-// also for a name that no table can have. A change that fails changes nothing.
+// Errors: kInvalidPath for a path that names nothing; kNameNotUnique for a name that is taken or reserved;
+// kInvalidPath also for a name that no table can have. A change that fails changes nothing.
 class Database {
  public:
   explicit Database(std::string name = "New Database", const Options& options = Options());
@@ -102,14 +103,15 @@ class Database {
   ErrorCode rename_folder(Folder& folder, std::string name);
   // kInvalidPath for a move into itself.
   ErrorCode move_folder(Folder& folder, Folder& target);
-  // Makes the folders of PATH that are missing.
+  // Makes the folders of PATH that are missing, as one undo step.
   ErrorCode make_folders(std::string_view path, Folder** folder);
   // NAME, or NAME with a number where it is taken in FOLDER.
   std::string free_name(const Folder& folder, std::string_view name) const;
 
   const DatabaseSettings& settings() const { return settings_; }
-  // kTooManyDropDownLists, kNameNotUnique; kFieldTypeMismatch for a list or type without a name. The limit of record
-  // flag types is checked by check_record_flag_types, whose message has no error code; kOutOfResources here.
+  // kTooManyDropDownLists, kNameNotUnique; kFieldTypeMismatch for a list or type without a name. The limit of
+  // record flag types is checked by check_record_flag_types, whose message has no error code; kOutOfResources
+  // here.
   ErrorCode change_settings(DatabaseSettings settings);
 
   const FieldHooks* hooks() const { return hooks_; }
@@ -119,6 +121,7 @@ class Database {
   void remove_observer(DatabaseObserver* observer) { std::erase(observers_, observer); }
 
   UndoLog& undo_log() { return undo_log_; }
+  // False when there is nothing to undo or redo, and while a group is open.
   bool undo();
   bool redo();
 
@@ -161,12 +164,13 @@ class ChangeGroup {
   ChangeGroup(const ChangeGroup&) = delete;
   ChangeGroup& operator=(const ChangeGroup&) = delete;
 
-  // Undoes what the group changed so far; nothing of it stays in the log.
+  // Undoes what this group, with those inside it, changed so far; nothing of it stays in the log.
   void roll_back();
 
  private:
   Database& database_;
   bool was_modified_;
+  size_t first_change_;
 };
 
 // kTooManyRecordFlagTypes's text when a database can't have COUNT record flag types, otherwise empty.

@@ -46,8 +46,8 @@ constexpr std::array kErrorTexts = {
     ErrorText{ErrorCode::kTooManySortKeys, "Too many sort keys"},
     ErrorText{ErrorCode::kInvalidDatabase, "Missing or invalid database specification."},
     ErrorText{ErrorCode::kInvalidExcelXmlDatabase,
-              "Missing or invalid database specification.\nPlease check that the file has the structure of an "
-              "Excel XML spreadsheet."},
+              "Missing or invalid database specification.\nPlease check that the file has the structure of "
+              "an Excel XML spreadsheet."},
     ErrorText{ErrorCode::kNoLabels, "No labels defined. You must define some label format first."},
     ErrorText{ErrorCode::kTooManyLabels, "Too many labels formats."},
     ErrorText{ErrorCode::kPrintAreaTooSmall,
@@ -57,11 +57,10 @@ constexpr std::array kErrorTexts = {
     ErrorText{ErrorCode::kPendingUpdates,
               "All pending updates must be terminated before changing the table."},
     ErrorText{ErrorCode::kFieldInPivotTable,
-              "Can't delete this field because it's in use by one or more pivot tables. Please delete or modify "
-              "those pivot tables first."},
+              "Can't delete this field because it's in use by one or more pivot tables. Please delete or "
+              "modify those pivot tables first."},
     ErrorText{ErrorCode::kFieldTypeMismatch, "The entered data doesn't match the field type."},
-    ErrorText{ErrorCode::kConversionRule,
-              "Can't convert the data according to the defined conversion rule."},
+    ErrorText{ErrorCode::kConversionRule, "Can't convert the data according to the defined conversion rule."},
     ErrorText{ErrorCode::kChartMemory, "Out of memory while creating a chart"},
     ErrorText{ErrorCode::kChartArrayFormula, "The chart requires an array formula"},
     ErrorText{ErrorCode::kChartStackedSeries, "The stacked series of the chart can't be combined"},
@@ -85,8 +84,8 @@ constexpr std::array kErrorTexts = {
               "Error while reading binary fields: the file might be corrupted."},
     ErrorText{ErrorCode::kFolderPath, "Can't use a folder path. A file path is required."},
     ErrorText{ErrorCode::kBinaryFieldsTooLarge,
-              "The file containing long-text and images/files fields exceeded the 2 GB limit.\nPlease split the "
-              "database or compact it."},
+              "The file containing long-text and images/files fields exceeded the 2 GB limit.\nPlease split "
+              "the database or compact it."},
     ErrorText{ErrorCode::kHtmlTableIdNotFound,
               "Can't find the HTML TABLE element with the specified identifying attribute"},
     ErrorText{ErrorCode::kHtmlTableNotFound, "Can't find any HTML TABLE element"},
@@ -115,8 +114,8 @@ constexpr std::array kErrorTexts = {
     ErrorText{ErrorCode::kPivotOutputColumns,
               "Too many pivot table output columns. The limit is 16384 minus the row columns minus 2."},
     ErrorText{ErrorCode::kTooManyZipStreams,
-              "Too many zip streams in the database file.\nThe total number of tables and binary fields can't "
-              "exceed 65,535."},
+              "Too many zip streams in the database file.\nThe total number of tables and binary fields "
+              "can't exceed 65,535."},
     ErrorText{ErrorCode::kZipState, "Inconsistent zip stream state"},
     ErrorText{ErrorCode::kZipCorrupted, "Corrupted zip stream data"},
     ErrorText{ErrorCode::kZipMemory, "Out of memory while processing a zip stream"},
@@ -136,8 +135,8 @@ constexpr std::array kErrorTexts = {
     ErrorText{ErrorCode::kPartialTables,
               "The file couldn't be read completely. Partially read tables are shown for debugging only."},
     ErrorText{ErrorCode::kEncryptedDataChanged,
-              "Detected changes in some of the encrypted field data.\nYou can't save modified encrypted contents "
-              "because you won't be able to decrypt the data."},
+              "Detected changes in some of the encrypted field data.\nYou can't save modified encrypted "
+              "contents because you won't be able to decrypt the data."},
     ErrorText{ErrorCode::kEncryptedField,
               "Encrypted fields can't be edited. You need to decrypt them first."},
     ErrorText{ErrorCode::kPathTooLong, "The resulting file path is too long."},
@@ -152,8 +151,9 @@ static_assert(std::is_sorted(kErrorTexts.begin(), kErrorTexts.end(),
 }  // namespace
 
 std::string_view error_text(ErrorCode code) {
-  const auto* found = std::lower_bound(kErrorTexts.begin(), kErrorTexts.end(), code,
-                                       [](const ErrorText& entry, ErrorCode wanted) { return entry.code < wanted; });
+  const auto* found =
+      std::lower_bound(kErrorTexts.begin(), kErrorTexts.end(), code,
+                       [](const ErrorText& entry, ErrorCode wanted) { return entry.code < wanted; });
   return found != kErrorTexts.end() && found->code == code ? found->text : "No error";
 }
 

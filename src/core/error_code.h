@@ -6,6 +6,7 @@
 namespace rowvane {
 
 // 0 is success. The numbers are shown to users and scripts and never change.
+// clang-format off
 enum class [[nodiscard]] ErrorCode : int {
   kOk = 0,
   kImageMemory = 1,
@@ -114,6 +115,7 @@ enum class [[nodiscard]] ErrorCode : int {
   kNoFileName = 140,
   kPathNotFound = 141,
 };
+// clang-format on
 
 // The text shown to the user, UTF-8; "No error" for a code without one.
 std::string_view error_text(ErrorCode code);

@@ -2,9 +2,13 @@
 
 namespace rowvane {
 
-bool is_field_type(uint8_t code) { return code == 1 || code == 2 || code == 4 || code == 8 || code == 16; }
+bool is_field_type(uint8_t code) {
+  return code == 1 || code == 2 || code == 4 || code == 8 || code == 16;
+}
 
-bool is_outside_record(FieldType type) { return type != FieldType::kText && type != FieldType::kNumber; }
+bool is_outside_record(FieldType type) {
+  return type != FieldType::kText && type != FieldType::kNumber;
+}
 
 std::string_view field_type_name(FieldType type, bool link) {
   switch (type) {

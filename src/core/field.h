@@ -33,15 +33,15 @@ inline constexpr uint16_t kDefaultColumnWidth = 100;  // in pixels at 96 dots an
 struct Field {
   std::string name;
   FieldType type = FieldType::kText;
-  bool link = false;              // a text that is shown and followed as a link
-  bool encrypted = false;         // its values are encrypted in place and can't be edited
-  std::string formula;            // empty: the values are entered
-  std::string validation;         // a formula that entered values must satisfy; empty: none
-  std::string default_value;      // as text; stored in new records
-  std::string drop_down_list;     // name of one of the database's lists; empty: none
-  std::string format;             // display format code; empty: the default one
+  bool link = false;           // a text that is shown and followed as a link
+  bool encrypted = false;      // its values are encrypted in place and can't be edited
+  std::string formula;         // empty: the values are entered
+  std::string validation;      // a formula that entered values must satisfy; empty: none
+  std::string default_value;   // as text; stored in new records
+  std::string drop_down_list;  // name of one of the database's lists; empty: none
+  std::string format;          // display format code; empty: the default one
   uint16_t width = kDefaultColumnWidth;
-  uint16_t position = 0;          // place among the shown columns, from 0
+  uint16_t position = 0;  // place among the shown columns, from 0
   bool hidden = false;
 
   bool operator==(const Field&) const = default;

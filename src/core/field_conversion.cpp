@@ -8,13 +8,18 @@ namespace {
 
 constexpr uint32_t kReportEvery = 65'536;  // records
 
-bool is_in_record(FieldType type) { return !is_outside_record(type); }
+bool is_in_record(FieldType type) {
+  return !is_outside_record(type);
+}
 
 // Does the conversion of one field.
 class Converter {
  public:
   Converter(const CWorkSheet& table, const FieldConversion& settings, Progress& progress)
-      : settings_(settings), progress_(progress), source_(table.column(settings.field)), count_(table.record_count()) {}
+      : settings_(settings),
+        progress_(progress),
+        source_(table.column(settings.field)),
+        count_(table.record_count()) {}
 
   Column run() {
     if (const auto* texts = std::get_if<TextColumn>(&source_)) return from_texts(*texts);
@@ -54,7 +59,8 @@ class Converter {
         [&](auto& of_pool) -> Column {
           auto target = of_pool;
           target.cells.resize(count_);
-          for (uint32_t i = 0; i < count_ && !stopped(i); ++i) target.cells[i] = of_pool.cells[texts.cells[i]];
+          for (uint32_t i = 0; i < count_ && !stopped(i); ++i)
+            target.cells[i] = of_pool.cells[texts.cells[i]];
           return target;
         },
         converted);
@@ -82,6 +88,7 @@ class Converter {
   CellValue from_text(std::string_view text) {
     switch (settings_.type) {
       case FieldType::kText: {
+        if (!is_valid_utf8(text)) return from_text(repair_utf8(text));
         const std::string_view cut = truncate_characters(text, kMaxTextCharacters);
         truncated = truncated || cut.size() < text.size();
         return std::string(cut);
@@ -171,9 +178,9 @@ ConversionResult convert_field(CWorkSheet& table, const FieldConversion& setting
   result.error = table.replace_column(settings.field, definition, std::move(column));
   if (converter.not_numeric) result.messages.push_back(message(MessageId::kTextNotNumeric));
   if (converter.truncated) {
-    result.messages.push_back(fill_inserts(texts::kConversionTruncated,
-                                           {field_type_name(former_type, former_link),
-                                            field_type_name(settings.type, settings.link)}));
+    result.messages.push_back(fill_inserts(
+        texts::kConversionTruncated,
+        {field_type_name(former_type, former_link), field_type_name(settings.type, settings.link)}));
   }
   return result;
 }

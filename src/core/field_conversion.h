@@ -23,9 +23,11 @@ struct ConversionCheck {
   std::string question;  // not empty: to be answered with Yes before it is made
 };
 
-// Text, Number, Long Text and Code convert into each other; Long Text and Code also into Images/Files and back:
+// Text, Number, Long Text and Code convert into each other; Long Text and Code also into Images/Files and
+// back:
 // - a long text becomes one file, "text.rtf" or "text.txt" by its beginning;
-// - a value of one inserted file becomes that file's content as text. A field with values of several files, with
+// - a value of one inserted file becomes that file's content as text. A field with values of several files,
+// with
 //   shortcuts, or with contents that are not UTF-8 text can't be converted without loss and is refused.
 ConversionCheck check_conversion(const CWorkSheet& table, const FieldConversion& settings);
 
@@ -34,8 +36,8 @@ struct ConversionResult {
   std::vector<std::string> messages;  // each at most once: texts that are no numbers, texts that were cut
 };
 
-// Converts a field for which check_conversion has no refusal, as one undo step. Texts that do not read as numbers leave
-// their cells empty. A cancelled conversion changes nothing and answers kOk without messages.
+// Converts a field for which check_conversion has no refusal, as one undo step. Texts that do not read as
+// numbers leave their cells empty. A cancelled conversion changes nothing and answers kOk without messages.
 ConversionResult convert_field(CWorkSheet& table, const FieldConversion& settings,
                                Progress& progress = Progress::none());
 

@@ -13,13 +13,13 @@ struct Message {
 
 constexpr std::array kMessages = {
     Message{MessageId::kMaxRecordsChanged,
-            "A new maximum number of records has been specified.\n\nYou must reload the database for the changes to "
-            "take effect."},
+            "A new maximum number of records has been specified.\n\nYou must reload the database for the "
+            "changes to take effect."},
     Message{MessageId::kTextNotNumeric,
             "Some data in the text table can not be converted to numeric field values."},
     Message{MessageId::kTooManyRecordsInFile,
-            "The number of records in the file is greater than the current\n'Settings > Maximum number of records' "
-            "value.\nOverflowing records were discarded."},
+            "The number of records in the file is greater than the current\n'Settings > Maximum number of "
+            "records' value.\nOverflowing records were discarded."},
     Message{MessageId::kTooManyColumnsInFile,
             "The number of fields (columns) in the file is greater than the maximum number of columns in "
             "Rowvane.\nOverflowing columns were discarded."},
@@ -27,17 +27,17 @@ constexpr std::array kMessages = {
             "Some data fields (cells) in the file are longer than the maximum Rowvane text field "
             "length.\nOverflowing data was truncated."},
     Message{MessageId::kAutoFitSlow,
-            "Selecting the 'Auto-fit column widths' and 'Auto-fit row heights'\noptions might slow down opening "
-            "large text, xBase and html files. Continue?"},
+            "Selecting the 'Auto-fit column widths' and 'Auto-fit row heights'\noptions might slow down "
+            "opening large text, xBase and html files. Continue?"},
     Message{MessageId::kTooManyKeyFields, "Please select no more than %1!d! fields as sort keys."},
     Message{MessageId::kProgramTitle, "Rowvane 22.5"},
     Message{MessageId::kOldFormat,
-            "This database file uses the old format.\nIt will be converted and saved under a new name when you use "
-            "the Save command."},
+            "This database file uses the old format.\nIt will be converted and saved under a new name when "
+            "you use the Save command."},
     Message{MessageId::kUseNativeFormat,
-            "To apply your current password protection and encryption settings for this workbook, you must use the "
-            "native binary file format.\n\nClick OK to switch to the binary file format and to continue saving the "
-            "workbook."},
+            "To apply your current password protection and encryption settings for this workbook, you must "
+            "use the native binary file format.\n\nClick OK to switch to the binary file format and to "
+            "continue saving the workbook."},
     Message{MessageId::kRecordsNotProtected,
             "Records in this file format will not be protected with your current password and encryption "
             "settings."},
@@ -46,24 +46,27 @@ constexpr std::array kMessages = {
     Message{MessageId::kFieldNameExists,
             "A field with that name already exists. Please enter a unique field name."},
     Message{MessageId::kConversionUnavailable,
-            "Sorry, this type of conversion is not available.\n'Memo/Long Text' and 'Images/Files' fields can't be "
-            "changed.\n"},
-    Message{MessageId::kNothingToCompact,
-            "The database contains neither 'Long Text' nor 'Images/Files' fields.\nNo compacting is necessary."},
+            "Sorry, this type of conversion is not available.\n'Memo/Long Text' and 'Images/Files' fields "
+            "can't be changed.\n"},
+    Message{
+        MessageId::kNothingToCompact,
+        "The database contains neither 'Long Text' nor 'Images/Files' fields.\nNo compacting is necessary."},
     Message{MessageId::kNoCompactingRequired, "The database doesn't require compacting."},
     Message{MessageId::kCompacted, "The database was successfully compacted."},
     Message{MessageId::kFieldNameNeedsLetter, "Please enter a valid field name starting with a letter."},
-    Message{MessageId::kNewTablesFound,
-            "Rowvane found new tables in the opened archive.\n\nDo you want to add them to the database now?"},
+    Message{
+        MessageId::kNewTablesFound,
+        "Rowvane found new tables in the opened archive.\n\nDo you want to add them to the database now?"},
     Message{MessageId::kTooManyRecordFlagTypes, "You can define up to 10 record flag types."},
-    Message{MessageId::kFileNearLimit,
-            "WARNING!\nThe size of the file is either near or already beyond its maximum limit of 4GB. Before "
-            "closing it, please split the data or replace largests of the inserted files by shortcuts."},
+    Message{
+        MessageId::kFileNearLimit,
+        "WARNING!\nThe size of the file is either near or already beyond its maximum limit of 4GB. Before "
+        "closing it, please split the data or replace largests of the inserted files by shortcuts."},
     Message{MessageId::kUniqueNameNeeded, "Please enter a unique field or table name."},
     Message{MessageId::kFeaturesLostAsText,
-            "You added some features to the databases that will be lost when saving in the current plain text "
-            "format.\nConsider using the Save As command to switch to the *.rvb/*.zip format first.\n\nContinue "
-            "anyway?"},
+            "You added some features to the databases that will be lost when saving in the current plain "
+            "text format.\nConsider using the Save As command to switch to the *.rvb/*.zip format "
+            "first.\n\nContinue anyway?"},
     Message{MessageId::kConvertToZip64,
             "This database file is in the standard older zip format\nused by Rowvane 16.4 and earlier "
             "versions.\n\nConvert this file to a newer zip64 format when saving?"},
@@ -89,7 +92,8 @@ bool append_insert(std::string& out, const MessageInsert& insert, char kind) {
 }  // namespace
 
 std::string_view message_text(MessageId id) {
-  const auto* found = std::find_if(kMessages.begin(), kMessages.end(), [id](const Message& m) { return m.id == id; });
+  const auto* found =
+      std::find_if(kMessages.begin(), kMessages.end(), [id](const Message& m) { return m.id == id; });
   return found != kMessages.end() ? found->text : std::string_view();
 }
 

@@ -41,8 +41,8 @@ std::string_view message_text(MessageId id);
 
 using MessageInsert = std::variant<std::string_view, long long>;
 
-// Puts INSERTS into the places "%1!s!" (text) and "%1!d!" (number) of TEXT; "%%" gives "%". A place without an
-// insert of its kind stays as it stands.
+// Puts INSERTS into the places "%1!s!" (text) and "%1!d!" (number) of TEXT; "%%" gives "%". A place without
+// an insert of its kind stays as it stands.
 std::string fill_inserts(std::string_view text, std::initializer_list<MessageInsert> inserts);
 
 std::string message(MessageId id, std::initializer_list<MessageInsert> inserts = {});
@@ -52,25 +52,26 @@ namespace texts {
 
 inline constexpr std::string_view kEntryTruncated = "The entered text will be truncated to max. 8192 bytes.";
 inline constexpr std::string_view kConversionTruncated =  // %1!s!, %2!s!: the two type names
-    "The conversion\n\n%1!s! -> %2!s!\n\nwas completed but some text data\ncontaining more than 8169 characters "
-    "was truncated.";
+    "The conversion\n\n%1!s! -> %2!s!\n\nwas completed but some text data\ncontaining more than 8169 "
+    "characters was truncated.";
 inline constexpr std::string_view kNoConversionToFiles =
-    "Conversion from \"Text\" or \"Number\" to \"Images/Files\" is not possible.\nPlease convert to \"Long Text\" "
-    "or \"Code\" first.";
+    "Conversion from \"Text\" or \"Number\" to \"Images/Files\" is not possible.\nPlease convert to \"Long "
+    "Text\" or \"Code\" first.";
 inline constexpr std::string_view kNoConversionFromFiles =
-    "Conversion from \"Images/Files\" to \"Text\" or \"Number\" is not possible.\nPlease convert to \"Long Text\" "
-    "or \"Code\" first.";
+    "Conversion from \"Images/Files\" to \"Text\" or \"Number\" is not possible.\nPlease convert to \"Long "
+    "Text\" or \"Code\" first.";
 inline constexpr std::string_view kSaveCopyAndReload =
-    "This conversion takes effect in a saved copy of the database.\nPlease save a database copy and reload it.";
+    "This conversion takes effect in a saved copy of the database.\nPlease save a database copy and reload "
+    "it.";
 inline constexpr std::string_view kParseDatesSlow =
-    "Note: the \"Parse Dates\" option may significantly slow down opening a text file.\nIf the file is large, you "
-    "can choose to parse only selected columns once the file is open\nusing the \"Edit > Convert Field Data > Text "
-    "To Standard Date String\" command.\nContinue with the current settings?";
+    "Note: the \"Parse Dates\" option may significantly slow down opening a text file.\nIf the file is "
+    "large, you can choose to parse only selected columns once the file is open\nusing the \"Edit > Convert "
+    "Field Data > Text To Standard Date String\" command.\nContinue with the current settings?";
 inline constexpr std::string_view kZip32Limits =
-    "Zip32 files have a limit of 4GB for one database file and\nthe number of all memo fields and inserted images "
-    "in one file\nis approx. 64K.\n\nZip64 doesn't have the above limitations, but some 3rd party\nzip archivers "
-    "may use their own zip64 format variants\nso if for any reasons you need to edit such files without\nRowvane "
-    "you should make sure the data exchange is possible.\n\nContinue?";
+    "Zip32 files have a limit of 4GB for one database file and\nthe number of all memo fields and inserted "
+    "images in one file\nis approx. 64K.\n\nZip64 doesn't have the above limitations, but some 3rd "
+    "party\nzip archivers may use their own zip64 format variants\nso if for any reasons you need to edit "
+    "such files without\nRowvane you should make sure the data exchange is possible.\n\nContinue?";
 
 }  // namespace texts
 

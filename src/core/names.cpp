@@ -10,9 +10,13 @@
 namespace rowvane {
 namespace {
 
-bool is_control(char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }
+bool is_control(char c) {
+  return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
+}
 
-bool is_forbidden_in_file_names(char c) { return std::string_view("\\/:*?\"<>|").find(c) != std::string_view::npos; }
+bool is_forbidden_in_file_names(char c) {
+  return std::string_view("\\/:*?\"<>|").find(c) != std::string_view::npos;
+}
 
 bool starts_with_letter(std::string_view name) {
   size_t position = 0;
@@ -39,7 +43,8 @@ bool is_valid_table_name(std::string_view name) {
 
 bool is_reserved_name(std::string_view name) {
   const std::string folded = platform::fold_case(name);
-  return folded == "this-version" || folded == "min-version" || folded == "meta-inf" || folded.ends_with(".rvb-bin");
+  return folded == "this-version" || folded == "min-version" || folded == "meta-inf" ||
+         folded.ends_with(".rvb-bin");
 }
 
 std::string repair_field_name(std::string_view heading, size_t column) {
@@ -66,7 +71,8 @@ void make_names_unique(std::span<std::string> names) {
 
 std::string repair_table_name(std::string_view name) {
   std::string repaired = is_valid_utf8(name) ? std::string(name) : repair_utf8(name);
-  repaired = truncate_bytes(repaired, kMaxTableNameBytes);
+  repaired =
+      truncate_bytes(repaired, kMaxTableNameBytes - 1);  // leaves a byte for the "_" of a reserved name
   for (char& c : repaired) {
     if (is_control(c) || is_forbidden_in_file_names(c)) c = '_';
   }

@@ -9,7 +9,9 @@ namespace {
 constexpr std::array<std::string_view, 7> kErrorNames = {"#VALUE!",  "#NAME?", "#REF!",   "#NULL!",
                                                          "#MEMORY!", "#DATA!", "#SYNTAX!"};
 
-char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+char upper(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
 
 bool equals_ignoring_case(std::string_view text, std::string_view capitals) {
   if (text.size() != capitals.size()) return false;

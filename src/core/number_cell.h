@@ -1,6 +1,7 @@
 // How a number column codes what is not a number.
 //
-// A cell is one double. Empty cells and formula errors are quiet NaNs with fixed payloads, told apart by their bits:
+// A cell is one double. Empty cells and formula errors are quiet NaNs with fixed payloads, told apart by
+// their bits:
 //   0x7FF8'5256'0000'0000          empty
 //   0x7FF8'5256'0000'0000 + code   a formula error (code 1 to 255)
 // Any other NaN counts as the error "#VALUE!", so that no computation can produce an empty cell by accident.
@@ -32,7 +33,9 @@ FormulaError formula_error_named(std::string_view text);
 inline constexpr uint64_t kEmptyNumberBits = 0x7FF8'5256'0000'0000ull;
 inline constexpr double kEmptyNumber = std::bit_cast<double>(kEmptyNumberBits);
 
-inline bool is_empty_number(double cell) { return std::bit_cast<uint64_t>(cell) == kEmptyNumberBits; }
+inline bool is_empty_number(double cell) {
+  return std::bit_cast<uint64_t>(cell) == kEmptyNumberBits;
+}
 
 constexpr double error_number(FormulaError error) {
   return std::bit_cast<double>(kEmptyNumberBits + static_cast<uint8_t>(error));

@@ -11,7 +11,9 @@ namespace {
 
 constexpr size_t kMaxNumberText = 400;  // longer digit runs are no numbers that anybody computes with
 
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
+bool is_digit(char c) {
+  return c >= '0' && c <= '9';
+}
 
 std::string_view trim_blanks(std::string_view text) {
   while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
@@ -95,13 +97,7 @@ struct Decimal {
 
 // False when the exponent is beyond any double.
 bool to_decimal(const NumberParts& parts, Decimal& decimal) {
-  long exponent = 0;
-  if (!parts.exponent.empty()) {
-    const std::string_view text = parts.exponent.substr(parts.exponent.front() == '+' ? 1 : 0);
-    if (std::from_chars(text.data(), text.data() + text.size(), exponent).ec != std::errc()) return false;
-    if (exponent > 100'000 || exponent < -100'000) return false;
-  }
-  decimal.exponent = exponent + static_cast<long>(parts.integer.size());
+  decimal.exponent = static_cast<long>(parts.integer.size());
   for (const std::string_view run : {parts.integer, parts.fraction}) {
     for (const char digit : run) {
       if (decimal.count == 0 && digit == '0') {
@@ -112,8 +108,16 @@ bool to_decimal(const NumberParts& parts, Decimal& decimal) {
     }
   }
   while (decimal.count > 0 && decimal.digits[decimal.count - 1] == '0') --decimal.count;
-  if (decimal.count == 0) decimal.exponent = 0;
-  return true;
+  if (decimal.count == 0) {
+    decimal.exponent = 0;
+    return true;
+  }
+  if (parts.exponent.empty()) return true;
+  long exponent = 0;
+  const std::string_view text = parts.exponent.substr(parts.exponent.front() == '+' ? 1 : 0);
+  if (std::from_chars(text.data(), text.data() + text.size(), exponent).ec != std::errc()) return false;
+  decimal.exponent += exponent;
+  return exponent >= -100'000 && exponent <= 100'000;
 }
 
 bool same_decimal(const NumberParts& parts, double number) {
@@ -128,11 +132,13 @@ bool same_decimal(const NumberParts& parts, double number) {
          std::memcmp(given.digits.data(), kept.digits.data(), given.count) == 0;
 }
 
-bool begins_with_idle_zero(std::string_view integer) { return integer.size() > 1 && integer.front() == '0'; }
+bool begins_with_idle_zero(std::string_view integer) {
+  return integer.size() > 1 && integer.front() == '0';
+}
 
-// The common case: an optional minus and at most 15 digits with at most one point. Exact, because both the digits
-// and the power of ten are exact doubles and the quotient is rounded once.
-// Answers 1 for a number, 0 for text, -1 when the general path has to decide.
+// The common case: an optional minus and at most 15 digits with at most one point. Exact, because both the
+// digits and the power of ten are exact doubles and the quotient is rounded once. Answers 1 for a number, 0
+// for text, -1 when the general path has to decide.
 int parse_short_number(const char* first, const char* last, double& number) {
   static constexpr double kPowers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                        1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};

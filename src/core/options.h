@@ -15,11 +15,12 @@ struct Options {
   size_t undo_level = 100;                    // `UndoLevel`: steps that can be undone
   bool backups = false;                       // `Backups`: keep the former file as .bak when saving
   bool show_unused_members = false;           // `ShowUnusedZipStreams`
-  // `NonDeflateFiles`: extensions, in lower case without the point, that are stored without compression because their
-  // contents are compressed already.
-  std::vector<std::string> non_deflate_files = {"7z",  "avi", "bz2", "docx", "flac", "gif", "gz",   "jpeg", "jpg",
-                                                "m4a", "mkv", "mov", "mp3",  "mp4",  "ods", "odt",  "ogg",  "pdf",
-                                                "png", "pptx", "rar", "rvb", "webm", "webp", "xlsx", "xz",  "zip", "zst"};
+  // `NonDeflateFiles`: extensions, in lower case without the point, that are stored without compression
+  // because their contents are compressed already.
+  std::vector<std::string> non_deflate_files = {"7z",   "avi",  "bz2",  "docx", "flac", "gif",  "gz",
+                                                "jpeg", "jpg",  "m4a",  "mkv",  "mov",  "mp3",  "mp4",
+                                                "ods",  "odt",  "ogg",  "pdf",  "png",  "pptx", "rar",
+                                                "rvb",  "webm", "webp", "xlsx", "xz",   "zip",  "zst"};
 };
 
 }  // namespace rowvane

@@ -1,5 +1,5 @@
-// A vector for large arrays of plain values: growing it leaves the new values unset instead of writing zeros that
-// are overwritten at once.
+// A vector for large arrays of plain values: growing it leaves the new values unset instead of writing zeros
+// that are overwritten at once.
 #pragma once
 
 #include <memory>

@@ -12,11 +12,13 @@
 namespace rowvane {
 
 // One byte; shown as "status 21" or "status 'r'".
+// clang-format off
 enum class [[nodiscard]] Status : uint8_t {
   kOk = 0,
   kFailed = 21,      // a file that can't be opened or written, a table that can't be made: nothing was done
   kCancelled = 'r',
 };
+// clang-format on
 
 // Something the user should know about work that was done all the same.
 using Notice = std::variant<MessageId, ErrorCode>;

@@ -51,7 +51,11 @@ void FieldChange::swap_state(TableData& data) {
 }
 
 FieldPresenceChange::FieldPresenceChange(CWorkSheet& table, size_t index, Field field, Column column)
-    : TableChange(table), index_(index), absent_(true), field_(std::move(field)), column_(std::move(column)) {}
+    : TableChange(table),
+      index_(index),
+      absent_(true),
+      field_(std::move(field)),
+      column_(std::move(column)) {}
 
 FieldPresenceChange::FieldPresenceChange(CWorkSheet& table, size_t index)
     : TableChange(table), index_(index), absent_(false) {}

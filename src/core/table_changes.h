@@ -55,7 +55,7 @@ class FieldChange final : public TableChange {
 class FieldPresenceChange final : public TableChange {
  public:
   FieldPresenceChange(CWorkSheet& table, size_t index, Field field, Column column);  // inserts
-  FieldPresenceChange(CWorkSheet& table, size_t index);                             // deletes
+  FieldPresenceChange(CWorkSheet& table, size_t index);                              // deletes
 
  private:
   void swap_state(TableData& data) override;

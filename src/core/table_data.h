@@ -9,8 +9,8 @@
 
 namespace rowvane {
 
-// Bits of a record's flag word. Bit 0 takes the record out of per-record passes; bits 1 to 11 hold the outcome of the
-// last pass; bits 12 to 15 the number of the record's flag type, 0 for none.
+// Bits of a record's flag word. Bit 0 takes the record out of per-record passes; bits 1 to 11 hold the
+// outcome of the last pass; bits 12 to 15 the number of the record's flag type, 0 for none.
 using RecordFlags = uint16_t;
 inline constexpr RecordFlags kSkippedFlag = 0x0001;
 inline constexpr RecordFlags kOutcomeMask = 0x0FFE;
@@ -23,10 +23,12 @@ struct TableData {
   std::vector<Field> fields;
   std::vector<Column> columns;  // one for each field, all of record_count cells
   uint32_t record_count = 0;
-  PlainVector<RecordFlags> flags;  // empty while all flags are 0, otherwise record_count words
+  PlainVector<RecordFlags> flags;  // empty until a record gets a flag, then record_count words
 };
 
 // Bytes of one record's in-record fields; at most kMaxRecordBytes.
-inline size_t record_bytes(size_t field_count) { return field_count * kRecordSlotBytes; }
+inline size_t record_bytes(size_t field_count) {
+  return field_count * kRecordSlotBytes;
+}
 
 }  // namespace rowvane

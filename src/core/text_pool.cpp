@@ -16,7 +16,8 @@ uint64_t load(const char* bytes, size_t count) {
 }
 
 uint64_t mix(uint64_t a, uint64_t b) {
-  const auto product = static_cast<unsigned __int128>(a ^ 0x9E3779B97F4A7C15ull) * (b ^ 0xD6E8FEB86659FD93ull);
+  const auto product =
+      static_cast<unsigned __int128>(a ^ 0x9E3779B97F4A7C15ull) * (b ^ 0xD6E8FEB86659FD93ull);
   return static_cast<uint64_t>(product) ^ static_cast<uint64_t>(product >> 64);
 }
 
@@ -26,8 +27,9 @@ uint32_t hash_of(std::string_view text) {
   const size_t size = text.size();
   uint64_t hash;
   if (size < 8) {
-    const uint64_t word = size >= 4 ? load(bytes, 4) | load(bytes + size - 4, 4) << 32
-                                    : load(bytes, 1) | load(bytes + size / 2, 1) << 8 | load(bytes + size - 1, 1) << 16;
+    const uint64_t word =
+        size >= 4 ? load(bytes, 4) | load(bytes + size - 4, 4) << 32
+                  : load(bytes, 1) | load(bytes + size / 2, 1) << 8 | load(bytes + size - 1, 1) << 16;
     hash = mix(word, size);
   } else {
     hash = size;
@@ -80,7 +82,8 @@ TextPool::Code TextPool::append(std::string_view text) {
 
 TextPool::Code TextPool::intern(std::string_view new_text) {
   if (new_text.empty()) return 0;
-  if ((used_slots_ + 1) * 4 > slots_.size() * 3) rebuild_index(slots_.empty() ? kFirstSlots : slots_.size() * 2);
+  if ((used_slots_ + 1) * 4 > slots_.size() * 3)
+    rebuild_index(slots_.empty() ? kFirstSlots : slots_.size() * 2);
   const uint32_t hash = hash_of(new_text);
   const size_t mask = slots_.size() - 1;
   for (size_t i = hash & mask;; i = (i + 1) & mask) {
@@ -102,7 +105,8 @@ void TextPool::rebuild_index(size_t slots) {
   for (Code code = 1; code < entries_.size(); ++code) {
     const uint32_t hash = hash_of(text(code));
     size_t i = hash & mask;
-    while (slots_[i].code != 0 && (slots_[i].hash != hash || text(slots_[i].code) != text(code))) i = (i + 1) & mask;
+    while (slots_[i].code != 0 && (slots_[i].hash != hash || text(slots_[i].code) != text(code)))
+      i = (i + 1) & mask;
     if (slots_[i].code != 0) continue;
     slots_[i] = {hash, code};
     ++used_slots_;
@@ -124,7 +128,8 @@ void TextPool::drop_index() {
 }
 
 uint64_t TextPool::memory_bytes() const {
-  return (blocks_.size() - 1) * kBlockBytes + first_block_bytes_ + entries_.capacity() * sizeof(uint64_t) + slots_.capacity() * sizeof(Slot);
+  return (blocks_.size() - 1) * kBlockBytes + first_block_bytes_ + entries_.capacity() * sizeof(uint64_t) +
+         slots_.capacity() * sizeof(Slot);
 }
 
 }  // namespace rowvane

@@ -10,11 +10,11 @@
 
 namespace rowvane {
 
-// Texts by 32-bit code. Code 0 is the empty text. Codes are given in the order of first appearance and stay valid
-// for the pool's life. A text is at most kMaxTextBytes long.
+// Texts by 32-bit code. Code 0 is the empty text. Codes are given in the order of first appearance and stay
+// valid for the pool's life. A text is at most kMaxTextBytes long.
 //
-// `intern` finds a text that is there already; `append` gives each text an entry of its own and needs no hash table,
-// for columns whose texts do not repeat. Both may be mixed: two codes may stand for equal texts.
+// `intern` finds a text that is there already; `append` gives each text an entry of its own and needs no hash
+// table, for columns whose texts do not repeat. Both may be mixed: two codes may stand for equal texts.
 //
 // Reading from several threads is safe while nobody adds; adding ends the life of the views that `text` gave.
 class TextPool {

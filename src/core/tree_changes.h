@@ -27,7 +27,8 @@ using NodeList = std::vector<std::unique_ptr<Node>>;
 
 template <typename Node>
 size_t node_index(const NodeList<Node>& list, const Node& node) {
-  const auto found = std::find_if(list.begin(), list.end(), [&](const auto& one) { return one.get() == &node; });
+  const auto found =
+      std::find_if(list.begin(), list.end(), [&](const auto& one) { return one.get() == &node; });
   return static_cast<size_t>(found - list.begin());
 }
 
@@ -49,7 +50,8 @@ class PresenceChange final : public Change {
  public:
   PresenceChange(NodeList<Node>& list, size_t index, std::unique_ptr<Node> added)
       : list_(list), index_(index), away_(std::move(added)) {}
-  PresenceChange(NodeList<Node>& list, const Node& deleted) : list_(list), index_(node_index(list, deleted)) {}
+  PresenceChange(NodeList<Node>& list, const Node& deleted)
+      : list_(list), index_(node_index(list, deleted)) {}
 
   void toggle() override {
     if (away_) {
@@ -69,7 +71,7 @@ class PresenceChange final : public Change {
 template <typename Node, typename Parent>
 class MoveChange final : public Change {
  public:
-  MoveChange(Node& node, Parent*& parent, Parent& target, NodeList<Node> Parent::* list)
+  MoveChange(Node& node, Parent*& parent, Parent& target, NodeList<Node> Parent::*list)
       : node_(node), parent_(parent), other_(&target), list_(list), other_index_((target.*list).size()) {}
 
   void toggle() override {
@@ -84,7 +86,7 @@ class MoveChange final : public Change {
   Node& node_;
   Parent*& parent_;
   Parent* other_;
-  NodeList<Node> Parent::* list_;
+  NodeList<Node> Parent::*list_;
   size_t other_index_;
 };
 

@@ -22,8 +22,8 @@ struct UndoStep {
   std::vector<std::unique_ptr<Change>> changes;
 };
 
-// The steps that can be undone and redone, the newest at the end. Holds at most `limit` steps that can be undone; the
-// oldest go first.
+// The steps that can be undone and redone, the newest at the end. Holds at most `limit` steps that can be
+// undone; the oldest go first.
 class UndoLog {
  public:
   explicit UndoLog(size_t limit) : limit_(limit) {}

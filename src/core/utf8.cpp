@@ -9,7 +9,9 @@ namespace {
 constexpr char32_t kReplacement = 0xFFFD;
 constexpr uint64_t kHighBits = 0x8080808080808080ull;
 
-unsigned char byte_at(std::string_view text, size_t i) { return static_cast<unsigned char>(text[i]); }
+unsigned char byte_at(std::string_view text, size_t i) {
+  return static_cast<unsigned char>(text[i]);
+}
 
 bool is_continuation(std::string_view text, size_t i) {
   return i < text.size() && (byte_at(text, i) & 0xC0) == 0x80;
@@ -48,7 +50,9 @@ size_t skip_ascii(std::string_view text, size_t position) {
 
 }  // namespace
 
-bool is_ascii(std::string_view text) { return skip_ascii(text, 0) == text.size(); }
+bool is_ascii(std::string_view text) {
+  return skip_ascii(text, 0) == text.size();
+}
 
 bool is_valid_utf8(std::string_view text) {
   for (size_t i = skip_ascii(text, 0); i < text.size(); i = skip_ascii(text, i)) {
@@ -80,11 +84,10 @@ std::string_view truncate_characters(std::string_view text, size_t max) {
 
 std::string_view truncate_bytes(std::string_view text, size_t max) {
   if (text.size() <= max) return text;
-  size_t end = max;
-  for (size_t back = 0; back < 4 && end > 0; ++back, --end) {
-    if (!is_continuation(text, end)) return text.substr(0, end);
+  for (size_t back = 0; back < 4 && back <= max; ++back) {
+    if (!is_continuation(text, max - back)) return text.substr(0, max - back);
   }
-  return text.substr(0, max);
+  return text.substr(0, max);  // no character is cut: these bytes are broken
 }
 
 char32_t next_character(std::string_view text, size_t& position) {
@@ -102,6 +105,7 @@ char32_t next_character(std::string_view text, size_t& position) {
 
 void append_character(char32_t c, std::string& out) {
   const auto put = [&out](char32_t byte) { out += static_cast<char>(static_cast<unsigned char>(byte)); };
+  if (c > 0x10FFFF || (c >= 0xD800 && c < 0xE000)) c = kReplacement;
   if (c < 0x80) return put(c);
   if (c < 0x800) {
     put(0xC0 | (c >> 6));
@@ -119,10 +123,10 @@ void append_character(char32_t c, std::string& out) {
 namespace {
 
 // Windows code page 1252, 0x80 to 0x9F; the five bytes that it leaves open stay control characters.
-constexpr char16_t kCodePage1252[32] = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+constexpr char16_t kCodePage1252[32] = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                        0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+                                        0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                        0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
 }  // namespace
 

@@ -21,10 +21,12 @@ std::string_view truncate_bytes(std::string_view text, size_t max);
 
 // Reads the character at POSITION and moves POSITION behind it. A broken byte reads as U+FFFD.
 char32_t next_character(std::string_view text, size_t& position);
+// Appends CHARACTER; surrogates and numbers above U+10FFFF become U+FFFD.
 void append_character(char32_t character, std::string& out);
 
-// TEXT with every byte that is no part of a well-formed sequence taken as a character of Windows code page 1252
-// and rewritten in UTF-8, so that it stays readable: text that an "ANSI" program wrote reads as it was meant.
+// TEXT with every byte that is no part of a well-formed sequence taken as a character of Windows code page
+// 1252 and rewritten in UTF-8, so that it stays readable: text that an "ANSI" program wrote reads as it was
+// meant.
 std::string repair_utf8(std::string_view text);
 
 }  // namespace rowvane

@@ -1,6 +1,7 @@
 #include "core/work_sheet.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 
 #include "core/database.h"
@@ -18,28 +19,29 @@ std::vector<Column> make_columns(const std::vector<Field>& fields) {
   return columns;
 }
 
+ErrorCode check_text(std::string_view text) {
+  if (!is_valid_utf8(text)) return ErrorCode::kInvalidUtf8;
+  return count_characters(text) > kMaxTextCharacters ? ErrorCode::kOutputTooLong : ErrorCode::kOk;
+}
+
 // A column of COUNT cells that all hold FIELD's default value.
 Column default_cells(const Field& field, uint32_t count) {
   Column column = make_column(field.type);
   resize_column(column, count);
   CellValue value;
   const bool has_default =
-      !field.default_value.empty() &&
+      check_text(field.default_value) == ErrorCode::kOk &&
       value_from_text(field.type, field.default_value, NumberSeparators(), value) == ErrorCode::kOk;
   for (uint32_t i = 0; has_default && i < count; ++i) store_value(column, i, value);
   return column;
-}
-
-ErrorCode check_text(std::string_view text) {
-  if (!is_valid_utf8(text)) return ErrorCode::kInvalidUtf8;
-  return count_characters(text) > kMaxTextCharacters ? ErrorCode::kOutputTooLong : ErrorCode::kOk;
 }
 
 ErrorCode check_files(const FileList& files) {
   if (files.size() > kMaxContainerObjects) return ErrorCode::kTooManyContainerObjects;
   for (size_t i = 0; i < files.size(); ++i) {
     const std::string& name = files[i].name;
-    if (name.empty() || name.find_first_of(std::string_view("/\\\0", 3)) != std::string::npos || name == "..") {
+    if (name.empty() || name.find_first_of(std::string_view("/\\\0", 3)) != std::string::npos ||
+        name == "." || name == "..") {
       return ErrorCode::kNoFileName;
     }
     const auto same = [&name](const FileObject& other) { return same_name(name, other.name); };
@@ -61,7 +63,8 @@ std::string joined_names(const FileList& files) {
 
 std::string number_cell_text(double number, const NumberSeparators& separators) {
   const FormulaError error = error_of_number(number);
-  return error == FormulaError::kNone ? number_to_text(number, separators) : std::string(formula_error_text(error));
+  return error == FormulaError::kNone ? number_to_text(number, separators)
+                                      : std::string(formula_error_text(error));
 }
 
 }  // namespace
@@ -105,7 +108,9 @@ std::string CWorkSheet::value_text(uint32_t record, size_t field, const NumberSe
   return text;
 }
 
-void CWorkSheet::touch() { ++revision_; }
+void CWorkSheet::touch() {
+  ++revision_;
+}
 
 void CWorkSheet::apply(std::unique_ptr<Change> change) {
   change->toggle();
@@ -178,11 +183,15 @@ ErrorCode CWorkSheet::check_value(uint32_t record, size_t field, const CellValue
   if (const auto error = check_editable_field(field); error != ErrorCode::kOk) return error;
   if (!fits_column(data_.columns[field], value)) return ErrorCode::kFieldTypeMismatch;
   ErrorCode error = ErrorCode::kOk;
+  if (const auto* number = std::get_if<double>(&value); number != nullptr && std::isinf(*number)) {
+    error = ErrorCode::kFieldTypeMismatch;
+  }
   if (const auto* text = std::get_if<std::string>(&value)) error = check_text(*text);
   if (const auto* files = std::get_if<FileList>(&value)) error = check_files(*files);
   if (error != ErrorCode::kOk) return error;
   const FieldHooks* hooks = database_ != nullptr ? database_->hooks() : nullptr;
-  if (hooks != nullptr && !data_.fields[field].validation.empty() && !hooks->accepts(*this, record, field, value)) {
+  if (hooks != nullptr && !data_.fields[field].validation.empty() &&
+      !hooks->accepts(*this, record, field, value)) {
     return ErrorCode::kValidation;
   }
   return ErrorCode::kOk;
@@ -211,8 +220,10 @@ ErrorCode CWorkSheet::insert_records(uint32_t before, uint32_t count) {
 }
 
 ErrorCode CWorkSheet::delete_records(std::span<const uint32_t> positions) {
-  const bool ascending = std::adjacent_find(positions.begin(), positions.end(), std::greater_equal<>()) == positions.end();
-  if (!ascending || (!positions.empty() && positions.back() >= record_count())) return ErrorCode::kInvalidCacheIndex;
+  const bool ascending =
+      std::adjacent_find(positions.begin(), positions.end(), std::greater_equal<>()) == positions.end();
+  if (!ascending || (!positions.empty() && positions.back() >= record_count()))
+    return ErrorCode::kInvalidCacheIndex;
   if (positions.empty()) return ErrorCode::kOk;
   apply(std::make_unique<RecordsChange>(*this, std::vector<uint32_t>(positions.begin(), positions.end())));
   return ErrorCode::kOk;
@@ -221,14 +232,18 @@ ErrorCode CWorkSheet::delete_records(std::span<const uint32_t> positions) {
 ErrorCode CWorkSheet::set_flag_type(std::span<const uint32_t> positions, int type) {
   const size_t types = database_ != nullptr ? database_->settings().record_flag_types.size() : 0;
   if (type < 0 || static_cast<size_t>(type) > types) return ErrorCode::kInvalidCacheIndex;
-  std::vector<RecordFlags> flags;
-  for (const uint32_t position : positions) {
-    if (position >= record_count()) return ErrorCode::kInvalidCacheIndex;
-    const RecordFlags rest = this->flags(position + 1) & ((1u << kFlagTypeShift) - 1);
-    flags.push_back(static_cast<RecordFlags>(rest | static_cast<unsigned>(type) << kFlagTypeShift));
+  const auto is_missing = [this](uint32_t position) { return position >= record_count(); };
+  if (std::any_of(positions.begin(), positions.end(), is_missing)) return ErrorCode::kInvalidCacheIndex;
+  if (positions.empty()) return ErrorCode::kOk;
+  std::vector<uint32_t> once(positions.begin(), positions.end());
+  std::sort(once.begin(), once.end());
+  once.erase(std::unique(once.begin(), once.end()), once.end());
+  std::vector<RecordFlags> new_flags;
+  for (const uint32_t position : once) {
+    const RecordFlags rest = flags(position + 1) & ((1u << kFlagTypeShift) - 1);
+    new_flags.push_back(static_cast<RecordFlags>(rest | static_cast<unsigned>(type) << kFlagTypeShift));
   }
-  apply(std::make_unique<FlagsChange>(*this, std::vector<uint32_t>(positions.begin(), positions.end()),
-                                      std::move(flags)));
+  apply(std::make_unique<FlagsChange>(*this, std::move(once), std::move(new_flags)));
   return ErrorCode::kOk;
 }
 

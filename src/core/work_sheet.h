@@ -17,15 +17,15 @@ class Change;
 class Database;
 class Folder;
 
-// Fields are addressed by their 0-based index, records by their number from 1 to record_count(). All changes check the
-// rules, can be undone while the table belongs to a database, and are told to its observers.
+// Fields are addressed by their 0-based index, records by their number from 1 to record_count(). All changes
+// check the rules, can be undone while the table belongs to a database, and are told to its observers.
 //
-// Errors: kInvalidCacheIndex for a field or record that is not there; kEncryptedField for a change to an encrypted
-// field; others as named. A change that fails changes nothing.
+// Errors: kInvalidCacheIndex for a field or record that is not there; kEncryptedField for a change to an
+// encrypted field; others as named. A change that fails changes nothing.
 class CWorkSheet {
  public:
-  // A table that belongs to no database yet. DATA must be consistent: at least one field, as many columns, all of
-  // record_count cells.
+  // A table that belongs to no database yet. DATA must be consistent: at least one field, as many columns,
+  // all of record_count cells.
   CWorkSheet(std::string name, TableData data);
   // A table without records.
   CWorkSheet(std::string name, std::vector<Field> fields);
@@ -48,11 +48,13 @@ class CWorkSheet {
   std::optional<size_t> find_field(std::string_view name) const;
 
   CellValue value(uint32_t record, size_t field) const;
-  // The value as text: numbers in SEPARATORS, errors by their names, long texts whole (empty when unreadable), files as
-  // their names joined by "; ".
+  // The value as text: numbers in SEPARATORS, errors by their names, long texts whole (empty when
+  // unreadable), files as their names joined by "; ".
   std::string value_text(uint32_t record, size_t field, const NumberSeparators& separators = {}) const;
 
-  RecordFlags flags(uint32_t record) const { return data_.flags.empty() ? RecordFlags{0} : data_.flags[record - 1]; }
+  RecordFlags flags(uint32_t record) const {
+    return data_.flags.empty() ? RecordFlags{0} : data_.flags[record - 1];
+  }
   // Number of the record's flag type, 0 for none.
   int flag_type(uint32_t record) const { return flags(record) >> kFlagTypeShift; }
 
@@ -64,26 +66,27 @@ class CWorkSheet {
   ErrorCode move_field(size_t from, size_t to);
   // Replaces everything but the name and the type: those change by rename_field and convert_field.
   ErrorCode change_field(size_t index, Field definition);
-  // Replaces the column of a field and, with it, its type: conversions, recalculations and encryption. The column must
-  // be of the kind that TYPE has and of record_count() cells.
+  // Replaces the column of a field and, with it, its type: conversions, recalculations and encryption. The
+  // column must be of the kind that TYPE has and of record_count() cells.
   ErrorCode replace_column(size_t index, Field definition, Column column);
 
-  // kFieldTypeMismatch when VALUE is not of the field's kind, kOutputTooLong for a text of more than 8169 characters,
-  // kTooManyContainerObjects, kInvalidUtf8, kValidation.
+  // kFieldTypeMismatch when VALUE is not of the field's kind or an infinite number, kOutputTooLong for a text
+  // of more than 8169 characters, kTooManyContainerObjects, kInvalidUtf8, kValidation.
   ErrorCode set_value(uint32_t record, size_t field, const CellValue& value);
-  // Inserts COUNT records with the fields' default values before record BEFORE (record_count() + 1: at the end).
-  // kTooManyRecords.
+  // Inserts COUNT records with the fields' default values before record BEFORE (record_count() + 1: at the
+  // end). kTooManyRecords.
   ErrorCode insert_records(uint32_t before, uint32_t count);
   // Deletes the records at these 0-based positions, which ascend.
   ErrorCode delete_records(std::span<const uint32_t> positions);
-  // Gives records (0-based positions) the flag type of this number; 0 takes it away. kInvalidCacheIndex when the
-  // database has no such type.
+  // Gives records (0-based positions) the flag type of this number; 0 takes it away. kInvalidCacheIndex when
+  // the database has no such type.
   ErrorCode set_flag_type(std::span<const uint32_t> positions, int type);
 
   // What set_value would answer.
   ErrorCode check_value(uint32_t record, size_t field, const CellValue& value) const;
 
-  // Counts the changes to fields and records that the table's stored form shows; equal numbers mean equal content.
+  // Counts the changes to fields and records that the table's stored form shows; equal numbers mean equal
+  // content.
   uint64_t revision() const { return revision_; }
   // Drops texts and values that no record uses. Not a change: nothing that can be seen differs.
   void clean_pools();
@@ -105,9 +108,10 @@ class CWorkSheet {
   friend class TableChange;
 };
 
-// VALUE as a field of TYPE stores what a user typed or a script gave: empty text is empty, numbers are read with
-// SEPARATORS. kFieldTypeMismatch when a number field gets no number, or a files field any text.
-ErrorCode value_from_text(FieldType type, std::string_view text, const NumberSeparators& separators, CellValue& value);
+// VALUE as a field of TYPE stores what a user typed or a script gave: empty text is empty, numbers are read
+// with SEPARATORS. kFieldTypeMismatch when a number field gets no number, or a files field any text.
+ErrorCode value_from_text(FieldType type, std::string_view text, const NumberSeparators& separators,
+                          CellValue& value);
 
 // What becomes of a text that is being entered into a Text field.
 struct TextEntry {
