@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/file_error.h"
 #include "core/names.h"
 #include "core/parallel_blocks.h"
 #include "exchange/text_stream.h"
@@ -31,24 +32,11 @@ TextImportResult failed(ErrorCode error) {
   return result;
 }
 
-ErrorCode open_error(platform::FileStatus status) {
-  switch (status) {
-    case platform::FileStatus::kOk:
-      return ErrorCode::kOk;
-    case platform::FileStatus::kInUse:
-      return ErrorCode::kFileInUse;
-    case platform::FileStatus::kIsFolder:
-      return ErrorCode::kFolderPath;
-    default:
-      return ErrorCode::kFileOpen;
-  }
-}
-
 }  // namespace
 
 TextImportResult import_text_file(const std::string& path, const TextImport& settings, Progress& progress) {
   platform::InputFile file;
-  if (const auto error = open_error(file.open(path)); error != ErrorCode::kOk) return failed(error);
+  if (const auto error = file_error(file.open(path), ErrorCode::kFileOpen); error != ErrorCode::kOk) return failed(error);
   FileTextSource source(file);
   return import_text(source, settings, text_load_plan(settings.text, settings.region), progress);
 }
@@ -60,7 +48,7 @@ TextImportResult import_text_block(std::string_view text, const TextImport& sett
 
 TextImportResult import_text_sample(const std::string& path, const TextImport& settings, uint32_t records) {
   platform::InputFile file;
-  if (const auto error = open_error(file.open(path)); error != ErrorCode::kOk) return failed(error);
+  if (const auto error = file_error(file.open(path), ErrorCode::kFileOpen); error != ErrorCode::kOk) return failed(error);
   TextImport sample = settings;
   sample.max_records = records;
   TextLoadPlan plan = text_load_plan(settings.text, settings.region);
