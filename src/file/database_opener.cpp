@@ -28,6 +28,13 @@ bool has_record_blocks(const ZipMember& member) {
          std::all_of(blocks.begin(), blocks.end(), [](const ZipBlock& block) { return block.size <= kMaxBlockBytes; });
 }
 
+bool starts_as_archive(const std::string& path) {
+  constexpr std::string_view kMark = "PK";
+  FileByteSource source;
+  std::string start(kMark.size(), '\0');
+  return source.open(path) == ErrorCode::kOk && source.read_at(0, start) == ErrorCode::kOk && start == kMark;
+}
+
 std::string_view last_part(std::string_view member_name) {
   return member_name.substr(member_name.rfind('/') + 1);
 }
@@ -85,7 +92,9 @@ ErrorCode DatabaseOpener::read_all() {
 ErrorCode DatabaseOpener::open_archive() {
   platform::remove_stale_replacements(path_);
   archive_ = std::make_shared<ZipReader>();
-  return archive_->open(path_);
+  const ErrorCode error = archive_->open(path_);
+  const bool is_broken = error == ErrorCode::kZipCorrupted || error == ErrorCode::kZipUnexpectedEnd;
+  return is_broken && !starts_as_archive(path_) ? ErrorCode::kInvalidBinaryFormat : error;
 }
 
 void DatabaseOpener::add_notice(Notice notice) {
@@ -110,6 +119,9 @@ ErrorCode DatabaseOpener::check_manifest() {
   const bool lists_config = std::any_of(entries.begin(), entries.end(),
                                         [](const ManifestEntry& entry) { return entry.name == kConfigName; });
   if (!lists_config) return ErrorCode::kManifest;
+  for (const ManifestEntry& entry : entries) {
+    if (archive_->find(entry.name) == nullptr) missing_.push_back(entry.name);
+  }
   const bool encrypted = std::any_of(entries.begin(), entries.end(),
                                      [](const ManifestEntry& entry) { return entry.encryption.has_value(); });
   return encrypted ? ErrorCode::kInvalidPassword : ErrorCode::kOk;
@@ -239,6 +251,10 @@ ErrorCode DatabaseOpener::attach_binaries() {
     if (parsed->record > owner.record_count() || parsed->field > owner.field_count()) continue;
     found[&owner][{parsed->field - 1, parsed->record - 1}].push_back(&member);
   }
+  const bool value_is_missing = std::any_of(missing_.begin(), missing_.end(), [this](const std::string& name) {
+    return parse_binary_member(config_.database_name, name).has_value();
+  });
+  if (value_is_missing) add_notice(ErrorCode::kBinaryFieldsCorrupted);
   for (CWorkSheet* table : tables_) {
     if (const ErrorCode error = attach_table_binaries(*table, found[table]); error != ErrorCode::kOk) return error;
   }

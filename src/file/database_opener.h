@@ -52,6 +52,7 @@ class DatabaseOpener {
   Progress& progress_;
   OpenedDatabase result_;
   std::shared_ptr<ZipReader> archive_;
+  std::vector<std::string> missing_;  // members that the manifest lists in vain
   DatabaseConfig config_;
   std::vector<Folder*> folders_;
   std::vector<CWorkSheet*> tables_;
