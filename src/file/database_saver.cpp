@@ -1,7 +1,6 @@
 #include "file/database_saver.h"
 
 #include <algorithm>
-#include <ctime>
 #include <thread>
 
 #include "core/field_conversion.h"
@@ -10,6 +9,7 @@
 #include "file/archive_content.h"
 #include "file/config_dat.h"
 #include "file/member_names.h"
+#include "file/save_time.h"
 #include "platform/paths.h"
 #include "platform/pipe.h"
 
@@ -20,12 +20,6 @@ constexpr size_t kPipeBytes = 65'535;
 constexpr size_t kTableBlockBytes = size_t{1} << 20;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr uint64_t kNearZip32Limit = kMaxZip32Bytes / 16 * 15;
-
-std::tm local_time_now() {
-  const std::time_t now = std::time(nullptr);
-  std::tm local = *std::localtime(&now);
-  return local;
-}
 
 // Records that fill about one block, by the length of the first ones.
 uint32_t records_per_block(const TextFormatter& formatter, uint32_t record_count) {
@@ -117,7 +111,7 @@ ErrorCode DatabaseSaver::write_all(const std::string& path) {
   writer_options.variant = variant_;
   writer_options.level = settings_.level;
   writer_options.threads = thread_count(options_.used_processor_cores);
-  writer_options.save_time = local_time_now();
+  writer_options.save_time = save_time_now();
   ErrorCode error = writer_.create(path, writer_options);
   if (error != ErrorCode::kOk) return error;
   writer_.set_progress(progress_, estimated_bytes());
