@@ -190,7 +190,6 @@ ErrorCode DatabaseOpener::load_blocks(const ZipMember& member, const TextLoadPla
   std::vector<uint32_t> crcs(count);
   std::atomic<uint64_t> done = 0;
   TextLoader loader(plan, member.size);
-  TextLoadFindings findings;
   const auto read_block = [&](uint64_t index, LoadJob& job) {
     std::string text;
     const ErrorCode error = archive_->read_block(member, index, text, crcs[index]);
@@ -202,10 +201,10 @@ ErrorCode DatabaseOpener::load_blocks(const ZipMember& member, const TextLoadPla
     progress_.report(done += text.size(), member.size);
     return progress_.cancelled() ? ErrorCode::kZipState : ErrorCode::kOk;
   };
-  ErrorCode error = load_text_blocks(loader, plan, count, read_block, findings);
+  ErrorCode error = load_text_blocks(loader, plan, count, read_block);
   if (error == ErrorCode::kOk) error = ZipReader::check_blocks(member, crcs);
   if (error != ErrorCode::kOk || !loader.columns_to_reload().empty()) return error;
-  for (const Notice& notice : loader.notices(findings)) add_notice(notice);
+  for (const Notice& notice : loader.notices()) add_notice(notice);
   data = loader.finish();
   return ErrorCode::kOk;
 }
