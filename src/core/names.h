@@ -12,7 +12,7 @@ namespace rowvane {
 
 inline constexpr size_t kMaxNameBytes = 8155;       // of a field name
 inline constexpr size_t kMaxTableNameBytes = 200;   // of a table or folder name, which becomes a file name
-inline constexpr size_t kMaxFileNameBytes = 1024;    // of an inserted file
+inline constexpr size_t kMaxFileNameBytes = 1024;   // of an inserted file
 inline constexpr size_t kShownFieldNameBytes = 64;  // lists show no more of a field name
 
 // True when both name the same thing: letter case does not tell names apart.

@@ -85,8 +85,8 @@ class CWorkSheet {
   // What set_value would answer.
   ErrorCode check_value(uint32_t record, size_t field, const CellValue& value) const;
 
-  // Changes with every change to fields and records that the table's stored form shows. No two tables ever have
-  // the same number: equal numbers mean the same table with equal content.
+  // Changes with every change to fields and records that the table's stored form shows. No two tables ever
+  // have the same number: equal numbers mean the same table with equal content.
   uint64_t revision() const { return revision_; }
   // Drops texts and values that no record uses. Not a change: nothing that can be seen differs.
   void clean_pools();

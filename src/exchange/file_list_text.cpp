@@ -19,7 +19,8 @@ void append_file_list(const FileList& files, std::string& out) {
       out += file.name;
       continue;
     }
-    const bool short_form = file.name == last_part(file.shortcut) && file.shortcut.find(kMark) == std::string::npos;
+    const bool short_form =
+        file.name == last_part(file.shortcut) && file.shortcut.find(kMark) == std::string::npos;
     if (!short_form) out.append(1, kMark).append(file.name);
     out.append(1, kMark).append(file.shortcut);
   }

@@ -1,4 +1,5 @@
-// How the tables of database files list the objects of a files field: one line for each, line feeds between them.
+// How the tables of database files list the objects of a files field: one line for each, line feeds between
+// them.
 //
 //   NAME            an inserted file
 //   |PATH           a shortcut whose name is the last part of its path

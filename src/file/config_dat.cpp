@@ -85,8 +85,9 @@ void put_table(const StoredTable& table, ItemWriter& out) {
 
 bool has_unique_names(const std::vector<Field>& fields) {
   std::unordered_set<std::string> names;
-  return std::all_of(fields.begin(), fields.end(),
-                     [&names](const Field& field) { return names.insert(platform::fold_case(field.name)).second; });
+  return std::all_of(fields.begin(), fields.end(), [&names](const Field& field) {
+    return names.insert(platform::fold_case(field.name)).second;
+  });
 }
 
 // FLAGS without the number of a type that is no more.
@@ -110,8 +111,8 @@ StoredTable get_table(ItemReader& in, size_t folders, size_t flag_types, bool& v
     table.flag_runs.push_back({records, known_flags(in.get_u16(), flag_types)});
     flagged += records;
   }
-  valid = valid && is_valid_table_name(table.name) && table.folder <= folders && (runs == 0 || flagged == table.record_count) &&
-          has_unique_names(table.fields);
+  valid = valid && is_valid_table_name(table.name) && table.folder <= folders &&
+          (runs == 0 || flagged == table.record_count) && has_unique_names(table.fields);
   return table;
 }
 

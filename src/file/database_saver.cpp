@@ -1,7 +1,6 @@
 #include "file/database_saver.h"
 
 #include <algorithm>
-#include <ctime>
 #include <new>
 #include <thread>
 #include <unordered_map>
@@ -13,6 +12,7 @@
 #include "file/archive_content.h"
 #include "file/config_dat.h"
 #include "file/member_names.h"
+#include "file/save_time.h"
 #include "platform/paths.h"
 #include "platform/pipe.h"
 
@@ -24,7 +24,9 @@ constexpr size_t kTableBlockBytes = size_t{1} << 20;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 // Where a ZIP32 file begins to count as near its limit.
-uint64_t near_limit(uint64_t max_bytes) { return max_bytes - max_bytes / 16; }
+uint64_t near_limit(uint64_t max_bytes) {
+  return max_bytes - max_bytes / 16;
+}
 
 // True for what makes a member of an archive unreadable for good.
 bool is_damage(ErrorCode error) {
@@ -36,12 +38,6 @@ bool is_damage(ErrorCode error) {
 std::string stored_database_name(const std::string& path) {
   const std::string name = platform::file_stem(path);
   return is_valid_table_name(name) ? name : repair_table_name(name);
-}
-
-std::tm local_time_now() {
-  const std::time_t now = std::time(nullptr);
-  std::tm local = *std::localtime(&now);
-  return local;
 }
 
 // Records that fill about one block, by the length of the first ones.
@@ -75,7 +71,8 @@ uint64_t binary_bytes(const std::vector<CWorkSheet*>& tables) {
   return bytes;
 }
 
-// The file name of a long text. One that lies in an archive under such a name already need not be read for that.
+// The file name of a long text. One that lies in an archive under such a name already need not be read for
+// that.
 ErrorCode name_long_text(const Content& content, std::string& name) {
   if (const auto* stored = dynamic_cast<const ArchiveContent*>(content.source().get())) {
     name = platform::file_name(stored->place().member->name);
@@ -118,9 +115,11 @@ SaveResult DatabaseSaver::run(const std::string& path) {
   progress_.begin("Saving Database");
   try {
     result.error = write_all(path);
-    const bool near = variant_ == ZipVariant::kZip32 && writer_.bytes_written() > near_limit(settings_.max_zip32_bytes);
+    const bool near =
+        variant_ == ZipVariant::kZip32 && writer_.bytes_written() > near_limit(settings_.max_zip32_bytes);
     if (result.error == ErrorCode::kOk) {
-      result.error = writer_.finish(options_.backups && platform::file_exists(path) ? path + ".bak" : std::string());
+      result.error =
+          writer_.finish(options_.backups && platform::file_exists(path) ? path + ".bak" : std::string());
     }
     result.cancelled = writer_.cancelled();
     if (near || writer_.size_limit_reached()) result.notices.emplace_back(MessageId::kFileNearLimit);
@@ -139,7 +138,7 @@ ErrorCode DatabaseSaver::write_all(const std::string& path) {
   writer_options.variant = variant_;
   writer_options.level = settings_.level;
   writer_options.threads = thread_count(options_.used_processor_cores);
-  writer_options.save_time = local_time_now();
+  writer_options.save_time = save_time_now();
   writer_options.max_zip32_bytes = settings_.max_zip32_bytes;
   ErrorCode error = writer_.create(path, writer_options);
   if (error != ErrorCode::kOk) return error;
@@ -193,8 +192,8 @@ ErrorCode DatabaseSaver::write_config_member(const std::string& database_name) {
   return error == ErrorCode::kOk ? writer_.end() : error;
 }
 
-// Blocks of records are formatted and packed on all processors; each block ends with a record, so that opening can read
-// them side by side.
+// Blocks of records are formatted and packed on all processors; each block ends with a record, so that
+// opening can read them side by side.
 ErrorCode DatabaseSaver::write_table(CWorkSheet& table) {
   const std::string name = table_member_name(table);
   note_member(name, true);
@@ -229,7 +228,7 @@ ZipMethod DatabaseSaver::method_for(std::string_view file_name) const {
   const std::string extension = platform::extension(file_name);
   const auto& stored = options_.non_deflate_files;
   return std::find(stored.begin(), stored.end(), extension) != stored.end() ? ZipMethod::kStored
-                                                                              : ZipMethod::kDeflated;
+                                                                            : ZipMethod::kDeflated;
 }
 
 ErrorCode DatabaseSaver::write_content(const std::string& name, const Content& content) {
@@ -247,7 +246,8 @@ ErrorCode DatabaseSaver::write_content(const std::string& name, const Content& c
   return error == ErrorCode::kOk ? writer_.add(name, bytes, method) : error;
 }
 
-ErrorCode DatabaseSaver::copy_member(const ZipReader& archive, const ZipMember& member, const std::string& name) {
+ErrorCode DatabaseSaver::copy_member(const ZipReader& archive, const ZipMember& member,
+                                     const std::string& name) {
   const ErrorCode error = writer_.copy(archive, member, name);
   if (error == ErrorCode::kOk) note_member(name, member.is_deflated());
   return error;
@@ -260,8 +260,8 @@ ErrorCode DatabaseSaver::leave_out_if_damaged(ErrorCode error) {
   return ErrorCode::kOk;
 }
 
-ErrorCode DatabaseSaver::write_field_binaries(const CWorkSheet& table, size_t field, std::string_view database_name,
-                                              std::string_view table_name) {
+ErrorCode DatabaseSaver::write_field_binaries(const CWorkSheet& table, size_t field,
+                                              std::string_view database_name, std::string_view table_name) {
   const auto folder = [&](size_t i) {
     return binary_folder_name(database_name, table_name, static_cast<uint32_t>(i) + 1, field + 1);
   };
@@ -280,7 +280,8 @@ ErrorCode DatabaseSaver::write_field_binaries(const CWorkSheet& table, size_t fi
       const FileList* list = files->value(i);
       if (list == nullptr) continue;
       for (const FileObject& file : *list) {
-        if (!file.is_shortcut() && error == ErrorCode::kOk) error = write_content(folder(i) + file.name, file.content);
+        if (!file.is_shortcut() && error == ErrorCode::kOk)
+          error = write_content(folder(i) + file.name, file.content);
       }
     }
   }
@@ -298,8 +299,8 @@ ErrorCode DatabaseSaver::write_binaries(const std::string& database_name) {
   return error;
 }
 
-// Members of the opened file that the database does not know are somebody's: they stay, unless their name is needed or
-// the database would know them from now on, as the value of a cell that is empty.
+// Members of the opened file that the database does not know are somebody's: they stay, unless their name is
+// needed or the database would know them from now on, as the value of a cell that is empty.
 ErrorCode DatabaseSaver::write_unused(const std::string& database_name) {
   std::unordered_map<std::string, const CWorkSheet*> owners;
   const std::vector<std::string> names = binary_table_names(tables_);
@@ -338,7 +339,8 @@ void DatabaseSaver::adopt(const std::string& path) {
     }
   }
   file_.saved_.clear();
-  for (const CWorkSheet* table : tables_) file_.saved_[table] = {table->revision(), table_member_name(*table)};
+  for (const CWorkSheet* table : tables_)
+    file_.saved_[table] = {table->revision(), table_member_name(*table)};
   file_.unused_ = std::move(written_unused_);
   file_.archive_ = std::move(archive);
   file_.variant_ = variant_;
@@ -356,12 +358,14 @@ SaveResult DatabaseFile::save(const std::string& path, const SaveSettings& setti
   return DatabaseSaver(*this, settings, options, progress).run(path);
 }
 
-CompactResult compact_database(Database& database, DatabaseFile& file, const Options& options, Progress& progress) {
+CompactResult compact_database(Database& database, DatabaseFile& file, const Options& options,
+                               Progress& progress) {
   CompactResult result;
   bool has_binary_fields = false;
   for (const CWorkSheet* table : database.tables()) {
     for (const Field& field : table->data().fields) {
-      has_binary_fields = has_binary_fields || field.type == FieldType::kLongText || field.type == FieldType::kFiles;
+      has_binary_fields =
+          has_binary_fields || field.type == FieldType::kLongText || field.type == FieldType::kFiles;
     }
   }
   if (!has_binary_fields) {

@@ -115,8 +115,6 @@ TEST_F(TextExportTest, LossesAreTold) {
 }
 
 TEST_F(TextExportTest, RowLimitContinuesInFurtherFiles) {
-  const auto result = export_text(counted_table(10), path("a.b/x"), {.row_limit = 4});
-  EXPECT_EQ(result.status, Status::kFailed);  // there is no folder a.b
   EXPECT_EQ(export_text(counted_table(10), path("x.tar.gz"), {.row_limit = 4}).files,
             (std::vector{path("x.tar.gz"), path("x.tar(1).gz"), path("x.tar(2).gz")}));
   EXPECT_EQ(file_text(path("x.tar.gz")), "n,t\r\n" + counted_lines(1, 4));
@@ -124,6 +122,9 @@ TEST_F(TextExportTest, RowLimitContinuesInFurtherFiles) {
   EXPECT_EQ(file_text(path("x.tar(2).gz")), "n,t\r\n" + counted_lines(9, 10));
   EXPECT_THAT(export_text(counted_table(8), path("name"), {.row_limit = 4}).files,
               ElementsAre(path("name"), path("name(1)")));
+  std::filesystem::create_directory(path("a.b"));
+  EXPECT_THAT(export_text(counted_table(8), path("a.b/x"), {.row_limit = 4}).files,
+              ElementsAre(path("a.b/x"), path("a.b/x(1)")));
   EXPECT_THAT(export_text(counted_table(0), path(".x"), {.row_limit = 4}).files, ElementsAre(path(".x")));
   EXPECT_EQ(file_text(path(".x")), "n,t\r\n");
 }
@@ -176,19 +177,18 @@ class TextExportArchives : public TextExportTest {
 TEST_F(TextExportArchives, HoldWhatTheCellsName) {
   settings_.save_files = settings_.save_long_texts = true;
   const TextExportResult result = export_text(*table_, path("my.list.csv"), settings_);
-  EXPECT_THAT(result.files,
-              ElementsAre(path("my.list.csv"), path("my.list-files.zip"), path("my.list-long-text.zip")));
+  EXPECT_THAT(result.files, ElementsAre(path("my.list.csv"), path("my.list.rvb-bin.zip")));
   EXPECT_EQ(file_text(path("my.list.csv")),
             "id,long,files\r\n"
-            "1,r000000001f00002/text.txt,\r\n"
-            "2,r000000002f00002/text.rtf,\r\n"
-            "3,,r000000003f00003/photo.jpg; /home/b.txt; r000000003f00003/c.txt\r\n");
-  EXPECT_THAT(
-      FakeArchive::shelf[path("my.list-files.zip")],
-      UnorderedElementsAre(Pair("r000000003f00003/photo.jpg", "jpg"), Pair("r000000003f00003/c.txt", "c")));
-  EXPECT_THAT(FakeArchive::shelf[path("my.list-long-text.zip")],
-              UnorderedElementsAre(Pair("r000000001f00002/text.txt", "x,y"),
-                                   Pair("r000000002f00002/text.rtf", "{\\rtf1}")));
+            "1,my.list.rvb-bin/t.r000000001f00002/text.txt,\r\n"
+            "2,my.list.rvb-bin/t.r000000002f00002/text.rtf,\r\n"
+            "3,,my.list.rvb-bin/t.r000000003f00003/photo.jpg; /home/b.txt; "
+            "my.list.rvb-bin/t.r000000003f00003/c.txt\r\n");
+  EXPECT_THAT(FakeArchive::shelf[path("my.list.rvb-bin.zip")],
+              UnorderedElementsAre(Pair("my.list.rvb-bin/t.r000000001f00002/text.txt", "x,y"),
+                                   Pair("my.list.rvb-bin/t.r000000002f00002/text.rtf", "{\\rtf1}"),
+                                   Pair("my.list.rvb-bin/t.r000000003f00003/photo.jpg", "jpg"),
+                                   Pair("my.list.rvb-bin/t.r000000003f00003/c.txt", "c")));
 }
 
 TEST_F(TextExportArchives, EachOptionStandsAlone) {
@@ -196,7 +196,8 @@ TEST_F(TextExportArchives, EachOptionStandsAlone) {
   settings_.positions = std::vector<uint32_t>{2, 0, 2};
   settings_.fields = {2, 1, 2};
   EXPECT_EQ(export_text(*table_, path(), settings_).status, Status::kOk);
-  const std::string files = "r000000003f00003/photo.jpg; /home/b.txt; r000000003f00003/c.txt";
+  const std::string files =
+      "t.rvb-bin/t.r000000003f00003/photo.jpg; /home/b.txt; t.rvb-bin/t.r000000003f00003/c.txt";
   EXPECT_EQ(file_text(path()), "files,long,files\r\n" + files + ",," + files + "\r\n,\"x,y\",\r\n" + files +
                                    ",," + files + "\r\n");
   EXPECT_EQ(FakeArchive::shelf.size(), 1U);

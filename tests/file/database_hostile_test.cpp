@@ -22,7 +22,8 @@ std::string small_file(const std::string& path) {
   EXPECT_EQ(table->set_value(1, 0, std::string("text")), ErrorCode::kOk);
   EXPECT_EQ(table->set_value(1, 1, 3.25), ErrorCode::kOk);
   EXPECT_EQ(table->set_value(1, 2, Content::of("long text")), ErrorCode::kOk);
-  EXPECT_EQ(table->set_value(1, 3, FileList{make_file("a.zip", "stored"), {"s", "/s", Content()}}), ErrorCode::kOk);
+  EXPECT_EQ(table->set_value(1, 3, FileList{make_file("a.zip", "stored"), {"s", "/s", Content()}}),
+            ErrorCode::kOk);
   EXPECT_EQ(save_file(open, path), ErrorCode::kOk);
   return read_file(path);
 }
@@ -106,9 +107,11 @@ TEST_F(DatabaseDamage, Manifest) {
   EXPECT_EQ(error_with(name, header + "\r\nconfig.dat\t1"), ErrorCode::kOk);
   EXPECT_EQ(error_with(name, manifest + "\r\n"), ErrorCode::kOk);
   const std::string encryption =
-      "\t5\tSHA1/1K\tAAAAAAAAAAAAAAAAAAAAAAAAAAA=\tBlowfish CFB\tAAAAAAAAAAA=\t\tAAAAAAAAAAAAAAAAAAAAAA==\t1024";
+      "\t5\tSHA1/1K\tAAAAAAAAAAAAAAAAAAAAAAAAAAA=\tBlowfish "
+      "CFB\tAAAAAAAAAAA=\t\tAAAAAAAAAAAAAAAAAAAAAA==\t1024";
   EXPECT_EQ(error_with(name, header + "\r\nconfig.dat\t1" + encryption), ErrorCode::kInvalidPassword);
-  EXPECT_EQ(error_with(name, header + "\r\nconfig.dat\t1\r\nd/t.txt\t1" + encryption), ErrorCode::kInvalidPassword);
+  EXPECT_EQ(error_with(name, header + "\r\nconfig.dat\t1\r\nd/t.txt\t1" + encryption),
+            ErrorCode::kInvalidPassword);
 }
 
 TEST_F(DatabaseDamage, MembersThatAreNeeded) {
@@ -132,7 +135,8 @@ TEST_F(DatabaseDamage, UnsafeNamesInTheArchive) {
     EXPECT_EQ(error_with(name, "x"), ErrorCode::kZipCorrupted) << name;
   }
   EXPECT_EQ(error_with(std::string("a\0b", 3), "x"), ErrorCode::kZipCorrupted);
-  EXPECT_EQ(error_with("small.rvb-bin/d/../../../t.r000000001f00003/text.txt", "x"), ErrorCode::kZipCorrupted);
+  EXPECT_EQ(error_with("small.rvb-bin/d/../../../t.r000000001f00003/text.txt", "x"),
+            ErrorCode::kZipCorrupted);
 }
 
 DatabaseConfig small_config() {
@@ -182,8 +186,9 @@ TEST(ConfigDamage, RulesAreChecked) {
   };
   const ErrorCode invalid = ErrorCode::kInvalidBinaryFormat;
   EXPECT_EQ(error_after([](DatabaseConfig&) {}), ErrorCode::kOk);
-  for (const std::string& name : {std::string(), std::string(".."), std::string("a/b"), std::string("a\\b"),
-                                  std::string("C:"), std::string(" a"), std::string("a\0b", 3), std::string("\xFF")}) {
+  for (const std::string& name :
+       {std::string(), std::string(".."), std::string("a/b"), std::string("a\\b"), std::string("C:"),
+        std::string(" a"), std::string("a\0b", 3), std::string("\xFF")}) {
     EXPECT_EQ(error_after([&](DatabaseConfig& config) { config.tables[0].name = name; }), invalid) << name;
     EXPECT_EQ(error_after([&](DatabaseConfig& config) { config.folders[0].name = name; }), invalid) << name;
   }
@@ -193,12 +198,12 @@ TEST(ConfigDamage, RulesAreChecked) {
   EXPECT_EQ(error_after([](DatabaseConfig& config) { config.tables[0].folder = 3; }), invalid);
   EXPECT_EQ(error_after([](DatabaseConfig& config) { config.folders[0].parent = 1; }), invalid);
   EXPECT_EQ(error_after([](DatabaseConfig& config) { config.tables[0].flag_runs[0].records = 2; }), invalid);
-  EXPECT_EQ(error_after([](DatabaseConfig& config) {
-              config.tables[0].fields[0].type = static_cast<FieldType>(3);
-            }),
+  EXPECT_EQ(error_after(
+                [](DatabaseConfig& config) { config.tables[0].fields[0].type = static_cast<FieldType>(3); }),
             invalid);
   EXPECT_EQ(error_after([](DatabaseConfig& config) {
-              for (size_t i = 0; i < 16'384; ++i) config.tables[0].fields.push_back(make_field("f" + std::to_string(i)));
+              for (size_t i = 0; i < 16'384; ++i)
+                config.tables[0].fields.push_back(make_field("f" + std::to_string(i)));
             }),
             invalid);
 }
@@ -225,7 +230,10 @@ TEST_F(DatabaseDamage, ConfigurationsThatContradictTheRules) {
   EXPECT_EQ(error_after([](DatabaseConfig& c) { c.tables.push_back(c.tables[0]); }), invalid);
   EXPECT_EQ(error_after([](DatabaseConfig& c) { c.folders.push_back(c.folders[0]); }), invalid);
   EXPECT_EQ(error_after([](DatabaseConfig& c) { c.folders.push_back({"META-INF", 0}); }), invalid);
-  EXPECT_EQ(error_after([](DatabaseConfig& c) { c.settings.record_flag_types.resize(11, {"x", 0}); }), invalid);
+  EXPECT_EQ(error_after([](DatabaseConfig& c) {
+              c.settings.record_flag_types.resize(11, {"x", 0});
+            }),
+            invalid);
   // A chain of folders as deep as memory goes must not exhaust the stack.
   EXPECT_EQ(error_after([](DatabaseConfig& c) {
               for (uint32_t i = 0; i < 200'000; ++i) c.folders.push_back({"x", i});

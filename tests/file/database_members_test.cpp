@@ -16,11 +16,23 @@ TEST(DatabaseMembers, OrderAndNames) {
   TestFolder folder;
   const std::string root = "shop.rvb-bin/orders.r00000000";
   const std::string inner = "shop.rvb-bin/archive/2024/orders.r00000000";
-  const std::vector<std::string> expected = {
-      "this-version.txt", "min-version.txt", "config.dat", "orders.txt", "Städte.txt", "archive/2024/orders.txt",
-      root + "2f00003/text.txt", root + "3f00003/text.rtf", root + "3f00004/photo.JPG", root + "3f00004/list.csv",
-      root + "1f00005/text.txt", inner + "2f00003/text.txt", inner + "3f00003/text.rtf", inner + "3f00004/photo.JPG",
-      inner + "3f00004/list.csv", inner + "1f00005/text.txt", "META-INF/manifest.txt"};
+  const std::vector<std::string> expected = {"this-version.txt",
+                                             "min-version.txt",
+                                             "config.dat",
+                                             "orders.txt",
+                                             "Städte.txt",
+                                             "archive/2024/orders.txt",
+                                             root + "2f00003/text.txt",
+                                             root + "3f00003/text.rtf",
+                                             root + "3f00004/photo.JPG",
+                                             root + "3f00004/list.csv",
+                                             root + "1f00005/text.txt",
+                                             inner + "2f00003/text.txt",
+                                             inner + "3f00003/text.rtf",
+                                             inner + "3f00004/photo.JPG",
+                                             inner + "3f00004/list.csv",
+                                             inner + "1f00005/text.txt",
+                                             "META-INF/manifest.txt"};
   EXPECT_EQ(member_names(saved_shop(folder)), expected);
 }
 

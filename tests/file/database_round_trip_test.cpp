@@ -67,11 +67,41 @@ TEST(DatabaseRoundTrip, NoTables) {
 }
 
 TEST(DatabaseRoundTrip, Texts) {
-  std::vector<CellValue> values = {std::string(), "plain", "say \"hi\"", "\"", "\"\"", "a,b", ",", "a\rb", "a\nb",
-                                   "a\r\nb", "\r", "\n", "\r\n\r\n", "a\tb", "\t", "\tx", "x\t", " lead", "trail  ",
-                                   " ", "   ", " \"quoted\" ", "\"a\" b", "\xEF\xBB\xBFmark", "'", ";", "00501",
-                                   "#VALUE!", "\\", std::string("nul\0inside", 10), std::string(1, '\0'),
-                                   std::string(3, '\0'), "\x1A", "\x7F", std::string()};
+  std::vector<CellValue> values = {std::string(),
+                                   "plain",
+                                   "say \"hi\"",
+                                   "\"",
+                                   "\"\"",
+                                   "a,b",
+                                   ",",
+                                   "a\rb",
+                                   "a\nb",
+                                   "a\r\nb",
+                                   "\r",
+                                   "\n",
+                                   "\r\n\r\n",
+                                   "a\tb",
+                                   "\t",
+                                   "\tx",
+                                   "x\t",
+                                   " lead",
+                                   "trail  ",
+                                   " ",
+                                   "   ",
+                                   " \"quoted\" ",
+                                   "\"a\" b",
+                                   "\xEF\xBB\xBFmark",
+                                   "'",
+                                   ";",
+                                   "00501",
+                                   "#VALUE!",
+                                   "\\",
+                                   std::string("nul\0inside", 10),
+                                   std::string(1, '\0'),
+                                   std::string(3, '\0'),
+                                   "\x1A",
+                                   "\x7F",
+                                   std::string()};
   for (int control = 1; control < 0x20; ++control) {
     const char c = static_cast<char>(control);
     values.push_back(std::string(1, c));
@@ -118,11 +148,33 @@ TEST(DatabaseRoundTrip, AllOfUnicode) {
 
 TEST(DatabaseRoundTrip, Numbers) {
   using Limits = std::numeric_limits<double>;
-  std::vector<CellValue> values = {
-      0.0, -0.0, 1.0, -1.0, 0.1, -0.1, 1e15, 1e-5, 9.999e14, 123456789.0, -123456789.0, 1234567890.0, 1e308, -1e308,
-      Limits::max(), Limits::lowest(), Limits::min(), Limits::denorm_min(), -Limits::denorm_min(), Limits::min() / 3,
-      Limits::epsilon(), 1.0 / 3, 9007199254740993.0, CellValue(), kEmptyNumber};
-  for (int code = 32; code <= 224; code += 32) values.push_back(error_number(static_cast<FormulaError>(code)));
+  std::vector<CellValue> values = {0.0,
+                                   -0.0,
+                                   1.0,
+                                   -1.0,
+                                   0.1,
+                                   -0.1,
+                                   1e15,
+                                   1e-5,
+                                   9.999e14,
+                                   123456789.0,
+                                   -123456789.0,
+                                   1234567890.0,
+                                   1e308,
+                                   -1e308,
+                                   Limits::max(),
+                                   Limits::lowest(),
+                                   Limits::min(),
+                                   Limits::denorm_min(),
+                                   -Limits::denorm_min(),
+                                   Limits::min() / 3,
+                                   Limits::epsilon(),
+                                   1.0 / 3,
+                                   9007199254740993.0,
+                                   kEmptyNumber};
+  values.emplace_back();
+  for (int code = 32; code <= 224; code += 32)
+    values.push_back(error_number(static_cast<FormulaError>(code)));
   std::mt19937_64 random(7);
   while (values.size() < 20'000) {
     const double number = std::bit_cast<double>(random());
@@ -134,10 +186,16 @@ TEST(DatabaseRoundTrip, Numbers) {
 TEST(DatabaseRoundTrip, LongTextsAndCode) {
   std::string large = sample_text(5'000'000);
   large[1'000'000] = '\0';
-  const std::vector<CellValue> values = {
-      Content::of("plain"), Content(), Content::of("{\\rtf1 x}"), Content::of("{urtf1 x}"), Content::of("{\\rt"),
-      Content::of("x"), Content::of("\xEF\xBB\xBFmark\r\n\r\n"), Content::of(std::string(1, '\0')), Content::of(large),
-      CellValue()};
+  const std::vector<CellValue> values = {Content::of("plain"),
+                                         Content(),
+                                         Content::of("{\\rtf1 x}"),
+                                         Content::of("{urtf1 x}"),
+                                         Content::of("{\\rt"),
+                                         Content::of("x"),
+                                         Content::of("\xEF\xBB\xBFmark\r\n\r\n"),
+                                         Content::of(std::string(1, '\0')),
+                                         Content::of(large),
+                                         CellValue()};
   expect_values_back(FieldType::kLongText, values);
   expect_values_back(FieldType::kCode, values);
 }
@@ -151,7 +209,8 @@ TEST(DatabaseRoundTrip, Files) {
       FileList{make_file("b.txt", "same"), make_file("a.txt", "same"), make_file("empty", "")},
       many,
       FileList{},
-      FileList{{"x.jpg", "C:\\pictures\\x.jpg", Content()}, make_file("y, \"z\".jpg"), {"w", "/tmp/w", Content()}},
+      FileList{
+          {"x.jpg", "C:\\pictures\\x.jpg", Content()}, make_file("y, \"z\".jpg"), {"w", "/tmp/w", Content()}},
       FileList{{"second.jpg", "/tmp/first.jpg", Content()}, {"a", "/odd|path/a", Content()}},
       FileList{make_file(" blank first"), make_file("Straße.txt"), make_file("..."), make_file("#")},
       FileList{make_file("text.txt", "not a long text")}};
@@ -171,7 +230,8 @@ TEST(DatabaseRoundTrip, ManyFields) {
   data.record_count = 2;
   for (size_t i = 0; i < fields.size(); ++i) {
     resize_column(data.columns[i], 2);
-    const CellValue value = i % 3 == 0 ? CellValue(static_cast<double>(i)) : CellValue("t" + std::to_string(i));
+    const CellValue value =
+        i % 3 == 0 ? CellValue(static_cast<double>(i)) : CellValue("t" + std::to_string(i));
     store_value(data.columns[i], 1, value);
   }
   const auto database = database_with(std::make_unique<CWorkSheet>("wide", std::move(data)));
@@ -241,8 +301,10 @@ class RandomDatabase {
   std::unique_ptr<Database> make() {
     auto database = std::make_unique<Database>("random");
     DatabaseSettings settings;
-    for (size_t i = 0; i < below(3); ++i) settings.record_flag_types.push_back({"type " + std::to_string(i), 77});
-    for (size_t i = 0; i < below(4); ++i) settings.drop_down_lists.push_back({"list " + std::to_string(i), {text()}});
+    for (size_t i = 0; i < below(3); ++i)
+      settings.record_flag_types.push_back({"type " + std::to_string(i), 77});
+    for (size_t i = 0; i < below(4); ++i)
+      settings.drop_down_lists.push_back({"list " + std::to_string(i), {text()}});
     EXPECT_EQ(database->change_settings(settings), ErrorCode::kOk);
     for (size_t i = 0; i < 1 + below(5); ++i) add_table(*database);
     return database;
@@ -256,8 +318,20 @@ class RandomDatabase {
   size_t below(size_t limit) { return random_() % limit; }
 
   std::string text() {
-    static const std::vector<std::string> kPieces = {"", "a", "\"", ",", "\n", "\r\n", " ", "\t", "ä", "\xF0\x9F\x98\x80",
-                                                     "text", "|", std::string(1, '\0'), "{\\rtf"};
+    static const std::vector<std::string> kPieces = {"",
+                                                     "a",
+                                                     "\"",
+                                                     ",",
+                                                     "\n",
+                                                     "\r\n",
+                                                     " ",
+                                                     "\t",
+                                                     "ä",
+                                                     "\xF0\x9F\x98\x80",
+                                                     "text",
+                                                     "|",
+                                                     std::string(1, '\0'),
+                                                     "{\\rtf"};
     std::string made;
     for (size_t i = 0; i < below(6); ++i) made += kPieces[below(kPieces.size())];
     return made;
@@ -278,7 +352,8 @@ class RandomDatabase {
     }
     FileList files;
     for (size_t i = 0; i < below(4); ++i) {
-      const std::string name = "n" + std::to_string(below(9)) + std::to_string(i) + (below(2) == 0 ? ".zip" : ".doc");
+      const std::string name =
+          "n" + std::to_string(below(9)) + std::to_string(i) + (below(2) == 0 ? ".zip" : ".doc");
       files.push_back(below(3) == 0 ? FileObject{name, "/x/" + name, Content()} : make_file(name, text()));
     }
     return files;

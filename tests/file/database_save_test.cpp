@@ -188,7 +188,8 @@ TEST_F(DatabaseSave, MembersOfOthersStayUntilCompacting) {
   const OpenFile after = open_file(path_);
   EXPECT_FALSE(after.file->has_unused_members());
   EXPECT_EQ(describe(*after.database), describe(*make_shop()));
-  EXPECT_EQ(compact_database(*open.database, *open.file, Options()).message, MessageId::kNoCompactingRequired);
+  EXPECT_EQ(compact_database(*open.database, *open.file, Options()).message,
+            MessageId::kNoCompactingRequired);
 }
 
 TEST_F(DatabaseSave, NothingToCompactWithoutFieldsOfContents) {
@@ -229,7 +230,8 @@ TEST_F(DatabaseSave, UnusedMembersNeverBecomeValues) {
 TEST_F(DatabaseSave, MembersThatNoWriterCanCopyDoNotKeepFromSaving) {
   ArchiveEdit(path_).set("odd", "x").write();
   std::string bytes = read_file(path_);
-  for (size_t at = bytes.find("odd"); at != std::string::npos; at = bytes.find("odd", at)) bytes.replace(at, 3, "o\td");
+  for (size_t at = bytes.find("odd"); at != std::string::npos; at = bytes.find("odd", at))
+    bytes.replace(at, 3, "o\td");
   write_file(path_, bytes);
   OpenFile open = open_file(path_);
   ASSERT_EQ(open.file->unused_members().size(), 1U);

@@ -39,8 +39,8 @@ inline std::string describe(const Field& field) {
        {&field.formula, &field.validation, &field.default_value, &field.drop_down_list, &field.format}) {
     text += " '" + *part + "'";
   }
-  for (const int number : {int{field.link}, int{field.encrypted}, int{field.hidden}, int{field.width},
-                           int{field.position}}) {
+  for (const int number :
+       {int{field.link}, int{field.encrypted}, int{field.hidden}, int{field.width}, int{field.position}}) {
     text += " " + std::to_string(number);
   }
   return text + "\n";
@@ -156,7 +156,8 @@ class ArchiveEdit {
   explicit ArchiveEdit(const std::string& path) : path_(path) {
     ZipReader reader;
     EXPECT_EQ(reader.open(path), ErrorCode::kOk);
-    for (const ZipMember& member : reader.members()) members_.emplace_back(member.name, content_of(reader, member.name));
+    for (const ZipMember& member : reader.members())
+      members_.emplace_back(member.name, content_of(reader, member.name));
   }
 
   ArchiveEdit& set(const std::string& name, const std::string& content) {
@@ -217,10 +218,12 @@ inline std::unique_ptr<Database> make_shop() {
     EXPECT_EQ(orders->insert_records(1, 3), ErrorCode::kOk);
     EXPECT_EQ(orders->set_value(1, 0, "first " + folder->path()), ErrorCode::kOk);
     EXPECT_EQ(orders->set_value(2, 1, 12.5), ErrorCode::kOk);
-    EXPECT_EQ(orders->set_value(2, 2, Content::of("plain note in \"" + folder->path() + "\"")), ErrorCode::kOk);
+    EXPECT_EQ(orders->set_value(2, 2, Content::of("plain note in \"" + folder->path() + "\"")),
+              ErrorCode::kOk);
     EXPECT_EQ(orders->set_value(3, 2, Content::of("{\\rtf1 bold}")), ErrorCode::kOk);
     EXPECT_EQ(orders->set_value(1, 4, Content::of("print(1)\n")), ErrorCode::kOk);
-    const FileList files = {make_file("photo.JPG", sample_text(3000)), make_file("list.csv", sample_text(3000)),
+    const FileList files = {make_file("photo.JPG", sample_text(3000)),
+                            make_file("list.csv", sample_text(3000)),
                             {"offer.pdf", "/home/shop/offer.pdf", Content()}};
     EXPECT_EQ(orders->set_value(3, 3, files), ErrorCode::kOk);
     const uint32_t flagged[] = {1};

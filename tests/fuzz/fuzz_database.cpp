@@ -1,7 +1,8 @@
-// Opens a database whose members are any bytes: the archive around them is sound, so that what is in them is reached.
+// Opens a database whose members are any bytes: the archive around them is sound, so that what is in them is
+// reached.
 //
-// The input is a list of members, each a name number, a length of three bytes and the bytes. An input that begins with
-// "PK" is the file itself. What opens is saved and must read the same again.
+// The input is a list of members, each a name number, a length of three bytes and the bytes. An input that
+// begins with "PK" is the file itself. What opens is saved and must read the same again.
 #include <bit>
 #include <cstdint>
 #include <cstdlib>
@@ -43,7 +44,9 @@ bool write_members(std::string_view input, const std::string& path) {
   ZipWriter writer;
   if (writer.create(path, {.level = 1}) != ErrorCode::kOk) return false;
   while (input.size() >= 4) {
-    const auto byte = [&input](size_t i) { return static_cast<size_t>(static_cast<unsigned char>(input[i])); };
+    const auto byte = [&input](size_t i) {
+      return static_cast<size_t>(static_cast<unsigned char>(input[i]));
+    };
     const std::string_view name = kNames[byte(0) % std::size(kNames)];
     const size_t size = std::min(byte(1) | byte(2) << 8 | byte(3) << 16, input.size() - 4);
     static_cast<void>(writer.add(name, input.substr(4, size), ZipMethod::kDeflated) == ErrorCode::kOk);
@@ -60,7 +63,8 @@ std::string contents_of(const Database& database) {
     for (uint32_t record = 1; record <= table->record_count(); ++record) {
       for (size_t i = 0; i < table->field_count(); ++i) {
         const CellValue value = table->value(record, i);
-        if (const auto* number = std::get_if<double>(&value)) text += std::to_string(std::bit_cast<uint64_t>(*number));
+        if (const auto* number = std::get_if<double>(&value))
+          text += std::to_string(std::bit_cast<uint64_t>(*number));
         text += table->value_text(record, i) + "\n";
       }
     }

@@ -51,10 +51,19 @@ std::string all_characters() {
 
 void fill_sample(CWorkSheet& table) {
   using Limits = std::numeric_limits<double>;
-  const std::vector<std::string> texts = {"plain", "",      "a,b",   "\"q\"", " lead", "trail ",
+  const std::vector<std::string> texts = {"plain", "",       "a,b",   "\"q\"", " lead",         "trail ",
                                           "\ttab", "a\r\nb", "#REF!", "007",   all_characters()};
-  const std::vector<double> numbers = {0.0, -0.0, 1.5, -3, 1e300, Limits::denorm_min(), 0.1, 123456789012345.0,
-                                       error_number(FormulaError::kRef), kEmptyNumber, 1.0 / 3};
+  const std::vector<double> numbers = {0.0,
+                                       -0.0,
+                                       1.5,
+                                       -3,
+                                       1e300,
+                                       Limits::denorm_min(),
+                                       0.1,
+                                       123456789012345.0,
+                                       error_number(FormulaError::kRef),
+                                       kEmptyNumber,
+                                       1.0 / 3};
   expect(table.insert_records(1, static_cast<uint32_t>(texts.size())));
   for (uint32_t i = 0; i < texts.size(); ++i) {
     expect(table.set_value(i + 1, 0, texts[i]));
@@ -106,7 +115,8 @@ int save_loop(const std::string& path) {
   options.undo_level = 1;
   Database database("loop", options);
   DatabaseFile file(database);
-  CWorkSheet* tables[] = {&add_table(database, database.root(), "a"), &add_table(database, database.root(), "b")};
+  CWorkSheet* tables[] = {&add_table(database, database.root(), "a"),
+                          &add_table(database, database.root(), "b")};
   for (CWorkSheet* table : tables) expect(table->insert_records(1, kRecords));
   for (double n = 1;; ++n) {
     for (CWorkSheet* table : tables) put_state(*table, n);
