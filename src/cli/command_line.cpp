@@ -1,1 +1,66 @@
-namespace rowvane {}
+#include "cli/command_line.h"
+
+#include <cstdio>
+#include <new>
+
+#include <CLI/CLI.hpp>
+
+#include "cli/commands/commands.h"
+#include "cli/report.h"
+#include "core/messages.h"
+
+namespace rowvane::cli {
+namespace {
+
+void add_global_options(CLI::App& app, GlobalOptions& global) {
+  app.add_flag("--json", global.json, "Print machine-readable output");
+  app.add_flag("--quiet", global.quiet, "Show no progress and no report");
+  app.add_flag("--yes", global.yes, "Answer Yes to all questions");
+  app.add_option("--threads", global.threads, "Threads to use, 1 to 16")->check(CLI::Range(1, 16));
+  app.set_version_flag("--version", std::string(message_text(MessageId::kProgramTitle)));
+}
+
+int report_usage(const CLI::App& app, const CLI::ParseError& error) {
+  if (error.get_exit_code() == 0) return app.exit(error);
+  return fail_usage(std::string(error.what()) + " (rvb --help shows the commands)");
+}
+
+int run(int count, char** arguments) {
+  CLI::App app(
+      "Works on Rowvane databases, and on any file that Rowvane can open, from a terminal or a script.",
+      "rvb");
+  CommandContext context;
+  add_global_options(app, context.global);
+  app.fallthrough();  // global options may follow the command; commands inherit this when they are added
+  add_info_command(app, context);
+  add_show_command(app, context);
+  add_count_command(app, context);
+  add_import_command(app, context);
+  add_export_command(app, context);
+  add_field_command(app, context);
+  add_set_command(app, context);
+  add_insert_command(app, context);
+  add_delete_command(app, context);
+  add_compact_command(app, context);
+  app.require_subcommand(1);
+  try {
+    app.parse(count, arguments);
+  } catch (const CLI::ParseError& error) {
+    return report_usage(app, error);
+  }
+  return context.run();
+}
+
+}  // namespace
+
+int run_command_line(int count, char** arguments) {
+  try {
+    const int status = run(count, arguments);
+    if (std::fflush(stdout) != 0 && status == kDone) return fail(ErrorCode::kFileWrite);
+    return status;
+  } catch (const std::bad_alloc&) {
+    return fail(ErrorCode::kOutOfMemory);
+  }
+}
+
+}  // namespace rowvane::cli

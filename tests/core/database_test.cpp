@@ -91,6 +91,14 @@ TEST_F(DatabaseTree, KeepsItsLastTable) {
   EXPECT_EQ(paths(), std::vector<std::string>{"clients"});
 }
 
+TEST(EmptyDatabase, GivesUpItsFolders) {
+  Database database;
+  Folder* folder = nullptr;
+  ASSERT_EQ(database.make_folders("a/b", &folder), ErrorCode::kOk);
+  EXPECT_EQ(database.delete_folder(*folder->parent()), ErrorCode::kOk);
+  EXPECT_TRUE(database.root().folders().empty());
+}
+
 TEST_F(DatabaseTree, MovesFoldersAndTables) {
   EXPECT_EQ(database.move_folder(*a, *b), ErrorCode::kInvalidPath);
   EXPECT_EQ(database.move_folder(*a, *a), ErrorCode::kInvalidPath);

@@ -66,6 +66,13 @@ TEST_F(Conversion, TextsBecomeNumbers) {
   EXPECT_EQ(texts(kText), (Texts{"1,5", "abc", "#DATA!", ""}));
 }
 
+TEST_F(Conversion, TextsThatNoRecordUsesDoNotCount) {
+  store(kText, {"abc"});
+  store(kText, {"5"});
+  EXPECT_TRUE(convert(kText, FieldType::kNumber).messages.empty());
+  EXPECT_EQ(texts(kText)[0], "5");
+}
+
 TEST_F(Conversion, NumbersComeBackThroughEveryTextType) {
   const Texts numbers = {"-1234.5", "1e+21", "#REF!", ""};
   store(kNumber, {-1234.5, 1e21, error_number(FormulaError::kRef)});
@@ -102,7 +109,7 @@ TEST_F(Conversion, LinksChangeWithoutTouchingTheValues) {
   EXPECT_EQ(convert_field(table, {kText, FieldType::kText, true, {}}).error, ErrorCode::kOk);
   EXPECT_EQ(field_list_text(table.field(kText)), "text  [Text / Link]");
   EXPECT_EQ(texts(kText)[0], "www");
-  convert(kText, FieldType::kLongText);
+  EXPECT_EQ(convert_field(table, {kText, FieldType::kLongText, true, {}}).error, ErrorCode::kOk);
   EXPECT_FALSE(table.field(kText).link);
 }
 
@@ -156,7 +163,8 @@ class FailingSource final : public ContentSource {
 };
 
 TEST_F(Conversion, ChangesNothingWhenAContentCanNotBeRead) {
-  store(kLong, {Content::of("first"), Content::stored(std::make_shared<FailingSource>(), 5)});
+  store(kLong,
+        {Content::of("first"), Content::stored(std::make_shared<FailingSource>(), 5), Content::of("third")});
   NoticeCounter notices(database);
   const auto result = convert_field(table, {kLong, FieldType::kText, false, {}});
   EXPECT_EQ(result.error, ErrorCode::kZipCorrupted);

@@ -194,76 +194,46 @@ void expect_readings(std::initializer_list<Reading> readings, const NumberSepara
   }
 }
 
+void expect_refused(std::initializer_list<std::string> all, const NumberSeparators& separators) {
+  for (const std::string& text : all) {
+    EXPECT_EQ(parse_number(text, separators), std::nullopt) << "\"" << text << "\"";
+    EXPECT_EQ(parse_number_exactly(text, separators), std::nullopt) << "\"" << text << "\"";
+  }
+}
+
 TEST(NumberText, ReadsGenericNumbers) {
-  expect_readings({{"0", 0.0},
-                   {"-0", -0.0},
-                   {".5", 0.5},
-                   {"5.", 5.0},
-                   {"-.5", -0.5},
-                   {"1.50", 1.5},
-                   {"1e-5", 1e-5},
-                   {"1E+5", 1e5},
-                   {"5.e2", 500.0},
-                   {" 2 ", 2.0},
-                   {"0e999999", 0.0},
-                   {"1e308", 1e308},
-                   {"123456789012345", 123456789012345.0}},
+  expect_readings({{"0", 0.0}, {"-0", -0.0}, {".5", 0.5}, {"5.", 5.0}, {"-.5", -0.5}, {"1.50", 1.5}},
                   kGeneric);
+  expect_readings({{"1e-5", 1e-5}, {"1E+5", 1e5}, {"5.e2", 500.0}, {" 2 ", 2.0}, {"1e308", 1e308}}, kGeneric);
+  expect_readings({{"0e999999", 0.0}, {"123456789012345", 123456789012345.0}}, kGeneric);
 }
 
 TEST(NumberText, LeavesAsTextWhatANumberWouldLose) {
-  const std::string long_run(500, '1');
-  expect_readings({{"00501", 501.0, false},
-                   {"-07", -7.0, false},
-                   {"00", 0.0, false},
-                   {"00.5", 0.5, false},
-                   {"+49", 49.0, false},
-                   {"+.5", 0.5, false},
-                   {"12345678901234567890", 12345678901234567890.0, false},
-                   {"0.12345678901234567890", 0.12345678901234567890, false},
-                   {"1e-310", 1e-310, false},
-                   {"9007199254740993", 9007199254740992.0, false},
-                   {"9007199254740992", 9007199254740992.0}},
+  expect_readings({{"00501", 501.0, false}, {"-07", -7.0, false}, {"00", 0.0, false}}, kGeneric);
+  expect_readings({{"00.5", 0.5, false}, {"+49", 49.0, false}, {"+.5", 0.5, false}}, kGeneric);
+  expect_readings({{"12345678901234567890", 12345678901234567890.0, false}, {"1e-310", 1e-310, false}},
                   kGeneric);
-  expect_readings({{"1e309", std::nullopt}, {"1e-999999", std::nullopt}, {long_run.c_str(), std::nullopt}},
+  expect_readings({{"0.12345678901234567890", 0.12345678901234567890, false}}, kGeneric);
+  expect_readings({{"9007199254740993", 9007199254740992.0, false}, {"9007199254740992", 9007199254740992.0}},
                   kGeneric);
 }
 
 TEST(NumberText, RefusesWhatIsNoNumber) {
-  for (const char* text : {"",    " ",   "-",    "+",   ".",    "-.",  "e5",  "1e",  "1e+", "1.2.3", "--1",
-                           "+-1", "1 2", "0x10", "inf", "-inf", "nan", "NaN", "1,5", "1a",  "\t1",   "1-"}) {
-    EXPECT_EQ(parse_number(text, kGeneric), std::nullopt) << text;
-    EXPECT_EQ(parse_number_exactly(text, kGeneric), std::nullopt) << text;
-  }
-  const std::string with_zero("1\0", 2);
-  EXPECT_EQ(parse_number(with_zero, kGeneric), std::nullopt);
+  expect_refused({"",    " ",   "-",    "+",   ".",    "-.",  "e5",  "1e",  "1e+", "1.2.3", "--1",
+                  "+-1", "1 2", "0x10", "inf", "-inf", "nan", "NaN", "1,5", "1a",  "\t1",   "1-"},
+                 kGeneric);
+  expect_refused({std::string("1\0", 2), "1e309", "1e-999999", std::string(500, '1')}, kGeneric);
 }
 
 TEST(NumberText, ReadsGroupsOfThreeDigits) {
-  expect_readings({{"1,234,567", 1234567.0},
-                   {"-1,234.5", -1234.5},
-                   {"1234567", 1234567.0},
-                   {"123,456e2", 12345600.0},
-                   {"0,123", 123.0, false},
-                   {"+1,000", 1000.0, false},
-                   {"12,34", std::nullopt},
-                   {"1234,567", std::nullopt},
-                   {",123", std::nullopt},
-                   {"1,234,", std::nullopt},
-                   {"1,,234", std::nullopt},
-                   {"1.5,000", std::nullopt},
-                   {"1,234.5,678", std::nullopt},
-                   {"1e1,000", std::nullopt}},
-                  kEnglish);
-  expect_readings(
-      {{"1.234.567,5", 1234567.5}, {"1,5", 1.5}, {",5", 0.5}, {"1.5", std::nullopt}, {"1,5,5", std::nullopt}},
-      kGerman);
-  expect_readings({{"1\u202F234,5", 1234.5},
-                   {"1.5", std::nullopt},
-                   {"1 234", std::nullopt},
-                   {"12\u202F34", std::nullopt},
-                   {"1\u202F234\u202F", std::nullopt}},
-                  kFrench);
+  expect_readings({{"1,234,567", 1234567.0}, {"-1,234.5", -1234.5}, {"1234567", 1234567.0}}, kEnglish);
+  expect_readings({{"123,456e2", 12345600.0}, {"0,123", 123.0, false}, {"+1,000", 1000.0, false}}, kEnglish);
+  expect_refused({"12,34", "1234,567", ",123", "1,234,", "1,,234", "1.5,000", "1,234.5,678", "1e1,000"},
+                 kEnglish);
+  expect_readings({{"1.234.567,5", 1234567.5}, {"1,5", 1.5}, {",5", 0.5}}, kGerman);
+  expect_refused({"1.5", "1,5,5"}, kGerman);
+  expect_readings({{"1\u202F234,5", 1234.5}}, kFrench);
+  expect_refused({"1.5", "1 234", "12\u202F34", "1\u202F234\u202F"}, kFrench);
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <atomic>
 #include <mutex>
-#include <set>
 #include <thread>
 #include <vector>
 
@@ -54,16 +53,6 @@ TEST(ParallelBlocks, VisitsEveryPositionOnce) {
       ASSERT_LE(started.load(), std::min(threads, kMaxThreads));
     }
   }
-}
-
-TEST(ParallelBlocks, EachBlockHasAThreadOfItsOwn) {
-  std::mutex guard;
-  std::set<std::thread::id> ids;
-  parallel_blocks(1000, 4, [&](int, uint64_t, uint64_t) {
-    const std::lock_guard lock(guard);
-    ids.insert(std::this_thread::get_id());
-  });
-  EXPECT_FALSE(ids.contains(std::this_thread::get_id()));
 }
 
 TEST(ParallelBlocks, ThreadsFollowTheSettingUpToSixteen) {

@@ -311,10 +311,15 @@ TEST_F(Undo, DropsWhatItNoLongerReaches) {
 }
 
 TEST_F(Undo, GroupsAreOneStepAndOneNotice) {
+  set_number(5);
+  set_number(6);
+  EXPECT_TRUE(database.undo());
+  notices.notices = 0;
   {
     ChangeGroup group(database, "Fill");
-    set_number(1);
     EXPECT_FALSE(database.undo());
+    EXPECT_FALSE(database.redo());
+    set_number(1);
     {
       ChangeGroup inner(database, "inner");
       set_number(2);
@@ -326,7 +331,7 @@ TEST_F(Undo, GroupsAreOneStepAndOneNotice) {
   EXPECT_EQ(database.undo_log().undo_caption(), "Fill");
   EXPECT_TRUE(database.undo());
   EXPECT_EQ(database.undo_log().redo_caption(), "Fill");
-  EXPECT_EQ(number(), "");
+  EXPECT_EQ(number(), "5");
   EXPECT_EQ(notices.notices, 2);
 }
 
@@ -340,9 +345,11 @@ TEST_F(Undo, TellsWhichTableChanged) {
     ChangeGroup group(database, "both");
     set_number(2);
     ASSERT_EQ(second.insert_records(1, 1), ErrorCode::kOk);
-    set_number(3);
+    ASSERT_EQ(second.insert_records(1, 1), ErrorCode::kOk);
   }
   EXPECT_EQ(notices.last_table, nullptr);
+  set_number(3);
+  EXPECT_EQ(notices.last_table, &table);
 }
 
 TEST_F(Undo, RollingBackLeavesNoTrace) {

@@ -1,0 +1,216 @@
+// The commands as a script sees them: arguments in; status, standard output and standard error out.
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "cli/command_line.h"
+
+namespace rowvane::cli {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+struct Outcome {
+  int status;
+  std::string out;
+  std::string err;
+};
+
+class CommandTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+    folder_ = std::filesystem::temp_directory_path() / ("rvb-" + std::string(test->name()));
+    std::filesystem::remove_all(folder_);
+    std::filesystem::create_directories(folder_);
+  }
+  void TearDown() override { std::filesystem::remove_all(folder_); }
+
+  std::string path(const std::string& name) const { return (folder_ / name).string(); }
+
+  std::string write(const std::string& name, const std::string& content) const {
+    std::ofstream(folder_ / name, std::ios::binary) << content;
+    return path(name);
+  }
+
+  std::string read(const std::string& name) const {
+    std::ostringstream content;
+    content << std::ifstream(folder_ / name, std::ios::binary).rdbuf();
+    return content.str();
+  }
+
+  static Outcome rvb(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "rvb");
+    std::vector<char*> pointers;
+    for (std::string& argument : arguments) pointers.push_back(argument.data());
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    const int status = run_command_line(static_cast<int>(pointers.size()), pointers.data());
+    std::string out = testing::internal::GetCapturedStdout();
+    return {status, std::move(out), testing::internal::GetCapturedStderr()};
+  }
+
+  static std::string output(std::vector<std::string> arguments) {
+    Outcome outcome = rvb(std::move(arguments));
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    return outcome.out;
+  }
+
+  // A database with the tables "fruit" and "sales/orders".
+  std::string make_shop() {
+    const std::string database = path("shop.rvb");
+    output({"import", database,
+            write("fruit.csv", "Name,Price,Code\napple,1.5,007\n\"pear, green\",2,008\nfig,,\n")});
+    output({"import", database, write("orders.csv", "Fruit,Pieces\napple,3\n"), "--table", "sales/orders"});
+    return database;
+  }
+
+ private:
+  std::filesystem::path folder_;
+};
+
+TEST_F(CommandTest, TextGoesThroughADatabaseAndBackUnchanged) {
+  const std::string database = make_shop();
+  EXPECT_EQ(output({"export", database, "fruit", path("out.csv")}), path("out.csv") + "\n");
+  EXPECT_EQ(read("out.csv"), "Name,Price,Code\r\napple,1.5,007\r\n\"pear, green\",2,008\r\nfig,,\r\n");
+  EXPECT_EQ(output({"--quiet", "export", database, "fruit", path("out.tsv"), "--fields", "Code,Name"}), "");
+  EXPECT_EQ(read("out.tsv"), "Code\tName\r\n007\tapple\r\n008\tpear, green\r\n\tfig\r\n");
+}
+
+TEST_F(CommandTest, ShowPrintsTableCsvAndJson) {
+  const std::string database = make_shop();
+  EXPECT_EQ(output({"show", database, "fruit"}),
+            "Name         Price  Code\n"
+            "-----------  -----  ----\n"
+            "apple          1.5  007\n"
+            "pear, green      2  008\n"
+            "fig\n");
+  EXPECT_EQ(output({"show", database, "fruit", "--format", "csv", "--offset", "1", "--limit", "1"}),
+            "Name,Price,Code\r\n\"pear, green\",2,008\r\n");
+  EXPECT_EQ(output({"show", database, "fruit", "--json", "--fields", "price,NAME", "--offset", "1"}),
+            "{\"Price\": 2, \"Name\": \"pear, green\"}\n{\"Price\": null, \"Name\": \"fig\"}\n");
+  EXPECT_EQ(output({"count", database, "SALES/Orders"}), "1\n");
+}
+
+TEST_F(CommandTest, InfoNamesTablesAndFields) {
+  const std::string database = make_shop();
+  EXPECT_THAT(output({"info", database}), HasSubstr("sales/orders: 1 record, 2 fields\n  Fruit  [Text]\n"));
+  EXPECT_EQ(output({"--json", "info", database, "sales/orders"}),
+            "{\"tables\": [{\"path\": \"sales/orders\", \"records\": 1, \"fields\": [{\"name\": \"Fruit\", "
+            "\"type\": "
+            "\"Text\", \"link\": false, \"formula\": \"\", \"validation\": \"\", \"default\": \"\", "
+            "\"format\": \"\", "
+            "\"encrypted\": false}, {\"name\": \"Pieces\", \"type\": \"Number\", \"link\": false, "
+            "\"formula\": \"\", "
+            "\"validation\": \"\", \"default\": \"\", \"format\": \"\", \"encrypted\": false}]}], "
+            "\"format\": \"rvb\", "
+            "\"container\": \"zip64\", \"protected\": false}\n");
+}
+
+TEST_F(CommandTest, RecordsAreSetInsertedAndDeleted) {
+  const std::string database = make_shop();
+  output({"set", database, "fruit", "2-3", "Price=-2.25", "Code="});
+  output({"insert", database, "fruit", "--before", "1", "Name=kiwi"});
+  output({"insert", database, "fruit", "--count", "2", "Name=end", "Price=7"});
+  EXPECT_EQ(output({"delete", database, "fruit", "2,5"}), "2 deleted\n");
+  EXPECT_EQ(output({"show", database, "fruit", "--format", "csv"}),
+            "Name,Price,Code\r\nkiwi,,\r\n\"pear, green\",-2.25,\r\nfig,-2.25,\r\nend,7,\r\n");
+}
+
+TEST_F(CommandTest, ChangesGoToTheOutputFileWhenOneIsNamed) {
+  const std::string database = make_shop();
+  output({"set", database, "fruit", "1", "Name=plum", "-o", path("copy.rvb")});
+  EXPECT_THAT(output({"show", database, "fruit"}), HasSubstr("apple"));
+  EXPECT_THAT(output({"show", path("copy.rvb"), "fruit"}), HasSubstr("plum"));
+  const Outcome refused = rvb({"set", path("fruit.csv"), "1", "Name=plum"});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_THAT(refused.err, HasSubstr("-o"));
+}
+
+TEST_F(CommandTest, FieldsAreAddedConvertedRenamedAndDeleted) {
+  const std::string database = make_shop();
+  output({"field", database, "fruit", "add", "Note", "--type", "longtext"});
+  output({"set", database, "fruit", "1", "Note=@" + write("note.txt", "two\nlines")});
+  output({"field", database, "fruit", "rename", "Name", "Kind"});
+  output({"field", database, "fruit", "change", "Code", "--type", "number"});
+  output({"field", database, "fruit", "delete", "Price"});
+  EXPECT_EQ(output({"show", database, "fruit", "--json", "--limit", "1"}),
+            "{\"Kind\": \"apple\", \"Code\": 7, \"Note\": \"two\\nlines\"}\n");
+  const Outcome words = rvb({"field", database, "fruit", "change", "Kind", "--type", "number"});
+  EXPECT_EQ(words.status, 0);
+  EXPECT_THAT(words.err, StartsWith("rvb: warning "));
+}
+
+TEST_F(CommandTest, FilesAreStoredInTheDatabaseOrAsShortcuts) {
+  const std::string database = make_shop();
+  output({"field", database, "fruit", "add", "Photo", "--type", "files"});
+  output({"set", database, "fruit", "1", "Photo=" + write("a.png", "not really") + ";link:/far/b.png"});
+  EXPECT_EQ(output({"show", database, "fruit", "--json", "--fields", "Photo", "--limit", "2"}),
+            "{\"Photo\": [\"a.png\", \"b.png\"]}\n{\"Photo\": null}\n");
+}
+
+TEST_F(CommandTest, TextOptionsDecideHowATextIsRead) {
+  const std::string text = write("t.txt", "a;'b;c'\n1;\xE9\n");
+  EXPECT_EQ(output({"show", text, "--separator", "semicolon", "--quote", "'", "--encoding", "1252",
+                    "--no-header", "--format", "csv"}),
+            "field1,field2\r\na,b;c\r\n1,\xC3\xA9\r\n");
+  EXPECT_EQ(output({"show", write("f.txt", "ab  12\ncd   3\n"), "--widths", "4,2", "--no-header", "--json"}),
+            "{\"field1\": \"ab\", \"field2\": 12}\n{\"field1\": \"cd\", \"field2\": 3}\n");
+  EXPECT_EQ(output({"show", "--types", "Auto,Text", write("n.csv", "Name,Price\nfig,1.50\n"), "--json",
+                    "--fields", "Price"}),
+            "{\"Price\": \"1.50\"}\n");
+}
+
+TEST_F(CommandTest, ErrorsTellNumberAndTextOnOneLine) {
+  const std::string database = make_shop();
+  EXPECT_EQ(rvb({"show", path("none.rvb")}).err,
+            "rvb: error 61: The specified file doesn't exist or can't be open\n");
+  EXPECT_EQ(rvb({"show", database, "pears"}).err,
+            "rvb: error 23: An invalid worksheet/folder path - not found\n");
+  EXPECT_EQ(rvb({"field", database, "fruit", "add", "2nd"}).err,
+            "rvb: message 180: Please enter a valid field name starting with a letter.\n");
+  EXPECT_EQ(rvb({"set", database, "fruit", "1", "Price=many"}).err,
+            "rvb: error 52: The entered data doesn't match the field type.\n");
+  const std::string before = read("shop.rvb");
+  for (const std::vector<std::string>& wrong : {std::vector<std::string>{"shown", database},
+                                                {"show"},
+                                                {"show", database, "fruit", "--format", "xml"},
+                                                {"show", database, "fruit", "--separator", "ab"},
+                                                {"--threads", "17", "info", database}}) {
+    EXPECT_EQ(rvb(wrong).status, 2) << wrong[0];
+  }
+  EXPECT_EQ(rvb({"set", database, "fruit", "9", "Price=1"}).status, 1);
+  EXPECT_EQ(read("shop.rvb"), before);
+}
+
+TEST_F(CommandTest, WarningsLeaveTheStatusAtZero) {
+  const Outcome broken = rvb({"show", write("b.csv", "a\ncaf\xE9\n"), "--format", "csv"});
+  EXPECT_EQ(broken.status, 0);
+  EXPECT_EQ(broken.out, "a\r\ncaf\xC3\xA9\r\n");
+  EXPECT_THAT(broken.err, StartsWith("rvb: warning error 128: "));
+}
+
+TEST_F(CommandTest, CompactAnswersWhatItFound) {
+  const std::string database = make_shop();
+  EXPECT_THAT(output({"compact", database}), HasSubstr("No compacting is necessary."));
+  output({"field", database, "fruit", "add", "Note", "--type", "longtext"});
+  EXPECT_EQ(output({"compact", database}), "The database doesn't require compacting.\n");
+}
+
+TEST_F(CommandTest, ChoosingTheOlderContainerHasToBeConfirmed) {
+  const std::string database = make_shop();
+  const Outcome refused = rvb({"set", database, "fruit", "1", "Price=3", "--container", "zip32"});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_THAT(refused.err, HasSubstr("Zip32 files have a limit of 4GB"));
+  output({"--yes", "set", database, "fruit", "1", "Price=3", "--container", "zip32"});
+  EXPECT_THAT(output({"info", database}), HasSubstr("zip32"));
+  output({"set", database, "fruit", "1", "Price=4"});
+  EXPECT_THAT(output({"info", database}), HasSubstr("zip32"));
+}
+
+}  // namespace
+}  // namespace rowvane::cli
