@@ -1,9 +1,11 @@
 #include "file/member_names.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 #include <unordered_set>
 
+#include "core/limits.h"
 #include "core/names.h"
 #include "platform/characters.h"
 
@@ -32,6 +34,7 @@ std::string table_member_name(const CWorkSheet& table) {
 std::optional<std::string> table_path_of(std::string_view member_name) {
   if (!member_name.ends_with(kTableExtension)) return std::nullopt;
   const std::string_view path = member_name.substr(0, member_name.size() - kTableExtension.size());
+  if (static_cast<size_t>(std::count(path.begin(), path.end(), '/')) > kMaxFolderDepth) return std::nullopt;
   for (std::string_view rest = path;;) {
     const size_t slash = rest.find('/');
     const std::string_view name = rest.substr(0, slash);
