@@ -12,6 +12,8 @@ template <typename... Callables>
 struct Overloaded : Callables... {
   using Callables::operator()...;
 };
+template <typename... Callables>
+Overloaded(Callables...) -> Overloaded<Callables...>;
 
 // Calls `use` with the cells of any kind of column and the cell that means empty.
 template <typename AnyColumn, typename Use>
