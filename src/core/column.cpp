@@ -12,6 +12,7 @@ template <typename... Callables>
 struct Overloaded : Callables... {
   using Callables::operator()...;
 };
+// Clang needs this up to version 16.
 template <typename... Callables>
 Overloaded(Callables...) -> Overloaded<Callables...>;
 

@@ -1,3 +1,4 @@
+// Small tables for the tests of the export.
 #pragma once
 
 #include <string>

@@ -1,3 +1,4 @@
+// Variables of the environment that a test sets.
 #pragma once
 
 #include <cstdlib>

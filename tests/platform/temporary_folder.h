@@ -1,3 +1,4 @@
+// A folder for the files of a test.
 #pragma once
 
 #include <filesystem>

@@ -1,3 +1,4 @@
+// The backup of a file, and renames that last.
 #pragma once
 
 #include <string>

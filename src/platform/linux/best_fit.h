@@ -1,3 +1,4 @@
+// Look-alikes for characters that a code page lacks.
 #pragma once
 
 namespace rowvane::platform {

@@ -1,3 +1,4 @@
+// The ANSI and OEM code pages of a locale.
 #pragma once
 
 #include "platform/linux/locale_name.h"

@@ -1,3 +1,4 @@
+// What the errors of the system mean as FileStatus.
 #pragma once
 
 #include <string>

@@ -1,3 +1,4 @@
+// Names of locales as POSIX writes them, and the ones that the environment sets.
 #pragma once
 
 #include <string>
