@@ -1,8 +1,9 @@
 #include "cli/command_line.h"
 
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <new>
+
+#include <CLI/CLI.hpp>
 
 #include "cli/commands/commands.h"
 #include "cli/report.h"
@@ -25,8 +26,9 @@ int report_usage(const CLI::App& app, const CLI::ParseError& error) {
 }
 
 int run(int count, char** arguments) {
-  CLI::App app("Works on Rowvane databases, and on any file that Rowvane can open, from a terminal or a script.",
-               "rvb");
+  CLI::App app(
+      "Works on Rowvane databases, and on any file that Rowvane can open, from a terminal or a script.",
+      "rvb");
   CommandContext context;
   add_global_options(app, context.global);
   app.fallthrough();  // global options may follow the command; commands inherit this when they are added

@@ -20,7 +20,9 @@ constexpr int kNarrowestColumn = 4;
 constexpr std::string_view kGap = "  ";
 constexpr std::string_view kEllipsis = "\u2026";
 
-bool put(const std::string& text) { return std::fwrite(text.data(), 1, text.size(), stdout) == text.size(); }
+bool put(const std::string& text) {
+  return std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
+}
 
 // Line ends and other control characters would break the columns.
 std::string on_one_line(std::string text) {
@@ -53,7 +55,8 @@ class TablePrinter {
     std::string out;
     for (size_t i = 0; i < widths_.size(); ++i) append_cell(i, table_.field(options_.fields[i]).name, out);
     end_line(out);
-    for (size_t i = 0; i < widths_.size(); ++i) append_cell(i, std::string(static_cast<size_t>(widths_[i]), '-'), out);
+    for (size_t i = 0; i < widths_.size(); ++i)
+      append_cell(i, std::string(static_cast<size_t>(widths_[i]), '-'), out);
     end_line(out);
     for (uint32_t k = 0; k < options_.count; ++k) {
       for (size_t i = 0; i < widths_.size(); ++i) append_cell(i, cell_text(options_.first + k, i), out);
@@ -83,7 +86,8 @@ class TablePrinter {
   }
 
   void measure() {
-    for (const size_t field : options_.fields) widths_.push_back(platform::display_width(table_.field(field).name));
+    for (const size_t field : options_.fields)
+      widths_.push_back(platform::display_width(table_.field(field).name));
     const uint32_t measured = std::min(options_.count, kMeasuredRecords);
     for (uint32_t k = 0; k < measured; ++k) {
       for (size_t i = 0; i < widths_.size(); ++i) {
@@ -137,7 +141,8 @@ ErrorCode print_csv(const CWorkSheet& table, const PrintOptions& options) {
   for (uint32_t k = 0; k < options.count; k += kChunkRecords) {
     const uint32_t first = options.first + k;
     const uint32_t last = options.first + std::min(k + kChunkRecords, options.count);
-    if (const ErrorCode error = formatter.append_range(first, last, out); error != ErrorCode::kOk) return error;
+    if (const ErrorCode error = formatter.append_range(first, last, out); error != ErrorCode::kOk)
+      return error;
     if (!put(out)) return ErrorCode::kOk;
     out.clear();
   }

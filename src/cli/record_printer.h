@@ -14,12 +14,12 @@ enum class PrintFormat { kTable, kCsv, kJson };
 struct PrintOptions {
   std::vector<size_t> fields;  // in the order in which they are printed
   PrintFormat format = PrintFormat::kTable;
-  uint32_t first = 0;          // 0-based position of the first record
-  uint32_t count = 0;          // records at most
+  uint32_t first = 0;  // 0-based position of the first record
+  uint32_t count = 0;  // records at most
 };
 
-// kTable: aligned columns, fitted to the terminal where there is one; kCsv: what an export writes; kJson: one object a
-// line. Stops early when nobody reads the output any more.
+// kTable: aligned columns, fitted to the terminal where there is one; kCsv: what an export writes; kJson: one
+// object a line. Stops early when nobody reads the output any more.
 ErrorCode print_records(const CWorkSheet& table, const PrintOptions& options);
 
 }  // namespace rowvane::cli

@@ -26,8 +26,9 @@ void print(std::string_view text) {
 
 std::string numbered(const Notice& notice) {
   const auto* id = std::get_if<MessageId>(&notice);
-  const std::string label = id != nullptr ? "message " + std::to_string(static_cast<int>(*id))
-                                          : "error " + std::to_string(static_cast<int>(std::get<ErrorCode>(notice)));
+  const std::string label = id != nullptr
+                                ? "message " + std::to_string(static_cast<int>(*id))
+                                : "error " + std::to_string(static_cast<int>(std::get<ErrorCode>(notice)));
   return label + ": " + notice_text(notice);
 }
 
@@ -38,13 +39,18 @@ int fail(std::string_view text) {
   return kFailed;
 }
 
-int fail(ErrorCode error) { return fail(numbered(error)); }
+int fail(ErrorCode error) {
+  return fail(numbered(error));
+}
 
-int fail(MessageId message) { return fail(numbered(message)); }
+int fail(MessageId message) {
+  return fail(numbered(message));
+}
 
 int fail(Status status) {
-  return status == Status::kCancelled ? fail("status 'r': cancelled")
-                                      : fail("status 21: the file can't be opened or the table can't be created");
+  return status == Status::kCancelled
+             ? fail("status 'r': cancelled")
+             : fail("status 21: the file can't be opened or the table can't be created");
 }
 
 int fail_usage(std::string_view text) {
@@ -52,9 +58,13 @@ int fail_usage(std::string_view text) {
   return kWrongArguments;
 }
 
-void warn(std::string_view text) { print("warning " + std::string(text)); }
+void warn(std::string_view text) {
+  print("warning " + std::string(text));
+}
 
-void warn(const Notice& notice) { warn(numbered(notice)); }
+void warn(const Notice& notice) {
+  warn(numbered(notice));
+}
 
 void warn(const std::vector<Notice>& notices) {
   for (const Notice& notice : notices) warn(notice);

@@ -15,7 +15,7 @@ namespace rowvane::cli {
 
 // Where and how a changed database is saved.
 struct SaveOptions {
-  std::string output;             // -o FILE; empty: in place
+  std::string output;              // -o FILE; empty: in place
   std::string container = "auto";  // "auto", "zip64", "zip32"
   int level = kDefaultDeflateLevel;
 
@@ -41,11 +41,12 @@ class Session {
   Questions& questions() { return questions_; }
   Progress& progress() { return progress_; }
 
-  // The table that the first of ARGUMENTS names, which is then taken from them; the only table of the database when it
-  // names none. Null after reporting error 23 or that a table must be named.
+  // The table that the first of ARGUMENTS names, which is then taken from them; the only table of the
+  // database when it names none. Null after reporting error 23 or that a table must be named.
   CWorkSheet* take_table(std::vector<std::string>& arguments);
   // Indices of the fields with these names; all fields when NAMES is empty. kFailed when one is not there.
-  int find_fields(const CWorkSheet& table, const std::vector<std::string>& names, std::vector<size_t>& fields);
+  int find_fields(const CWorkSheet& table, const std::vector<std::string>& names,
+                  std::vector<size_t>& fields);
 
   // Saves a changed database.
   int save(const SaveOptions& save);
@@ -63,7 +64,8 @@ class Session {
   bool is_new_ = false;
 };
 
-// How a text file is read as the user's regional settings say and TEXT asks for; kWrongArguments after a report.
+// How a text file is read as the user's regional settings say and TEXT asks for; kWrongArguments after a
+// report.
 int text_import_for(const std::string& path, const TextOptions& text, TextImport& settings);
 
 }  // namespace rowvane::cli

@@ -16,7 +16,9 @@ constexpr uint64_t kBarWidth = 30;
 
 TerminalProgress::TerminalProgress(bool quiet) : visible_(!quiet && platform::is_error_terminal()) {}
 
-TerminalProgress::~TerminalProgress() { erase(); }
+TerminalProgress::~TerminalProgress() {
+  erase();
+}
 
 void TerminalProgress::begin(std::string_view caption) {
   const std::lock_guard lock(mutex_);

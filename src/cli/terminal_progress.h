@@ -9,8 +9,8 @@
 
 namespace rowvane::cli {
 
-// Shows nothing when the stream is no terminal, or when QUIET. The bar appears once work takes long enough to be seen
-// and is gone when the object is.
+// Shows nothing when the stream is no terminal, or when QUIET. The bar appears once work takes long enough to
+// be seen and is gone when the object is.
 class TerminalProgress final : public Progress {
  public:
   explicit TerminalProgress(bool quiet);

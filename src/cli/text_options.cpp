@@ -1,8 +1,9 @@
 #include "cli/text_options.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
+
+#include <CLI/CLI.hpp>
 
 #include "exchange/text_settings_dialog.h"
 
@@ -62,7 +63,8 @@ std::string apply_encoding(const std::string& text, TextFileSettings& settings) 
     const size_t start = name.starts_with("cp") ? 2 : 0;
     unsigned number = 0;
     const auto result = std::from_chars(name.data() + start, name.data() + name.size(), number);
-    if (result.ec == std::errc() && result.ptr == name.data() + name.size()) encoding = encoding_of_code_page(number);
+    if (result.ec == std::errc() && result.ptr == name.data() + name.size())
+      encoding = encoding_of_code_page(number);
   }
   if (!encoding) return "--encoding takes utf-8, utf-16, ansi, oem or the number of a code page such as 1252";
   settings.encoding = *encoding;
@@ -91,8 +93,11 @@ std::string apply_types(const std::vector<std::string>& types, TextFileSettings&
 
 void TextOptions::add_to(CLI::App& command, bool reading) {
   const std::string group = reading ? "Reading text files" : "Writing text files";
-  command.add_option("--separator", separator, "Character between fields, or its name: comma, tab, semicolon, "
-                                               "space, point, none")->group(group);
+  command
+      .add_option("--separator", separator,
+                  "Character between fields, or its name: comma, tab, semicolon, "
+                  "space, point, none")
+      ->group(group);
   command.add_option("--widths", widths, "Fixed field widths in characters, such as 10,8,15")->group(group);
   command.add_option("--quote", quote, "Quoting symbol, or none")->group(group);
   command.add_option("--encoding", encoding, "utf-8, utf-16, ansi, oem or a code page number")->group(group);
@@ -102,6 +107,7 @@ void TextOptions::add_to(CLI::App& command, bool reading) {
   command.add_flag("--parse-dates", parse_dates, "Convert dates to YYYY-MM-DD(Thh:mm:ss)")->group(group);
   command.add_option("--types", types, "Type of each column: Auto, Text, Number, LongText")
       ->delimiter(',')
+      ->allow_extra_args(false)
       ->group(group);
 }
 

@@ -5,8 +5,8 @@
 
 namespace rowvane {
 
-// The standard date text: "YYYY-MM-DD", with "Thh:mm:ss" behind it when DAY has a time of day (rounded to seconds).
-// DAY must lie in the years 100 to 9999.
+// The standard date text: "YYYY-MM-DD", with "Thh:mm:ss" behind it when DAY has a time of day (rounded to
+// seconds). DAY must lie in the years 100 to 9999.
 std::string standard_date_text(double day);
 
 }  // namespace rowvane

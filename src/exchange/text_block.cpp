@@ -11,6 +11,8 @@
 namespace rowvane {
 namespace {
 
+constexpr size_t kKeptBytes = size_t{32} << 20;  // the room of a cleared block, at most
+
 // Finds the next byte that is a separator or below 0x20, 64 bytes at a time. Positions only grow.
 class SpecialScanner {
  public:
@@ -73,8 +75,8 @@ const char* skip_line_end(const char* position, const char* end) {
 
 }  // namespace
 
-// Cuts one block. Each step takes the position of a field's start and answers that of its end: a separator, a line end
-// or the end of the text.
+// Cuts one block. Each step takes the position of a field's start and answers that of its end: a separator, a
+// line end or the end of the text.
 class BlockTokenizer {
  public:
   BlockTokenizer(TextBlock& block, const TextRules& rules)
@@ -155,8 +157,8 @@ class BlockTokenizer {
     return reopened_field(start, write, read);
   }
 
-  // The quoting symbol did not close the field: [START, WRITE) is its text so far, READ where it goes on. The source
-  // held both quoting symbols, so there is room for them.
+  // The quoting symbol did not close the field: [START, WRITE) is its text so far, READ where it goes on. The
+  // source held both quoting symbols, so there is room for them.
   char* reopened_field(char* start, char* write, char* read) {
     std::memmove(start + 1, start, static_cast<size_t>(write - start));
     *start = rules_.quote;
@@ -208,8 +210,7 @@ class BlockTokenizer {
   }
 
   void add_cell(const char* start, const char* cell_end) {
-    block_.cells_.push_back(
-        {static_cast<uint32_t>(start - text_), static_cast<uint32_t>(cell_end - start)});
+    block_.cells_.push_back({static_cast<uint32_t>(start - text_), static_cast<uint32_t>(cell_end - start)});
   }
 
   TextBlock& block_;
@@ -225,6 +226,7 @@ char* TextBlock::reserve(size_t size) {
 }
 
 void TextBlock::clear() {
+  if (text_.size() > kKeptBytes) text_ = {};
   size_ = 0;
   cells_.clear();
   record_starts_.clear();
@@ -239,10 +241,22 @@ void TextBlock::tokenize(const TextRules& rules) {
 }
 
 void TextBlock::add_cell(std::string_view cell) {
-  if (capacity() < size_ + cell.size()) reserve((size_ + cell.size()) * 2);
+  if (capacity() < size_ + cell.size()) reserve(std::max(size_ * 2, size_ + cell.size()));
   std::copy(cell.begin(), cell.end(), text_.data() + size_);
   cells_.push_back({static_cast<uint32_t>(size_), static_cast<uint32_t>(cell.size())});
   size_ += cell.size();
+}
+
+void TextBlock::keep_records(size_t count) {
+  if (count >= record_starts_.size()) return;
+  cells_.resize(record_starts_[count]);
+  record_starts_.resize(count);
+  open_record_ = cells_.size();
+  column_count_ = 0;
+  for (size_t i = 0; i < count; ++i) {
+    const size_t end = i + 1 < count ? record_starts_[i + 1] : cells_.size();
+    column_count_ = std::max(column_count_, end - record_starts_[i]);
+  }
 }
 
 void TextBlock::end_record() {
@@ -267,14 +281,15 @@ size_t find_char(std::string_view text, char c, size_t from) {
                           : static_cast<size_t>(static_cast<const char*>(found) - text.data());
 }
 
-// True when the quoting symbol at POSITION begins a field. UNQUOTED is where the unquoted text before it begins.
+// True when the quoting symbol at POSITION begins a field. UNQUOTED is where the unquoted text before it
+// begins.
 bool begins_field(std::string_view text, const TextRules& rules, size_t unquoted, size_t position) {
   while (rules.skips_leading_spaces() && position > unquoted && text[position - 1] == ' ') --position;
   return position == 0 || rules.is_separator(text[position - 1]) || is_line_end(text[position - 1]);
 }
 
-// Where the quoted field that begins at POSITION ends, its blanks and, when it was reopened, its unquoted rest
-// included; npos when that lies behind the text or can't be told yet.
+// Where the quoted field that begins at POSITION ends, its blanks and, when it was reopened, its unquoted
+// rest included; npos when that lies behind the text or can't be told yet.
 size_t quoted_field_end(std::string_view text, const TextRules& rules, size_t position) {
   size_t close = find_char(text, rules.quote, position + 1);
   while (close != std::string_view::npos && close + 1 < text.size() && text[close + 1] == rules.quote) {
@@ -304,7 +319,8 @@ size_t last_record_end(std::string_view text, const TextRules& rules) {
       continue;
     }
     const std::string_view before = text.substr(unquoted, quote - unquoted);
-    if (const size_t found = before.find_last_of("\r\n"); found != std::string_view::npos) safe = unquoted + found + 1;
+    if (const size_t found = before.find_last_of("\r\n"); found != std::string_view::npos)
+      safe = unquoted + found + 1;
     const size_t field_end = quoted_field_end(text, rules, quote);
     if (field_end == std::string_view::npos) return safe;
     unquoted = quote = field_end;

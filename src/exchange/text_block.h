@@ -11,8 +11,8 @@
 
 namespace rowvane {
 
-// The text of some whole records, and where their cells are. Texts are decoded in place: a cell is never longer than
-// what it was made of.
+// The text of some whole records, and where their cells are. Texts are decoded in place: a cell is never
+// longer than what it was made of.
 class TextBlock {
  public:
   // Blocks are read with vector instructions; so many bytes behind the text must be readable.
@@ -44,6 +44,8 @@ class TextBlock {
     return index < end ? &cells_[index] : nullptr;
   }
   std::string_view view(const Cell& cell) const { return {text_.data() + cell.start, cell.length}; }
+  // Drops the records behind the first COUNT.
+  void keep_records(size_t count);
   // True when all records have the same number of cells; then cell (r, c) is cells()[r * column_count() + c].
   bool is_regular() const { return cells_.size() == record_starts_.size() * column_count_; }
   const Cell* cells() const { return cells_.data(); }
@@ -65,8 +67,8 @@ class TextBlock {
   size_t column_count_ = 0;
 };
 
-// Where the last whole record of TEXT ends, TEXT beginning at a record's start; 0 when none is whole. A CR at the very
-// end is not taken for a line end, because its LF may follow.
+// Where the last whole record of TEXT ends, TEXT beginning at a record's start; 0 when none is whole. A CR at
+// the very end is not taken for a line end, because its LF may follow.
 size_t last_record_end(std::string_view text, const TextRules& rules);
 
 }  // namespace rowvane

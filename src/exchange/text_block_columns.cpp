@@ -12,8 +12,8 @@ namespace {
 
 constexpr size_t kMaxDateCharacters = 30;
 
-// Calls `use(record, cell)` for the cells of COLUMN from record FIRST on; records without such a cell give an empty one.
-// Stops when `use` answers false.
+// Calls `use(record, cell)` for the cells of COLUMN from record FIRST on; records without such a cell give an
+// empty one. Stops when `use` answers false.
 template <typename Use>
 bool for_each_cell(const TextBlock& block, size_t first, size_t column, Use&& use) {
   const size_t count = block.record_count();
@@ -92,7 +92,6 @@ void BlockReader::read(const TextBlock& block, size_t first, size_t column, Bloc
   }
   const bool known_text = is_analysed(load) && hints_.text[column].load(std::memory_order_relaxed);
   if (!known_text && read_numbers(block, first, column, out)) return;
-  hints_.text[column].store(true, std::memory_order_relaxed);
   read_texts(block, first, column, out);
 }
 
@@ -147,13 +146,14 @@ void BlockReader::read_texts(const TextBlock& block, size_t first, size_t column
   out.codes.resize(block.record_count() - first);
   const bool utf8 = code_page_ == nullptr;
   const bool interning = !hints_.distinct[column].load(std::memory_order_relaxed);
+  out.interned = interning;
   std::string_view last;
   TextPool::Code last_code = 0;
   for_each_cell(block, first, column, [&](size_t record, std::string_view cell) {
-    if (cell != last) {
-      last = cell;
-      const std::string_view kept = cut_raw(cell, utf8);
-      findings.cut_cells = findings.cut_cells || kept.size() < cell.size();
+    const std::string_view kept = cut_raw(cell, utf8);
+    findings.cut_cells = findings.cut_cells || kept.size() < cell.size();
+    if (kept != last) {
+      last = kept;
       last_code = interning ? out.pool.intern(kept) : out.pool.append(kept);
     }
     out.codes[record] = last_code;
@@ -180,10 +180,11 @@ std::string BlockReader::decode(std::string_view cell) {
 void BlockReader::finish_texts(size_t column, BlockColumn& out) {
   const bool dates = plan_.column(column).dates;
   const auto is_plain = [this](std::string_view text) {
-    return code_page_ != nullptr ? is_ascii(text) : is_valid_utf8(text);
+    return code_page_ != nullptr ? text.size() <= kMaxTextCharacters && is_ascii(text) : is_valid_utf8(text);
   };
   bool all_plain = !dates;
-  for (TextPool::Code code = 1; all_plain && code < out.pool.size(); ++code) all_plain = is_plain(out.pool.text(code));
+  for (TextPool::Code code = 1; all_plain && code < out.pool.size(); ++code)
+    all_plain = is_plain(out.pool.text(code));
   if (all_plain) return;
   out.finished.resize(out.pool.size());
   for (TextPool::Code code = 1; code < out.pool.size(); ++code) {

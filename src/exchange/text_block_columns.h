@@ -5,6 +5,7 @@
 #include <atomic>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/content.h"
@@ -16,22 +17,24 @@
 
 namespace rowvane {
 
-// What is known so far of each column of the file. Written and read by all threads; a value that is seen late costs
-// time, never correctness.
+// What is known so far of each column of the file. Written where blocks are merged, in their order, and read
+// by all threads; a value that is seen late costs time and changes nothing in the result.
 struct ColumnHints {
-  std::array<std::atomic<bool>, kMaxImportColumns> text{};      // a cell that is no number was seen
-  std::array<std::atomic<bool>, kMaxImportColumns> distinct{};  // the texts do not repeat: don't look for equal ones
+  std::array<std::atomic<bool>, kMaxImportColumns> text{};  // a cell that is no number was seen
+  std::array<std::atomic<bool>, kMaxImportColumns>
+      distinct{};  // the texts do not repeat: don't look for equal ones
 };
 
 // One column of a block.
 struct BlockColumn {
   enum class Kind : uint8_t { kEmpty, kNumbers, kTexts, kContents };
 
-  Kind kind = Kind::kEmpty;             // kEmpty: no cell has a text
+  Kind kind = Kind::kEmpty;  // kEmpty: no cell has a text
   PlainVector<double> numbers;
-  PlainVector<TextPool::Code> codes;    // into the pool of this block
+  PlainVector<TextPool::Code> codes;  // into the pool of this block
+  bool interned = true;               // equal texts have equal codes
   TextPool pool;
-  std::vector<std::string> finished;    // texts by code where they differ from the pool's; empty: none differs
+  std::vector<std::string> finished;  // texts by code where they differ from the pool's; empty: none differs
   std::vector<Content> contents;
 
   std::string_view text(TextPool::Code code) const {
@@ -40,7 +43,7 @@ struct BlockColumn {
   void clear();
 };
 
-// What the user is told of the whole file, once.
+// What the user is told, once for the whole file.
 struct TextLoadFindings {
   bool cut_cells = false;
   bool not_numeric = false;
@@ -65,7 +68,8 @@ class BlockReader {
   // A cell as UTF-8 text, for field names.
   std::string decode(std::string_view cell);
 
-  TextLoadFindings findings;
+  TextLoadFindings findings;  // of what was read since this was taken
+  TextLoadFindings take_findings() { return std::exchange(findings, {}); }
 
  private:
   bool read_numbers(const TextBlock& block, size_t first, size_t column, BlockColumn& out);

@@ -1,6 +1,7 @@
 #include "exchange/text_import.h"
 
 #include <algorithm>
+#include <new>
 
 #include "core/file_error.h"
 #include "core/names.h"
@@ -12,7 +13,8 @@ namespace {
 
 constexpr uint64_t kSampleBytes = uint64_t{1} << 20;
 
-TextImportResult import_text(TextSource& source, const TextImport& settings, TextLoadPlan plan, Progress& progress) {
+TextImportResult load_table(TextSource& source, const TextImport& settings, TextLoadPlan plan,
+                            Progress& progress) {
   plan.max_records = settings.max_records;
   plan.threads = thread_count(settings.threads);
   TextStreamResult loaded = load_text(source, plan, progress);
@@ -32,11 +34,21 @@ TextImportResult failed(ErrorCode error) {
   return result;
 }
 
+TextImportResult import_text(TextSource& source, const TextImport& settings, TextLoadPlan plan,
+                             Progress& progress) {
+  try {
+    return load_table(source, settings, std::move(plan), progress);
+  } catch (const std::bad_alloc&) {
+    return failed(ErrorCode::kOutOfMemory);
+  }
+}
+
 }  // namespace
 
 TextImportResult import_text_file(const std::string& path, const TextImport& settings, Progress& progress) {
   platform::InputFile file;
-  if (const auto error = file_error(file.open(path), ErrorCode::kFileOpen); error != ErrorCode::kOk) return failed(error);
+  if (const auto error = file_error(file.open(path), ErrorCode::kFileOpen); error != ErrorCode::kOk)
+    return failed(error);
   FileTextSource source(file);
   return import_text(source, settings, text_load_plan(settings.text, settings.region), progress);
 }
@@ -48,7 +60,8 @@ TextImportResult import_text_block(std::string_view text, const TextImport& sett
 
 TextImportResult import_text_sample(const std::string& path, const TextImport& settings, uint32_t records) {
   platform::InputFile file;
-  if (const auto error = file_error(file.open(path), ErrorCode::kFileOpen); error != ErrorCode::kOk) return failed(error);
+  if (const auto error = file_error(file.open(path), ErrorCode::kFileOpen); error != ErrorCode::kOk)
+    return failed(error);
   TextImport sample = settings;
   sample.max_records = records;
   TextLoadPlan plan = text_load_plan(settings.text, settings.region);

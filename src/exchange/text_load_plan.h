@@ -12,7 +12,8 @@ namespace rowvane {
 
 enum class ColumnLoad : uint8_t {
   kAnalyze,       // Number when nothing is lost by it (parse_number_exactly), otherwise Text
-  kNumberOrText,  // chosen as Number, analysed: Number when every cell reads as one (parse_number), otherwise Text
+  kNumberOrText,  // chosen as Number, analysed: Number when every cell reads as one (parse_number), otherwise
+                  // Text
   kNumber,        // Number; cells that do not read as one stay empty and are counted
   kStoredNumber,  // Number as database files hold it: formula errors by name
   kText,
@@ -29,17 +30,26 @@ struct ColumnPlan {
   bool dates = false;  // texts that read as dates are replaced by the standard date text
 };
 
+// How a stream is cut into blocks, in bytes. Other than these only in tests.
+struct TextBlockSizes {
+  size_t block = 512 * 1024;         // aimed at
+  size_t read = 65'535;              // pulled at a time
+  size_t largest = 8 * 1024 * 1024;  // a record beyond is read piece by piece
+};
+
 struct TextLoadPlan {
   TextRules rules;
-  uint8_t encoding = TextFileSettings::kUtf8;  // of the bytes that are cut into cells: UTF-16 arrives as UTF-8
-  bool names_row = true;                       // the first record holds the field names
+  uint8_t encoding =
+      TextFileSettings::kUtf8;  // of the bytes that are cut into cells: UTF-16 arrives as UTF-8
+  bool names_row = true;        // the first record holds the field names
   NumberSeparators numbers;
-  platform::RegionalSettings region;           // for dates
-  std::vector<ColumnPlan> columns;             // the columns beyond are as `further`
+  platform::RegionalSettings region;  // for dates
+  std::vector<ColumnPlan> columns;    // the columns beyond are as `further`
   ColumnPlan further;
   size_t max_columns = kMaxImportColumns;
   uint32_t max_records = kDefaultMaxRecords;
   int threads = 1;
+  TextBlockSizes sizes;
 
   const ColumnPlan& column(size_t index) const { return index < columns.size() ? columns[index] : further; }
 };

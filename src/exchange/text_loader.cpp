@@ -15,22 +15,35 @@ struct TextLoader::LoadedColumn {
   NumberColumn numbers;
   TextColumn texts;
   ContentColumn contents;
-  size_t non_empty = 0;           // texts added so far
+  size_t non_empty = 0;             // texts added so far
   std::vector<TextPool::Code> map;  // scratch: codes of the block to codes of the column
 };
 
-TextLoader::TextLoader(const TextLoadPlan& plan, uint64_t text_bytes) : plan_(plan), text_bytes_(text_bytes) {}
+void LoadJob::clear() {
+  block.clear();
+  tokenized = false;
+  findings = {};
+}
+
+TextLoader::TextLoader(const TextLoadPlan& plan, uint64_t text_bytes)
+    : plan_(plan), text_bytes_(text_bytes) {}
 
 TextLoader::~TextLoader() = default;
 
+size_t TextLoader::heading_records(const LoadJob& job) const {
+  return plan_.names_row && job.index == 0 && job.block.record_count() > 0 ? 1 : 0;
+}
+
 void TextLoader::parse(LoadJob& job, BlockReader& reader) const {
   if (!job.tokenized) job.block.tokenize(plan_.rules);
-  const size_t first = plan_.names_row && job.index == 0 && job.block.record_count() > 0 ? 1 : 0;
+  job.tokenized = true;
+  const size_t first = heading_records(job);
   const size_t columns = std::min(job.block.column_count(), plan_.max_columns);
   for (BlockColumn& column : job.columns) column.clear();
   if (job.columns.size() < columns) job.columns.resize(columns);
   for (size_t i = 0; i < columns; ++i) reader.read(job.block, first, i, job.columns[i]);
-  if (job.block.has_cut_cells) reader.findings.cut_cells = true;
+  job.findings = reader.take_findings();
+  if (job.block.has_cut_cells) job.findings.cut_cells = true;
 }
 
 std::vector<std::unique_ptr<LoadJob>> TextLoader::merge(std::unique_ptr<LoadJob> job, BlockReader& reader) {
@@ -65,23 +78,33 @@ void TextLoader::reserve(const LoadJob& job, size_t records) {
   expected_records_ = static_cast<size_t>(std::min(expected, static_cast<double>(plan_.max_records)));
 }
 
+// The records that there is no room for leave no trace: neither columns nor types nor notices come from them.
+void TextLoader::drop_overflow(LoadJob& job, BlockReader& reader) {
+  const size_t records = job.block.record_count() - heading_records(job);
+  const size_t room = plan_.max_records - records_;
+  if (records <= room) return;
+  too_many_records_ = true;
+  full_ = true;
+  job.block.keep_records(heading_records(job) + room);
+  parse(job, reader);
+}
+
 void TextLoader::merge_in_order(LoadJob& job, BlockReader& reader) {
+  if (full_) return;
+  drop_overflow(job, reader);
   const TextBlock& block = job.block;
   const size_t columns = std::min(block.column_count(), plan_.max_columns);
   too_many_columns_ = too_many_columns_ || block.column_count() > plan_.max_columns;
   while (columns_.size() < columns) add_column();
-  const bool has_names = plan_.names_row && job.index == 0 && block.record_count() > 0;
-  if (has_names) take_names(block, reader);
-  const size_t first = has_names ? 1 : 0;
-  size_t records = block.record_count() - first;
+  const size_t first = heading_records(job);
+  if (first > 0) take_names(block, reader);
+  const size_t records = block.record_count() - first;
   if (job.index == 0) reserve(job, records);
-  if (records > plan_.max_records - records_) {
-    records = plan_.max_records - records_;
-    too_many_records_ = true;
-    full_ = true;
-  }
-  for (size_t i = 0; i < columns && records > 0; ++i) add_block(i, job.columns[i], job, first, records, reader);
+  for (size_t i = 0; i < columns && records > 0; ++i)
+    add_block(i, job.columns[i], job, first, records, reader);
   records_ += static_cast<uint32_t>(records);
+  findings_.add(job.findings);
+  findings_.add(reader.take_findings());
 }
 
 namespace {
@@ -92,12 +115,13 @@ void pad(Cells& cells, size_t size, typename Cells::value_type empty) {
   if (cells.size() < size) cells.resize(size, empty);
 }
 
-constexpr size_t kDistinctSample = 32'768;  // texts seen before a column may count as one whose texts do not repeat
+constexpr size_t kDistinctSample =
+    32'768;  // texts seen before a column may count as one whose texts do not repeat
 
 }  // namespace
 
-void TextLoader::add_block(size_t index, BlockColumn& column, const LoadJob& job, size_t first, size_t records,
-                           BlockReader& reader) {
+void TextLoader::add_block(size_t index, BlockColumn& column, const LoadJob& job, size_t first,
+                           size_t records, BlockReader& reader) {
   using State = LoadedColumn::State;
   LoadedColumn& loaded = *columns_[index];
   if (column.kind == BlockColumn::Kind::kNumbers && loaded.state == State::kTexts) {
@@ -121,6 +145,7 @@ void TextLoader::add_block(size_t index, BlockColumn& column, const LoadJob& job
         loaded.numbers = {};
       }
       loaded.state = State::kTexts;
+      hints_.text[index].store(true, std::memory_order_relaxed);
       return add_texts(index, column, records);
     case BlockColumn::Kind::kContents:
       loaded.state = State::kContents;
@@ -138,13 +163,11 @@ void TextLoader::add_texts(size_t index, const BlockColumn& column, size_t recor
   TextColumn& texts = loaded.texts;
   texts.cells.reserve(expected_records_);
   pad(texts.cells, records_, 0);
-  loaded.map.resize(column.pool.size());
-  for (TextPool::Code code = 0; code < loaded.map.size(); ++code) loaded.map[code] = texts.code_for(column.text(code));
   texts.cells.resize(records_ + records);
-  TextPool::Code* out = texts.cells.data() + records_;
-  for (size_t i = 0; i < records; ++i) {
-    out[i] = loaded.map[column.codes[i]];
-    loaded.non_empty += out[i] != 0;
+  if (column.interned && !texts.interning) {
+    add_distinct(loaded, column, records);
+  } else {
+    add_repeating(loaded, column, records);
   }
   if (texts.interning && loaded.non_empty >= kDistinctSample && texts.pool->size() > loaded.non_empty / 2) {
     texts.interning = false;
@@ -153,13 +176,36 @@ void TextLoader::add_texts(size_t index, const BlockColumn& column, size_t recor
   }
 }
 
-std::vector<Notice> TextLoader::notices(const TextLoadFindings& findings) const {
+// One code for each text of the block.
+void TextLoader::add_repeating(LoadedColumn& loaded, const BlockColumn& column, size_t records) {
+  loaded.map.resize(column.pool.size());
+  for (TextPool::Code code = 0; code < loaded.map.size(); ++code) {
+    loaded.map[code] = loaded.texts.code_for(column.text(code));
+  }
+  TextPool::Code* out = loaded.texts.cells.data() + records_;
+  for (size_t i = 0; i < records; ++i) {
+    out[i] = loaded.map[column.codes[i]];
+    loaded.non_empty += out[i] != 0;
+  }
+}
+
+// For a block that was read before the texts were known not to repeat: gives the codes that it would have
+// had.
+void TextLoader::add_distinct(LoadedColumn& loaded, const BlockColumn& column, size_t records) {
+  TextPool::Code* out = loaded.texts.cells.data() + records_;
+  for (size_t i = 0; i < records; ++i) {
+    const bool again = i > 0 && column.codes[i] == column.codes[i - 1];
+    out[i] = again ? out[i - 1] : loaded.texts.code_for(column.text(column.codes[i]));
+  }
+}
+
+std::vector<Notice> TextLoader::notices() const {
   std::vector<Notice> notices;
   if (too_many_records_) notices.emplace_back(MessageId::kTooManyRecordsInFile);
   if (too_many_columns_) notices.emplace_back(MessageId::kTooManyColumnsInFile);
-  if (findings.cut_cells) notices.emplace_back(MessageId::kCellsTruncated);
-  if (findings.not_numeric) notices.emplace_back(MessageId::kTextNotNumeric);
-  if (findings.invalid_utf8) notices.emplace_back(ErrorCode::kInvalidUtf8);
+  if (findings_.cut_cells) notices.emplace_back(MessageId::kCellsTruncated);
+  if (findings_.not_numeric) notices.emplace_back(MessageId::kTextNotNumeric);
+  if (findings_.invalid_utf8) notices.emplace_back(ErrorCode::kInvalidUtf8);
   return notices;
 }
 
@@ -175,6 +221,7 @@ void TextLoader::take_columns(TextLoader& other, const std::vector<size_t>& colu
   for (const size_t index : columns) {
     if (index < other.columns_.size()) columns_[index] = std::move(other.columns_[index]);
   }
+  findings_.add(other.findings_);
 }
 
 TableData TextLoader::finish() {
@@ -191,7 +238,8 @@ TableData TextLoader::finish() {
     if (load == ColumnLoad::kLongText) {
       field.type = FieldType::kLongText;
       data.columns.emplace_back(std::move(loaded.contents));
-    } else if (loaded.state == State::kNumbers || load == ColumnLoad::kNumber || load == ColumnLoad::kStoredNumber) {
+    } else if (loaded.state == State::kNumbers || load == ColumnLoad::kNumber ||
+               load == ColumnLoad::kStoredNumber) {
       field.type = FieldType::kNumber;
       data.columns.emplace_back(std::move(loaded.numbers));
     } else {

@@ -20,10 +20,14 @@ struct LoadJob {
   TextBlock block;
   bool tokenized = false;  // the cells of the block were found already
   std::deque<BlockColumn> columns;
+  TextLoadFindings findings;
+
+  // Empty again, ready for the next block.
+  void clear();
 };
 
-// The columns so far. `parse` may run on several threads with one reader each; `merge` takes jobs in any order and
-// merges them by index, on whatever thread brings the one that was missing.
+// The columns so far. `parse` may run on several threads with one reader each; `merge` takes jobs in any
+// order and merges them by index, on whatever thread brings the one that was missing.
 class TextLoader {
  public:
   // TEXT_BYTES: size of the whole text as far as it is known, to reserve memory; 0 where it is not.
@@ -41,11 +45,12 @@ class TextLoader {
   uint64_t merged() const { return next_; }
 
   // After the last merge:
-  // What to tell the user, FINDINGS being those of all readers.
-  std::vector<Notice> notices(const TextLoadFindings& findings) const;
-  // Columns that turned out to be Text after records had been stored as numbers. Their texts have to be read again.
+  // What to tell the user.
+  std::vector<Notice> notices() const;
+  // Columns that turned out to be Text after records had been stored as numbers. Their texts have to be read
+  // again.
   std::vector<size_t> columns_to_reload() const;
-  // Takes the columns COLUMNS from another load of the same text.
+  // Takes the columns COLUMNS, and what was found in them, from another load of the same text.
   void take_columns(TextLoader& other, const std::vector<size_t>& columns);
   // The columns, all of the same length; those of kSkip are left out. FIELDS get names, types and positions.
   TableData finish();
@@ -54,12 +59,16 @@ class TextLoader {
   struct LoadedColumn;
 
   void merge_in_order(LoadJob& job, BlockReader& reader);
+  size_t heading_records(const LoadJob& job) const;
+  void drop_overflow(LoadJob& job, BlockReader& reader);
   void take_names(const TextBlock& block, BlockReader& reader);
   void reserve(const LoadJob& job, size_t records);
   void add_column();
   void add_block(size_t index, BlockColumn& column, const LoadJob& job, size_t first, size_t records,
                  BlockReader& reader);
   void add_texts(size_t index, const BlockColumn& column, size_t records);
+  void add_repeating(LoadedColumn& loaded, const BlockColumn& column, size_t records);
+  void add_distinct(LoadedColumn& loaded, const BlockColumn& column, size_t records);
 
   const TextLoadPlan& plan_;
   uint64_t text_bytes_;
@@ -72,6 +81,7 @@ class TextLoader {
   size_t expected_records_ = 0;
   uint32_t records_ = 0;
   std::atomic<bool> full_ = false;
+  TextLoadFindings findings_;
   bool too_many_records_ = false;
   bool too_many_columns_ = false;
 };

@@ -13,17 +13,14 @@
 namespace rowvane {
 namespace {
 
-constexpr size_t kBlockBytes = 512 * 1024;
-constexpr size_t kReadBytes = 65'535;               // pulled at a time
-constexpr size_t kLargestBlock = 8 * 1024 * 1024;   // a record beyond is read piece by piece
 constexpr size_t kMaxRawCell = 4 * kMaxTextCharacters + 4;
-constexpr size_t kMaxJobBytes = size_t{1} << 31;    // cells are addressed with 32 bits
+constexpr size_t kMaxJobBytes = size_t{1} << 31;  // cells are addressed with 32 bits
 
 // The threads that parse, the jobs that wait for them, and the jobs that are free for use again.
 class ParserPool {
  public:
-  ParserPool(TextLoader& loader, int threads, TextLoadFindings& findings)
-      : loader_(loader), findings_(findings), limit_(2 * static_cast<size_t>(threads) + 2) {
+  ParserPool(TextLoader& loader, int threads)
+      : loader_(loader), limit_(2 * static_cast<size_t>(threads) + 2) {
     for (int i = 0; i < threads; ++i) threads_.emplace_back([this] { run(); });
   }
 
@@ -75,8 +72,6 @@ class ParserPool {
       }
       give_back(std::move(done));
     }
-    const std::lock_guard lock(mutex_);
-    findings_.add(reader.findings);
   }
 
   std::unique_ptr<LoadJob> next_job() {
@@ -91,8 +86,7 @@ class ParserPool {
   void give_back(std::vector<std::unique_ptr<LoadJob>> done) {
     const std::lock_guard lock(mutex_);
     for (auto& job : done) {
-      job->block.clear();
-      job->tokenized = false;
+      job->clear();
       free_.push_back(std::move(job));
     }
     if (out_of_memory_) made_ = 0;
@@ -100,7 +94,6 @@ class ParserPool {
   }
 
   TextLoader& loader_;
-  TextLoadFindings& findings_;
   size_t limit_;
   std::mutex mutex_;
   std::condition_variable changed_;
@@ -116,7 +109,7 @@ class ParserPool {
 class StreamCutter {
  public:
   StreamCutter(const TextLoadPlan& plan, const std::function<size_t(std::span<char>)>& read, ParserPool& pool)
-      : plan_(plan), read_(read), pool_(pool), job_(pool.free_job()) {}
+      : plan_(plan), read_(read), pool_(pool), sizes_(plan.sizes), job_(pool.free_job()) {}
 
   void run(const TextLoader& loader) {
     while (!loader.is_full() && !pool_.is_out_of_memory() && fill(block_target_)) {
@@ -128,11 +121,13 @@ class StreamCutter {
  private:
   TextBlock& block() { return job_->block; }
 
-  // Reads until the block holds SIZE bytes. False at the end of the text.
+  // Reads until the block holds SIZE bytes and no more, so that the blocks of a text are the same whatever
+  // the pieces it arrives in. False at the end of the text.
   bool fill(size_t size) {
-    block().reserve(size + kReadBytes);
+    block().reserve(size);
     while (block().size() < size) {
-      const size_t count = read_({block().text() + block().size(), kReadBytes});
+      const size_t count =
+          read_({block().text() + block().size(), std::min(sizes_.read, size - block().size())});
       if (count == 0) return false;
       block().set_size(block().size() + count);
     }
@@ -142,11 +137,11 @@ class StreamCutter {
   // Sends the whole records of the block off; what is left begins the next one.
   void cut() {
     const size_t end = last_record_end({block().text(), block().size()}, plan_.rules);
-    if (end == 0 && block().size() < kLargestBlock) {
+    if (end == 0 && block().size() < sizes_.largest) {
       block_target_ = block().size() * 2;
       return;
     }
-    block_target_ = kBlockBytes;
+    block_target_ = sizes_.block;
     if (end == 0) {
       read_large_record();
       return;
@@ -159,7 +154,7 @@ class StreamCutter {
 
   void move_tail(size_t end, TextBlock& target) {
     const size_t left = block().size() - end;
-    std::memcpy(target.reserve(std::max(kBlockBytes + kReadBytes, left)), block().text() + end, left);
+    std::memcpy(target.reserve(std::max(sizes_.block, left)), block().text() + end, left);
     target.set_size(left);
   }
 
@@ -169,13 +164,24 @@ class StreamCutter {
     job_ = std::move(next);
   }
 
+  bool is_loaded(size_t column) const {
+    return column < plan_.max_columns && plan_.column(column).load != ColumnLoad::kSkip;
+  }
+
   size_t cell_limit(const LoadJob& job, size_t column) const {
-    if (column >= plan_.max_columns || plan_.column(column).load == ColumnLoad::kSkip) return 0;
+    if (!is_loaded(column)) return 0;
     if (plan_.column(column).load != ColumnLoad::kLongText) return kMaxRawCell;
     return kMaxJobBytes - std::min(kMaxJobBytes, job.block.size());
   }
 
-  // Reads the record at the front of the block to its end, however long it is, keeping what the columns can hold.
+  // Replaces the block by the next piece of the text; answers its size.
+  size_t read_piece() {
+    block().set_size(read_({block().text(), std::min(sizes_.read, block().capacity())}));
+    return block().size();
+  }
+
+  // Reads the record at the front of the block to its end, however long it is, keeping what the columns can
+  // hold.
   void read_large_record() {
     auto large = pool_.free_job();
     large->tokenized = true;
@@ -185,7 +191,7 @@ class StreamCutter {
     handler.cell = [&](size_t column, std::string_view cell, bool cut) {
       if (column > plan_.max_columns) return;
       large->block.add_cell(cell);
-      if (cut && cell_limit(*large, column) > 0) large->block.has_cut_cells = true;
+      if (cut && is_loaded(column)) large->block.has_cut_cells = true;
     };
     handler.record_end = [&] {
       large->block.end_record();
@@ -195,15 +201,18 @@ class StreamCutter {
     TextTokenizer tokenizer(plan_.rules, handler);
     size_t taken = tokenizer.feed({block().text(), block().size()});
     while (!ended) {
-      block().set_size(0);
-      const size_t count = read_({block().text(), kReadBytes});
-      block().set_size(count);
-      if (count == 0) tokenizer.finish();
-      if (count == 0) break;
-      taken = tokenizer.feed({block().text(), count});
+      if (read_piece() == 0) {
+        tokenizer.finish();
+        taken = 0;
+      } else {
+        taken = tokenizer.feed({block().text(), block().size()});
+      }
+    }
+    if (taken == block().size() && tokenizer.line_feed_may_follow()) {
+      taken = read_piece() > 0 && *block().text() == '\n' ? 1 : 0;
     }
     auto rest = std::move(job_);
-    const size_t left = ended && rest->block.size() > 0 ? rest->block.size() - taken : 0;
+    const size_t left = rest->block.size() - taken;
     std::memmove(rest->block.text(), rest->block.text() + taken, left);
     rest->block.set_size(left);
     job_ = std::move(large);
@@ -213,16 +222,17 @@ class StreamCutter {
   const TextLoadPlan& plan_;
   const std::function<size_t(std::span<char>)>& read_;
   ParserPool& pool_;
+  TextBlockSizes sizes_;
   std::unique_ptr<LoadJob> job_;
   uint64_t index_ = 0;
-  size_t block_target_ = kBlockBytes;
+  size_t block_target_ = sizes_.block;
 };
 
 }  // namespace
 
 ErrorCode load_text_stream(TextLoader& loader, const TextLoadPlan& plan,
-                           const std::function<size_t(std::span<char>)>& read, TextLoadFindings& findings) {
-  ParserPool pool(loader, plan.threads, findings);
+                           const std::function<size_t(std::span<char>)>& read) {
+  ParserPool pool(loader, plan.threads);
   try {
     StreamCutter(plan, read, pool).run(loader);
   } catch (const std::bad_alloc&) {
@@ -233,20 +243,19 @@ ErrorCode load_text_stream(TextLoader& loader, const TextLoadPlan& plan,
 }
 
 ErrorCode load_text_blocks(TextLoader& loader, const TextLoadPlan& plan, uint64_t count,
-                           const std::function<ErrorCode(uint64_t index, LoadJob& job)>& read_block,
-                           TextLoadFindings& findings) {
+                           const std::function<ErrorCode(uint64_t index, LoadJob& job)>& read_block) {
   constexpr auto kPause = std::chrono::microseconds(50);
   const uint64_t ahead = 2 * static_cast<uint64_t>(plan.threads) + 2;
   std::atomic<uint64_t> next = 0;
   std::atomic<ErrorCode> failure = ErrorCode::kOk;
-  std::mutex mutex;
   const auto run = [&] {
     BlockReader reader = loader.make_reader();
     auto job = std::make_unique<LoadJob>();
     for (uint64_t index = next++; index < count && failure == ErrorCode::kOk; index = next++) {
       try {
         // A thread that was held up must not be left behind by ever more blocks that wait for its own.
-        while (index > loader.merged() + ahead && failure == ErrorCode::kOk) std::this_thread::sleep_for(kPause);
+        while (index > loader.merged() + ahead && failure == ErrorCode::kOk)
+          std::this_thread::sleep_for(kPause);
         job->index = index;
         const ErrorCode error = read_block(index, *job);
         if (error != ErrorCode::kOk) {
@@ -256,14 +265,12 @@ ErrorCode load_text_blocks(TextLoader& loader, const TextLoadPlan& plan, uint64_
         loader.parse(*job, reader);
         auto done = loader.merge(std::move(job), reader);
         job = done.empty() ? std::make_unique<LoadJob>() : std::move(done.back());
-        job->block.clear();
+        job->clear();
       } catch (const std::bad_alloc&) {
         failure.store(ErrorCode::kOutOfMemory);
         break;
       }
     }
-    const std::lock_guard lock(mutex);
-    findings.add(reader.findings);
   };
   std::vector<std::jthread> threads;
   for (int i = 0; i < plan.threads; ++i) threads.emplace_back(run);

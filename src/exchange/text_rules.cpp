@@ -9,7 +9,8 @@ std::shared_ptr<const std::array<bool, 256>> lead_bytes_of(uint8_t encoding) {
   const auto page = platform::CodePage::open(code_page_of(encoding));
   if (page == nullptr || page->max_character_bytes() == 1) return nullptr;
   auto leads = std::make_shared<std::array<bool, 256>>();
-  for (size_t byte = 0; byte < 256; ++byte) (*leads)[byte] = page->is_lead_byte(static_cast<unsigned char>(byte));
+  for (size_t byte = 0; byte < 256; ++byte)
+    (*leads)[byte] = page->is_lead_byte(static_cast<unsigned char>(byte));
   return leads;
 }
 

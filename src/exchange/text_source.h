@@ -17,7 +17,8 @@ class TextSource {
   virtual uint64_t size() const = 0;
   // Starts again at the first byte.
   virtual ErrorCode rewind() = 0;
-  // Fills BUFFER and answers the number of bytes; 0 at the end. A failure ends the text and is kept in `error`.
+  // Fills BUFFER and answers the number of bytes; 0 at the end. A failure ends the text and is kept in
+  // `error`.
   virtual size_t read(std::span<char> buffer) = 0;
 
   ErrorCode error = ErrorCode::kOk;

@@ -1,5 +1,6 @@
 #include "exchange/text_stream.h"
 
+#include <new>
 #include <thread>
 
 #include "exchange/text_pipeline.h"
@@ -17,7 +18,10 @@ constexpr size_t kUtf16BlockBytes = 16'384;
 class PipeFeeder {
  public:
   PipeFeeder(TextSource& source, const TextLoadPlan& plan, platform::BytePipe& pipe, Progress& progress)
-      : source_(source), utf16_(plan.encoding == TextFileSettings::kUtf16), plan_(plan), pipe_(pipe),
+      : source_(source),
+        utf16_(plan.encoding == TextFileSettings::kUtf16),
+        plan_(plan),
+        pipe_(pipe),
         progress_(progress) {}
 
   // kOk also when the parser wanted no more.
@@ -76,8 +80,8 @@ class PipeFeeder {
 };
 
 // One pass over the source.
-Status run_pass(TextSource& source, const TextLoadPlan& plan, TextLoader& loader, TextLoadFindings& findings,
-                Progress& progress, ErrorCode& error) {
+Status run_pass(TextSource& source, const TextLoadPlan& plan, TextLoader& loader, Progress& progress,
+                ErrorCode& error) {
   error = source.rewind();
   platform::BytePipe pipe;
   if (error == ErrorCode::kOk && !pipe.create(kPipeBytes)) error = ErrorCode::kOutOfResources;
@@ -85,14 +89,18 @@ Status run_pass(TextSource& source, const TextLoadPlan& plan, TextLoader& loader
   ErrorCode parse_error = ErrorCode::kOk;
   std::jthread parser([&] {
     parse_error = load_text_stream(
-        loader, plan, [&pipe](std::span<char> buffer) { return pipe.read(std::as_writable_bytes(buffer)); },
-        findings);
+        loader, plan, [&pipe](std::span<char> buffer) { return pipe.read(std::as_writable_bytes(buffer)); });
     pipe.close_read_end();
   });
-  Status status = PipeFeeder(source, plan, pipe, progress).run();
+  Status status = Status::kOk;
+  try {
+    status = PipeFeeder(source, plan, pipe, progress).run();
+  } catch (const std::bad_alloc&) {
+    error = ErrorCode::kOutOfMemory;
+  }
   pipe.close_write_end();
   parser.join();
-  error = parse_error != ErrorCode::kOk ? parse_error : source.error;
+  if (error == ErrorCode::kOk) error = parse_error != ErrorCode::kOk ? parse_error : source.error;
   return error != ErrorCode::kOk ? Status::kFailed : status;
 }
 
@@ -109,18 +117,17 @@ TextLoadPlan reload_plan(const TextLoadPlan& plan, const std::vector<size_t>& co
 
 TextStreamResult load_text(TextSource& source, const TextLoadPlan& plan, Progress& progress) {
   TextStreamResult result;
-  TextLoadFindings findings;
   TextLoader loader(plan, source.size());
-  result.status = run_pass(source, plan, loader, findings, progress, result.error);
+  result.status = run_pass(source, plan, loader, progress, result.error);
   const std::vector<size_t> columns = loader.columns_to_reload();
   if (result.status == Status::kOk && !columns.empty()) {
     const TextLoadPlan again = reload_plan(plan, columns);
     TextLoader second(again, source.size());
-    result.status = run_pass(source, again, second, findings, progress, result.error);
+    result.status = run_pass(source, again, second, progress, result.error);
     loader.take_columns(second, columns);
   }
   if (result.status != Status::kOk) return result;
-  result.notices = loader.notices(findings);
+  result.notices = loader.notices();
   result.data = loader.finish();
   return result;
 }

@@ -3,6 +3,11 @@
 #include <utility>
 
 namespace rowvane {
+namespace {
+
+constexpr size_t kKeptCapacity = size_t{1} << 20;  // one long text must not hold its memory for good
+
+}  // namespace
 
 TextTokenizer::TextTokenizer(const TextRules& rules, Handler handler)
     : rules_(rules), handler_(std::move(handler)), limit_(handler_.limit(0)) {}
@@ -122,6 +127,7 @@ void TextTokenizer::reopen_quoted() {
 void TextTokenizer::end_cell() {
   if (rules_.fixed()) cell_.erase(cell_.find_last_not_of(' ') + 1);
   handler_.cell(column_, cell_, cut_);
+  if (cell_.capacity() > kKeptCapacity) cell_ = {};
   cell_.clear();
   cut_ = false;
   characters_ = 0;

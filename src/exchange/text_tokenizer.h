@@ -1,7 +1,8 @@
-// The tokenizer for text that arrives piece by piece: one character after the other, by the rules of text_rules.h.
+// The tokenizer for text that arrives piece by piece: one character after the other, by the rules of
+// text_rules.h.
 //
-// It needs no more memory than the cell limit, whatever the text holds, and is the reference that the block tokenizer
-// (text_block.h) is tested against.
+// It needs no more memory than the cell limit, whatever the text holds, and is the reference that the block
+// tokenizer (text_block.h) is tested against.
 #pragma once
 
 #include <cstddef>
@@ -15,8 +16,8 @@ namespace rowvane {
 
 class TextTokenizer {
  public:
-  // The cells of the record being read. `limit(column)` is the number of bytes kept of a cell; longer ones are cut and
-  // counted.
+  // The cells of the record being read. `limit(column)` is the number of bytes kept of a cell; longer ones
+  // are cut and counted.
   struct Handler {
     std::function<size_t(size_t column)> limit;
     std::function<void(size_t column, std::string_view cell, bool cut)> cell;
@@ -28,11 +29,21 @@ class TextTokenizer {
 
   // Reads PIECE; answers the number of bytes taken, fewer than given only when `record_end` answered false.
   size_t feed(std::string_view piece);
+  // True when the text taken so far ends with a CR, whose LF may come next.
+  bool line_feed_may_follow() const { return state_ == State::kAfterCarriageReturn; }
   // The data has ended: completes the record that is open.
   void finish();
 
  private:
-  enum class State { kRecordStart, kFieldStart, kText, kQuoted, kQuoteSeen, kBlanksAfterQuote, kAfterCarriageReturn };
+  enum class State {
+    kRecordStart,
+    kFieldStart,
+    kText,
+    kQuoted,
+    kQuoteSeen,
+    kBlanksAfterQuote,
+    kAfterCarriageReturn
+  };
 
   bool take(char c);
   bool take_separated(char c);
@@ -52,8 +63,8 @@ class TextTokenizer {
   size_t limit_ = 0;
   std::string cell_;
   bool cut_ = false;
-  size_t characters_ = 0;     // taken of a fixed-width cell
-  bool trail_byte_ = false;   // the next byte belongs to a double-byte character
+  size_t characters_ = 0;    // taken of a fixed-width cell
+  bool trail_byte_ = false;  // the next byte belongs to a double-byte character
 };
 
 }  // namespace rowvane

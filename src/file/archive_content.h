@@ -9,8 +9,8 @@
 
 namespace rowvane {
 
-// A member of an open archive, which stays open as long as a content refers to it. After saving, the same content is
-// bound to the member in the new file, so that the old one can go.
+// A member of an open archive, which stays open as long as a content refers to it. After saving, the same
+// content is bound to the member in the new file, so that the old one can go.
 class ArchiveContent final : public ContentSource {
  public:
   ArchiveContent(std::shared_ptr<const ZipReader> archive, const ZipMember& member)

@@ -22,7 +22,8 @@ uint32_t ItemReader::get(size_t bytes) {
     return 0;
   }
   uint32_t value = 0;
-  for (size_t i = 0; i < bytes; ++i) value |= static_cast<uint32_t>(static_cast<unsigned char>(rest_[i])) << (8 * i);
+  for (size_t i = 0; i < bytes; ++i)
+    value |= static_cast<uint32_t>(static_cast<unsigned char>(rest_[i])) << (8 * i);
   rest_.remove_prefix(bytes);
   return value;
 }

@@ -23,8 +23,8 @@ class ItemWriter {
   std::string bytes_;
 };
 
-// Reads what ItemWriter wrote. After the first item that the bytes do not hold whole, `failed` is true and all items
-// read as 0 and empty.
+// Reads what ItemWriter wrote. After the first item that the bytes do not hold whole, `failed` is true and
+// all items read as 0 and empty.
 class ItemReader {
  public:
   explicit ItemReader(std::string_view bytes) : rest_(bytes) {}

@@ -79,8 +79,9 @@ void put_table(const StoredTable& table, ItemWriter& out) {
 
 bool has_unique_names(const std::vector<Field>& fields) {
   std::unordered_set<std::string> names;
-  return std::all_of(fields.begin(), fields.end(),
-                     [&names](const Field& field) { return names.insert(platform::fold_case(field.name)).second; });
+  return std::all_of(fields.begin(), fields.end(), [&names](const Field& field) {
+    return names.insert(platform::fold_case(field.name)).second;
+  });
 }
 
 StoredTable get_table(ItemReader& in, size_t folders, bool& valid) {

@@ -1,5 +1,5 @@
-// "config.dat": everything of a database but its records, as one stream of binary items. doc/file-format.md describes
-// each item.
+// "config.dat": everything of a database but its records, as one stream of binary items. doc/file-format.md
+// describes each item.
 #pragma once
 
 #include <string>
@@ -45,8 +45,9 @@ DatabaseConfig config_of(const Database& database, const std::vector<CWorkSheet*
 
 std::string write_config(const DatabaseConfig& config);
 
-// kNewerVersion for a layout that this version does not know, kInvalidBinaryFormat for anything that write_config does
-// not write: cut off or surplus bytes, wrong types, indices and counts, names that break the rules.
+// kNewerVersion for a layout that this version does not know, kInvalidBinaryFormat for anything that
+// write_config does not write: cut off or surplus bytes, wrong types, indices and counts, names that break
+// the rules.
 ErrorCode read_config(std::string_view bytes, DatabaseConfig& config);
 
 }  // namespace rowvane

@@ -19,18 +19,19 @@
 
 namespace rowvane {
 
-inline constexpr int kFormatVersion = 2025;      // written as "this-version.txt" and "min-version.txt"
-inline constexpr int kDefaultDeflateLevel = 1;   // doc/benchmarks.md: a quarter of level 6's time for a sixth more bytes
+inline constexpr int kFormatVersion = 2025;  // written as "this-version.txt" and "min-version.txt"
+inline constexpr int kDefaultDeflateLevel =
+    1;  // doc/benchmarks.md: a quarter of level 6's time for a sixth more bytes
 
 // The container variant to save in. kAuto keeps that of the opened file; new files are ZIP64.
 enum class SaveVariant { kAuto, kZip64, kZip32 };
 
 struct SaveSettings {
   SaveVariant variant = SaveVariant::kAuto;
-  int level = kDefaultDeflateLevel;          // of deflate, 1 to 9
-  std::vector<const CWorkSheet*> tables;     // to be saved; empty: all
-  bool as_copy = false;                      // the database stays with the file that it has
-  bool drop_unused = false;                  // leave out members that nothing refers to
+  int level = kDefaultDeflateLevel;       // of deflate, 1 to 9
+  std::vector<const CWorkSheet*> tables;  // to be saved; empty: all
+  bool as_copy = false;                   // the database stays with the file that it has
+  bool drop_unused = false;               // leave out members that nothing refers to
 };
 
 struct SaveResult {
@@ -42,17 +43,17 @@ struct SaveResult {
 // The question that a choice of variant raises (texts::kZip32Limits), or empty.
 std::string check_save_variant(SaveVariant variant);
 
-// The link between an open database and its file: what of the file is still valid, so that saving copies it as it is.
-// Owned beside the database, which must outlive it.
+// The link between an open database and its file: what of the file is still valid, so that saving copies it
+// as it is. Owned beside the database, which must outlive it.
 class DatabaseFile {
  public:
   explicit DatabaseFile(Database& database) : database_(database) {}
 
-  // Saves to PATH, which is replaced in one step once all is written; unless saved as a copy, the database then belongs
-  // to that file. Tables and contents that did not change are copied without being packed again, and so are members
-  // that the database does not know.
-  // Errors: kFileCreate, kFileInUse, kFileWrite, kTooManyZipStreams and kBinaryFieldsTooLarge (limits), those of
-  // contents that can't be read. The old file is whole then.
+  // Saves to PATH, which is replaced in one step once all is written; unless saved as a copy, the database
+  // then belongs to that file. Tables and contents that did not change are copied without being packed again,
+  // and so are members that the database does not know. Errors: kFileCreate, kFileInUse, kFileWrite,
+  // kTooManyZipStreams and kBinaryFieldsTooLarge (limits), those of contents that can't be read. The old file
+  // is whole then.
   SaveResult save(const std::string& path, const SaveSettings& settings, const Options& options,
                   Progress& progress = Progress::none());
 
@@ -85,19 +86,20 @@ struct OpenedDatabase {
   bool cancelled = false;
   std::unique_ptr<Database> database;  // null unless kOk
   std::unique_ptr<DatabaseFile> file;
-  std::vector<Notice> notices;         // 123 to 125, 198 (a ZIP32 file), errors 73 and 131
+  std::vector<Notice> notices;  // 123 to 125, 198 (a ZIP32 file), errors 73 and 131
 };
 
-// Opens a database file. QUESTIONS decides whether tables that are in the archive but not in its configuration are
-// added (message 183); without, they are not.
-// Errors: kFileOpen, kFileInUse, kFileRead; kInvalidBinaryFormat for a file that is no archive or whose configuration
-// is damaged; kManifest; kNewerVersion; the zip codes for damaged members; kOutOfMemory.
+// Opens a database file. QUESTIONS decides whether tables that are in the archive but not in its
+// configuration are added (message 183); without, they are not. Errors: kFileOpen, kFileInUse, kFileRead;
+// kInvalidBinaryFormat for a file that is no archive or whose configuration is damaged; kManifest;
+// kNewerVersion; the zip codes for damaged members; kOutOfMemory.
 OpenedDatabase open_database(const std::string& path, const Options& options, Questions* questions = nullptr,
                              Progress& progress = Progress::none());
 
 struct CompactResult {
   SaveResult save;
-  MessageId message = MessageId::kCompacted;  // 174, 175 or 176: what to tell the user when there was no error
+  MessageId message =
+      MessageId::kCompacted;  // 174, 175 or 176: what to tell the user when there was no error
 };
 
 // Rewrites the file of DATABASE without the members that nothing refers to.

@@ -25,7 +25,8 @@ constexpr uint64_t kMaxBlockBytes = uint64_t{1} << 26;  // what this program wri
 bool has_record_blocks(const ZipMember& member) {
   const auto& blocks = member.index.blocks;
   return member.index.blocks_end_at_records && !blocks.empty() &&
-         std::all_of(blocks.begin(), blocks.end(), [](const ZipBlock& block) { return block.size <= kMaxBlockBytes; });
+         std::all_of(blocks.begin(), blocks.end(),
+                     [](const ZipBlock& block) { return block.size <= kMaxBlockBytes; });
 }
 
 // The lines of TEXT.
@@ -96,7 +97,8 @@ ErrorCode DatabaseOpener::check_manifest() {
   const ZipMember* member = use(kManifestName);
   if (member == nullptr) return ErrorCode::kManifest;
   std::string text;
-  if (const ErrorCode error = archive_->read(*member, kMaxManifestBytes, text); error != ErrorCode::kOk) return error;
+  if (const ErrorCode error = archive_->read(*member, kMaxManifestBytes, text); error != ErrorCode::kOk)
+    return error;
   std::vector<ManifestEntry> entries;
   if (const ErrorCode error = read_manifest(text, entries); error != ErrorCode::kOk) return error;
   const auto config = std::find_if(entries.begin(), entries.end(),
@@ -110,7 +112,8 @@ ErrorCode DatabaseOpener::check_version() {
   const ZipMember* member = use(kMinVersionName);
   if (member == nullptr) return ErrorCode::kOk;
   std::string text;
-  if (const ErrorCode error = archive_->read(*member, kMaxVersionBytes, text); error != ErrorCode::kOk) return error;
+  if (const ErrorCode error = archive_->read(*member, kMaxVersionBytes, text); error != ErrorCode::kOk)
+    return error;
   int version = 0;
   if (std::from_chars(text.data(), text.data() + text.size(), version).ec != std::errc()) {
     return ErrorCode::kInvalidBinaryFormat;
@@ -122,7 +125,8 @@ ErrorCode DatabaseOpener::read_configuration() {
   const ZipMember* member = use(kConfigName);
   if (member == nullptr) return ErrorCode::kManifest;
   std::string bytes;
-  if (const ErrorCode error = archive_->read(*member, kMaxConfigBytes, bytes); error != ErrorCode::kOk) return error;
+  if (const ErrorCode error = archive_->read(*member, kMaxConfigBytes, bytes); error != ErrorCode::kOk)
+    return error;
   return read_config(bytes, config_);
 }
 
@@ -186,7 +190,6 @@ ErrorCode DatabaseOpener::load_blocks(const ZipMember& member, const TextLoadPla
   std::vector<uint32_t> crcs(count);
   std::atomic<uint64_t> done = 0;
   TextLoader loader(plan, member.size);
-  TextLoadFindings findings;
   const auto read_block = [&](uint64_t index, LoadJob& job) {
     std::string text;
     const ErrorCode error = archive_->read_block(member, index, text, crcs[index]);
@@ -198,10 +201,10 @@ ErrorCode DatabaseOpener::load_blocks(const ZipMember& member, const TextLoadPla
     progress_.report(done += text.size(), member.size);
     return progress_.cancelled() ? ErrorCode::kZipState : ErrorCode::kOk;
   };
-  ErrorCode error = load_text_blocks(loader, plan, count, read_block, findings);
+  ErrorCode error = load_text_blocks(loader, plan, count, read_block);
   if (error == ErrorCode::kOk) error = ZipReader::check_blocks(member, crcs);
   if (error != ErrorCode::kOk || !loader.columns_to_reload().empty()) return error;
-  for (const Notice& notice : loader.notices(findings)) add_notice(notice);
+  for (const Notice& notice : loader.notices()) add_notice(notice);
   data = loader.finish();
   return ErrorCode::kOk;
 }
@@ -230,7 +233,8 @@ ErrorCode DatabaseOpener::attach_binaries() {
     found[&owner][{parsed->field - 1, parsed->record - 1}].push_back(&member);
   }
   for (CWorkSheet* table : tables_) {
-    if (const ErrorCode error = attach_table_binaries(*table, found[table]); error != ErrorCode::kOk) return error;
+    if (const ErrorCode error = attach_table_binaries(*table, found[table]); error != ErrorCode::kOk)
+      return error;
   }
   return ErrorCode::kOk;
 }
@@ -239,7 +243,8 @@ ErrorCode DatabaseOpener::attach_table_binaries(CWorkSheet& table, const BinaryM
   for (size_t i = 0; i < table.field_count(); ++i) {
     const FieldType type = table.field(i).type;
     if (!is_outside_record(type)) continue;
-    Column column = type == FieldType::kFiles ? files(table, i, members) : long_texts(table.record_count(), i, members);
+    Column column =
+        type == FieldType::kFiles ? files(table, i, members) : long_texts(table.record_count(), i, members);
     const ErrorCode error = table.replace_column(i, table.field(i), std::move(column));
     if (error != ErrorCode::kOk) return error;
   }
@@ -250,7 +255,8 @@ ErrorCode DatabaseOpener::attach_table_binaries(CWorkSheet& table, const BinaryM
 Column DatabaseOpener::long_texts(uint32_t records, size_t field, const BinaryMembers& members) {
   ContentColumn column;
   column.cells.resize(records, 0);
-  for (auto found = members.lower_bound({field, 0}); found != members.end() && found->first.first == field; ++found) {
+  for (auto found = members.lower_bound({field, 0}); found != members.end() && found->first.first == field;
+       ++found) {
     const ZipMember& member = *found->second.front();
     used_.insert(member.name);
     if (member.size > 0) column.cells[found->first.second] = column.add(content_of_member(archive_, member));
@@ -323,7 +329,8 @@ ErrorCode DatabaseOpener::read_new_table(const ZipMember& member, const std::str
   TableData data;
   if (const ErrorCode error = load_stream(member, plan, data); error != ErrorCode::kOk) return error;
   const std::string name = platform::file_name(path);
-  const std::string folder_path = name.size() < path.size() ? path.substr(0, path.size() - name.size() - 1) : "";
+  const std::string folder_path =
+      name.size() < path.size() ? path.substr(0, path.size() - name.size() - 1) : "";
   Folder* folder = nullptr;
   ErrorCode error = result_.database->make_folders(folder_path, &folder);
   if (error != ErrorCode::kOk) return error;

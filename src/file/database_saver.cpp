@@ -52,7 +52,8 @@ uint64_t binary_bytes(const std::vector<CWorkSheet*>& tables) {
   return bytes;
 }
 
-// The file name of a long text. One that lies in an archive under such a name already need not be read for that.
+// The file name of a long text. One that lies in an archive under such a name already need not be read for
+// that.
 ErrorCode name_long_text(const Content& content, std::string& name) {
   if (const auto* stored = dynamic_cast<const ArchiveContent*>(content.source().get())) {
     name = platform::file_name(stored->place().member->name);
@@ -99,7 +100,8 @@ SaveResult DatabaseSaver::run(const std::string& path) {
   if (variant_ == ZipVariant::kZip32 && writer_.bytes_written() > kNearZip32Limit) {
     result.notices.emplace_back(MessageId::kFileNearLimit);
   }
-  result.error = writer_.finish(options_.backups && platform::file_exists(path) ? path + ".bak" : std::string());
+  result.error =
+      writer_.finish(options_.backups && platform::file_exists(path) ? path + ".bak" : std::string());
   if (result.error == ErrorCode::kOk && !settings_.as_copy) adopt(path, platform::file_stem(path));
   return result;
 }
@@ -157,8 +159,8 @@ ErrorCode DatabaseSaver::write_config_member(const std::string& database_name) {
   return error == ErrorCode::kOk ? writer_.end() : error;
 }
 
-// Blocks of records are formatted and packed on all processors; each block ends with a record, so that opening can read
-// them side by side.
+// Blocks of records are formatted and packed on all processors; each block ends with a record, so that
+// opening can read them side by side.
 ErrorCode DatabaseSaver::write_table(CWorkSheet& table) {
   const std::string name = table_member_name(table);
   note_member(name, true);
@@ -193,7 +195,7 @@ ZipMethod DatabaseSaver::method_for(std::string_view file_name) const {
   const std::string extension = platform::extension(file_name);
   const auto& stored = options_.non_deflate_files;
   return std::find(stored.begin(), stored.end(), extension) != stored.end() ? ZipMethod::kStored
-                                                                              : ZipMethod::kDeflated;
+                                                                            : ZipMethod::kDeflated;
 }
 
 ErrorCode DatabaseSaver::write_content(const std::string& name, const Content& content) {
@@ -211,8 +213,8 @@ ErrorCode DatabaseSaver::write_content(const std::string& name, const Content& c
   return error == ErrorCode::kOk ? writer_.add(name, bytes, method) : error;
 }
 
-ErrorCode DatabaseSaver::write_field_binaries(const CWorkSheet& table, size_t field, std::string_view database_name,
-                                              std::string_view table_name) {
+ErrorCode DatabaseSaver::write_field_binaries(const CWorkSheet& table, size_t field,
+                                              std::string_view database_name, std::string_view table_name) {
   const auto folder = [&](size_t i) {
     return binary_folder_name(database_name, table_name, static_cast<uint32_t>(i) + 1, field + 1);
   };
@@ -231,7 +233,8 @@ ErrorCode DatabaseSaver::write_field_binaries(const CWorkSheet& table, size_t fi
       const FileList* list = files->value(i);
       if (list == nullptr) continue;
       for (const FileObject& file : *list) {
-        if (!file.is_shortcut() && error == ErrorCode::kOk) error = write_content(folder(i) + file.name, file.content);
+        if (!file.is_shortcut() && error == ErrorCode::kOk)
+          error = write_content(folder(i) + file.name, file.content);
       }
     }
   }
@@ -249,7 +252,8 @@ ErrorCode DatabaseSaver::write_binaries(const std::string& database_name) {
   return error;
 }
 
-// Members of the opened file that the database does not know are somebody's: they stay, unless a name is needed.
+// Members of the opened file that the database does not know are somebody's: they stay, unless a name is
+// needed.
 ErrorCode DatabaseSaver::write_unused() {
   for (const std::string& name : file_.unused_) {
     const ZipMember* member = file_.archive_->find(name);
@@ -276,7 +280,8 @@ void DatabaseSaver::adopt(const std::string& path, const std::string& database_n
     }
   }
   file_.saved_.clear();
-  for (const CWorkSheet* table : tables_) file_.saved_[table] = {table->revision(), table_member_name(*table)};
+  for (const CWorkSheet* table : tables_)
+    file_.saved_[table] = {table->revision(), table_member_name(*table)};
   if (settings_.drop_unused) file_.unused_.clear();
   file_.archive_ = std::move(archive);
   file_.variant_ = variant_;
@@ -294,12 +299,14 @@ SaveResult DatabaseFile::save(const std::string& path, const SaveSettings& setti
   return DatabaseSaver(*this, settings, options, progress).run(path);
 }
 
-CompactResult compact_database(Database& database, DatabaseFile& file, const Options& options, Progress& progress) {
+CompactResult compact_database(Database& database, DatabaseFile& file, const Options& options,
+                               Progress& progress) {
   CompactResult result;
   bool has_binary_fields = false;
   for (const CWorkSheet* table : database.tables()) {
     for (const Field& field : table->data().fields) {
-      has_binary_fields = has_binary_fields || field.type == FieldType::kLongText || field.type == FieldType::kFiles;
+      has_binary_fields =
+          has_binary_fields || field.type == FieldType::kLongText || field.type == FieldType::kFiles;
     }
   }
   if (!has_binary_fields) {

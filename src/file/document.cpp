@@ -53,7 +53,8 @@ OpenedDatabase open_document(const std::string& path, const TextImport& text, co
                              Questions* questions, Progress& progress) {
   const std::string extension = platform::extension(path);
   const bool database = extension == "rvb" || extension == "zip" || is_database_file(path);
-  return database ? open_database(path, options, questions, progress) : open_text(path, text, options, progress);
+  return database ? open_database(path, options, questions, progress)
+                  : open_text(path, text, options, progress);
 }
 
 }  // namespace rowvane

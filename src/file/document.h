@@ -14,8 +14,9 @@ TextFileSettings suggested_text_settings(const std::string& path);
 // True for a file that begins as a database file does, whatever its name.
 bool is_database_file(const std::string& path);
 
-// Opens a database file, or any other file as an unsaved database with its tables: a text becomes one table named after
-// the file. TEXT says how a text is read (its table name is not used). Errors as open_database and import_text_file.
+// Opens a database file, or any other file as an unsaved database with its tables: a text becomes one table
+// named after the file. TEXT says how a text is read (its table name is not used). Errors as open_database
+// and import_text_file.
 OpenedDatabase open_document(const std::string& path, const TextImport& text, const Options& options,
                              Questions* questions = nullptr, Progress& progress = Progress::none());
 

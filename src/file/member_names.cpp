@@ -25,7 +25,9 @@ std::optional<uint32_t> parse_digits(std::string_view digits) {
 
 }  // namespace
 
-std::string table_member_name(const CWorkSheet& table) { return table.path() + std::string(kTableExtension); }
+std::string table_member_name(const CWorkSheet& table) {
+  return table.path() + std::string(kTableExtension);
+}
 
 std::optional<std::string> table_path_of(std::string_view member_name) {
   if (!member_name.ends_with(kTableExtension)) return std::nullopt;
@@ -65,7 +67,8 @@ std::optional<BinaryMember> parse_binary_member(std::string_view database_name, 
   }
   const std::string_view inner = name.substr(database_name.size() + kBinaryFolder.size());
   const size_t slash = inner.rfind('/');
-  if (slash == std::string_view::npos || slash <= kPlaceLength || slash + 1 == inner.size()) return std::nullopt;
+  if (slash == std::string_view::npos || slash <= kPlaceLength || slash + 1 == inner.size())
+    return std::nullopt;
   const std::string_view place = inner.substr(slash - kPlaceLength, kPlaceLength);
   const auto record = parse_digits(place.substr(2, kRecordDigits));
   const auto field = parse_digits(place.substr(3 + kRecordDigits));

@@ -19,12 +19,12 @@ inline constexpr std::string_view kConfigName = "config.dat";
 // "folder1/orders.txt"
 std::string table_member_name(const CWorkSheet& table);
 
-// The table path that a member's name stands for, or nothing when it is no table's: "folder1/orders.txt" gives
-// "folder1/orders".
+// The table path that a member's name stands for, or nothing when it is no table's: "folder1/orders.txt"
+// gives "folder1/orders".
 std::optional<std::string> table_path_of(std::string_view member_name);
 
-// Under which name the long texts and files of each table are stored: the table's name; its path where an earlier one
-// of TABLES has the same name.
+// Under which name the long texts and files of each table are stored: the table's name; its path where an
+// earlier one of TABLES has the same name.
 std::vector<std::string> binary_table_names(const std::vector<CWorkSheet*>& tables);
 
 // "shop.rvb-bin/orders.r000000012f00003/": RECORD and FIELD are 1-based.

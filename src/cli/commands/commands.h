@@ -1,5 +1,5 @@
-// The commands of the terminal program. Each function adds one command with its arguments, options and help to the
-// parser; when the command is the one that was typed, its work is put into `context.run`.
+// The commands of the terminal program. Each function adds one command with its arguments, options and help
+// to the parser; when the command is the one that was typed, its work is put into `context.run`.
 #pragma once
 
 #include <functional>

@@ -1,6 +1,7 @@
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <memory>
+
+#include <CLI/CLI.hpp>
 
 #include "cli/commands/commands.h"
 #include "cli/report.h"
@@ -29,7 +30,8 @@ void add_compact_command(CLI::App& app, CommandContext& context) {
   CLI::App* command = app.add_subcommand("compact", "Drop what no record of a database uses from its file");
   command->footer("Example:\n  rvb compact shop.rvb");
   command->add_option("DATABASE", *path, "Database file")->required();
-  command->callback([&context, path] { context.run = [&context, path] { return run_compact(context.global, *path); }; });
+  command->callback(
+      [&context, path] { context.run = [&context, path] { return run_compact(context.global, *path); }; });
 }
 
 }  // namespace rowvane::cli

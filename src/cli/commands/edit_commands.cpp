@@ -1,6 +1,7 @@
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <memory>
+
+#include <CLI/CLI.hpp>
 
 #include "cli/cell_input.h"
 #include "cli/commands/commands.h"
@@ -39,10 +40,12 @@ int run_set(const GlobalOptions& global, EditArguments& arguments) {
   if (const int status = open_for_editing(session, arguments, &table); status != kDone) return status;
   if (arguments.words.size() < 2) return fail_usage("set needs a record number and at least one FIELD=VALUE");
   const auto positions = read_record_list(arguments.words.front(), table->record_count());
-  if (positions.empty()) return fail("there is no record " + arguments.words.front() + " in " + table->path());
+  if (positions.empty())
+    return fail("there is no record " + arguments.words.front() + " in " + table->path());
   arguments.words.erase(arguments.words.begin());
   std::vector<Assignment> assignments;
-  if (const int status = read_assignments(*table, arguments.words, assignments); status != kDone) return status;
+  if (const int status = read_assignments(*table, arguments.words, assignments); status != kDone)
+    return status;
   for (const uint32_t position : positions) {
     if (const int status = store(*table, position + 1, assignments); status != kDone) return status;
   }
@@ -54,7 +57,8 @@ int run_insert(const GlobalOptions& global, EditArguments& arguments) {
   CWorkSheet* table = nullptr;
   if (const int status = open_for_editing(session, arguments, &table); status != kDone) return status;
   std::vector<Assignment> assignments;
-  if (const int status = read_assignments(*table, arguments.words, assignments); status != kDone) return status;
+  if (const int status = read_assignments(*table, arguments.words, assignments); status != kDone)
+    return status;
   const uint32_t before = arguments.before > 0 ? arguments.before : table->record_count() + 1;
   if (before > table->record_count() + 1) {
     return fail("there is no record " + std::to_string(before) + " in " + table->path());
@@ -73,7 +77,8 @@ int run_delete(const GlobalOptions& global, EditArguments& arguments) {
   if (const int status = open_for_editing(session, arguments, &table); status != kDone) return status;
   if (arguments.words.size() != 1) return fail_usage("delete needs record numbers such as 1,5-9");
   const auto positions = read_record_list(arguments.words.front(), table->record_count());
-  if (positions.empty()) return fail("there are no records " + arguments.words.front() + " in " + table->path());
+  if (positions.empty())
+    return fail("there are no records " + arguments.words.front() + " in " + table->path());
   const ErrorCode error = table->delete_records(positions);
   if (error != ErrorCode::kOk) return fail(error);
   if (!global.quiet) std::printf("%zu deleted\n", positions.size());
@@ -81,10 +86,13 @@ int run_delete(const GlobalOptions& global, EditArguments& arguments) {
 }
 
 // Adds a command whose words are checked by RUN, because the table may be left out.
-void add_edit_command(CLI::App& command, CommandContext& context, const std::shared_ptr<EditArguments>& arguments,
-                      const std::string& words, int (*run)(const GlobalOptions&, EditArguments&)) {
-  command.add_option("DATABASE", arguments->database, "Database, or any file with tables (needs -o)")->required();
-  command.add_option(words, arguments->words, "Path of the table (needed when there are several), then the rest");
+void add_edit_command(CLI::App& command, CommandContext& context,
+                      const std::shared_ptr<EditArguments>& arguments, const std::string& words,
+                      int (*run)(const GlobalOptions&, EditArguments&)) {
+  command.add_option("DATABASE", arguments->database, "Database, or any file with tables (needs -o)")
+      ->required();
+  command.add_option(words, arguments->words,
+                     "Path of the table (needed when there are several), then the rest");
   arguments->save.add_to(command);
   arguments->text.add_to(command, true);
   command.callback([&context, arguments, run] {
@@ -97,16 +105,18 @@ void add_edit_command(CLI::App& command, CommandContext& context, const std::sha
 void add_set_command(CLI::App& app, CommandContext& context) {
   auto arguments = std::make_shared<EditArguments>();
   CLI::App* command = app.add_subcommand("set", "Change values of a record");
-  command->footer("Examples:\n  rvb set shop.rvb products 3 Price=12.5 \"Name=Desk lamp\"\n  rvb set shop.rvb products "
-                  "3 Notes=@notes.txt \"Photo=lamp.png;link:/data/lamp.pdf\"");
+  command->footer(
+      "Examples:\n  rvb set shop.rvb products 3 Price=12.5 \"Name=Desk lamp\"\n  rvb set shop.rvb products "
+      "3 Notes=@notes.txt \"Photo=lamp.png;link:/data/lamp.pdf\"");
   add_edit_command(*command, context, arguments, "TABLE RECORD FIELD=VALUE", run_set);
 }
 
 void add_insert_command(CLI::App& app, CommandContext& context) {
   auto arguments = std::make_shared<EditArguments>();
   CLI::App* command = app.add_subcommand("insert", "Add records");
-  command->footer("Examples:\n  rvb insert shop.rvb products Name=Stool Price=39\n  rvb insert shop.rvb products "
-                  "--before 1 --count 10");
+  command->footer(
+      "Examples:\n  rvb insert shop.rvb products Name=Stool Price=39\n  rvb insert shop.rvb products "
+      "--before 1 --count 10");
   add_edit_command(*command, context, arguments, "TABLE FIELD=VALUE", run_insert);
   command->add_option("--count", arguments->count, "How many")->check(CLI::Range(1u, kDefaultMaxRecords));
   command->add_option("--before", arguments->before, "Insert before this record; the default is at the end");

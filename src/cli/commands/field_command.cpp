@@ -1,6 +1,7 @@
-#include <CLI/CLI.hpp>
 #include <array>
 #include <memory>
+
+#include <CLI/CLI.hpp>
 
 #include "cli/commands/commands.h"
 #include "cli/report.h"
@@ -33,7 +34,8 @@ constexpr std::array<NamedType, 6> kTypes = {{{"text", FieldType::kText, false},
                                               {"code", FieldType::kCode, false}}};
 
 const NamedType& named_type(const std::string& name) {
-  return *std::find_if(kTypes.begin(), kTypes.end(), [&name](const NamedType& type) { return type.name == name; });
+  return *std::find_if(kTypes.begin(), kTypes.end(),
+                       [&name](const NamedType& type) { return type.name == name; });
 }
 
 int check_name(const CWorkSheet& table, const std::string& name, std::optional<size_t> own) {
@@ -42,7 +44,9 @@ int check_name(const CWorkSheet& table, const std::string& name, std::optional<s
   return taken && taken != own ? fail(MessageId::kFieldNameExists) : kDone;
 }
 
-int done(ErrorCode error) { return error == ErrorCode::kOk ? kDone : fail(error); }
+int done(ErrorCode error) {
+  return error == ErrorCode::kOk ? kDone : fail(error);
+}
 
 int add_field(CWorkSheet& table, const FieldArguments& arguments, const std::string& name) {
   if (const int status = check_name(table, name, std::nullopt); status != kDone) return status;
@@ -63,7 +67,8 @@ int convert(Session& session, CWorkSheet& table, size_t index, const NamedType& 
   settings.link = type.link;
   const ConversionCheck check = check_conversion(table, settings);
   if (!check.refusal.empty()) return fail(check.refusal);
-  if (!check.question.empty() && !session.questions().ask(check.question)) return fail("not changed: " + check.question);
+  if (!check.question.empty() && !session.questions().ask(check.question))
+    return fail("not changed: " + check.question);
   session.progress().begin("Converting Field Data");
   const ConversionResult result = convert_field(table, settings, session.progress());
   for (const std::string& text : result.messages) warn(text);
@@ -88,7 +93,8 @@ int rename_field(CWorkSheet& table, const std::vector<std::string>& words, size_
 
 int run_action(Session& session, CWorkSheet& table, const FieldArguments& arguments) {
   const std::vector<std::string>& words = arguments.words;
-  if (words.size() < 2) return fail_usage("field needs add, change, rename or delete, and the name of a field");
+  if (words.size() < 2)
+    return fail_usage("field needs add, change, rename or delete, and the name of a field");
   const std::string& action = words[0];
   if (action == "add") return add_field(table, arguments, words[1]);
   std::vector<size_t> fields;
@@ -113,13 +119,16 @@ int run_field(const GlobalOptions& global, FieldArguments& arguments) {
 void add_field_command(CLI::App& app, CommandContext& context) {
   auto arguments = std::make_shared<FieldArguments>();
   CLI::App* command = app.add_subcommand("field", "Add, change, rename or delete a field");
-  command->footer("Examples:\n  rvb field shop.rvb products add Weight --type number\n  rvb field shop.rvb products "
-                  "change Notes --type longtext\n  rvb field shop.rvb products rename Name Title\n  rvb field shop.rvb "
-                  "products delete Weight");
-  command->add_option("DATABASE", arguments->database, "Database, or any file with tables (needs -o)")->required();
-  command->add_option("TABLE ACTION NAME", arguments->words,
-                      "Path of the table (needed when there are several); add, change, rename or delete; the field, and "
-                      "its new name");
+  command->footer(
+      "Examples:\n  rvb field shop.rvb products add Weight --type number\n  rvb field shop.rvb products "
+      "change Notes --type longtext\n  rvb field shop.rvb products rename Name Title\n  rvb field shop.rvb "
+      "products delete Weight");
+  command->add_option("DATABASE", arguments->database, "Database, or any file with tables (needs -o)")
+      ->required();
+  command->add_option(
+      "TABLE ACTION NAME", arguments->words,
+      "Path of the table (needed when there are several); add, change, rename or delete; the field, and "
+      "its new name");
   command->add_option("--type", arguments->type, "text, link, number, longtext, files or code")
       ->check(CLI::IsMember({"text", "link", "number", "longtext", "files", "code"}));
   command->add_option("--default", arguments->default_value, "Value that new records get");

@@ -1,6 +1,7 @@
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <memory>
+
+#include <CLI/CLI.hpp>
 
 #include "cli/commands/commands.h"
 #include "cli/json.h"
@@ -37,8 +38,9 @@ void append_json_field(const Field& field, std::string& out) {
   out += ", ";
   append_json_member("type", field_type_name(field.type), out);
   out += field.link ? ", \"link\": true" : ", \"link\": false";
-  for (const auto& [key, text] : {std::pair("formula", &field.formula), std::pair("validation", &field.validation),
-                                  std::pair("default", &field.default_value), std::pair("format", &field.format)}) {
+  for (const auto& [key, text] :
+       {std::pair("formula", &field.formula), std::pair("validation", &field.validation),
+        std::pair("default", &field.default_value), std::pair("format", &field.format)}) {
     out += ", ";
     append_json_member(key, *text, out);
   }
@@ -79,11 +81,13 @@ void print_field(const Field& field) {
 void print_text(Session& session, const std::vector<CWorkSheet*>& tables) {
   const std::string container(container_name(session));
   std::printf("%s: %s%s, %zu table%s, not protected\n", session.database().name().c_str(),
-              std::string(format_name(session.database())).c_str(), container.empty() ? "" : (", " + container).c_str(),
-              tables.size(), tables.size() == 1 ? "" : "s");
+              std::string(format_name(session.database())).c_str(),
+              container.empty() ? "" : (", " + container).c_str(), tables.size(),
+              tables.size() == 1 ? "" : "s");
   for (const CWorkSheet* table : tables) {
     std::printf("\n%s: %u record%s, %zu field%s\n", table->path().c_str(), table->record_count(),
-                table->record_count() == 1 ? "" : "s", table->field_count(), table->field_count() == 1 ? "" : "s");
+                table->record_count() == 1 ? "" : "s", table->field_count(),
+                table->field_count() == 1 ? "" : "s");
     for (const Field& field : table->data().fields) print_field(field);
   }
 }
@@ -94,7 +98,8 @@ int run_info(const GlobalOptions& global, InfoArguments& arguments) {
   std::vector<CWorkSheet*> tables = session.database().tables();
   if (!arguments.table.empty()) {
     CWorkSheet* table = session.take_table(arguments.table);
-    if (table == nullptr || !arguments.table.empty()) return table == nullptr ? kFailed : fail(ErrorCode::kInvalidPath);
+    if (table == nullptr || !arguments.table.empty())
+      return table == nullptr ? kFailed : fail(ErrorCode::kInvalidPath);
     tables = {table};
   }
   if (global.json) {
@@ -110,7 +115,8 @@ int run_info(const GlobalOptions& global, InfoArguments& arguments) {
 void add_info_command(CLI::App& app, CommandContext& context) {
   auto arguments = std::make_shared<InfoArguments>();
   CLI::App* command = app.add_subcommand("info", "Show the tables of a database and their fields");
-  command->footer("Examples:\n  rvb info shop.rvb\n  rvb info shop.rvb sales/orders\n  rvb --json info orders.csv");
+  command->footer(
+      "Examples:\n  rvb info shop.rvb\n  rvb info shop.rvb sales/orders\n  rvb --json info orders.csv");
   command->add_option("DATABASE", arguments->database, "Database, or any file with tables")->required();
   command->add_option("TABLE", arguments->table, "Path of the table")->expected(0, 1);
   arguments->text.add_to(*command, true);

@@ -1,6 +1,7 @@
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <memory>
+
+#include <CLI/CLI.hpp>
 
 #include "cli/commands/commands.h"
 #include "cli/record_printer.h"
@@ -22,7 +23,8 @@ struct ShowArguments {
 
 PrintFormat print_format(const ShowArguments& arguments, bool json) {
   if (arguments.format == "csv") return PrintFormat::kCsv;
-  return arguments.format == "json" || (json && arguments.format.empty()) ? PrintFormat::kJson : PrintFormat::kTable;
+  return arguments.format == "json" || (json && arguments.format.empty()) ? PrintFormat::kJson
+                                                                          : PrintFormat::kTable;
 }
 
 // Opens the database and finds the one table of the arguments.
@@ -38,7 +40,8 @@ int run_show(const GlobalOptions& global, ShowArguments& arguments) {
   CWorkSheet* table = nullptr;
   if (const int status = open_table(session, arguments, &table); status != kDone) return status;
   PrintOptions options;
-  if (const int status = session.find_fields(*table, arguments.fields, options.fields); status != kDone) return status;
+  if (const int status = session.find_fields(*table, arguments.fields, options.fields); status != kDone)
+    return status;
   options.format = print_format(arguments, global.json);
   options.first = std::min(arguments.offset, table->record_count());
   options.count = std::min(arguments.limit, table->record_count() - options.first);
@@ -66,9 +69,12 @@ void add_show_command(CLI::App& app, CommandContext& context) {
   auto arguments = std::make_shared<ShowArguments>();
   CLI::App* command = app.add_subcommand("show", "Print records");
   command->footer(
-      "Examples:\n  rvb show shop.rvb products --fields Name,Price --limit 10\n  rvb show orders.csv --format json");
+      "Examples:\n  rvb show shop.rvb products --fields Name,Price --limit 10\n  rvb show orders.csv "
+      "--format json");
   add_table_arguments(*command, *arguments);
-  command->add_option("--fields", arguments->fields, "Fields to print, in this order")->delimiter(',');
+  command->add_option("--fields", arguments->fields, "Fields to print, in this order")
+      ->delimiter(',')
+      ->allow_extra_args(false);
   command->add_option("--limit", arguments->limit, "Print at most so many records");
   command->add_option("--offset", arguments->offset, "Leave out so many records at the start");
   command->add_option("--format", arguments->format, "table, csv or json")

@@ -1,6 +1,7 @@
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <memory>
+
+#include <CLI/CLI.hpp>
 
 #include "cli/commands/commands.h"
 #include "cli/report.h"
@@ -27,15 +28,18 @@ int take_tables(Database& source, Database& target, const std::string& path, boo
   for (CWorkSheet* table : tables) {
     const std::string wanted = path.empty() ? table->path() : path;
     const std::string name = platform::file_name(wanted);
-    const std::string folder_path = name.size() < wanted.size() ? wanted.substr(0, wanted.size() - name.size() - 1) : "";
+    const std::string folder_path =
+        name.size() < wanted.size() ? wanted.substr(0, wanted.size() - name.size() - 1) : "";
     Folder* folder = nullptr;
-    if (const ErrorCode error = target.make_folders(folder_path, &folder); error != ErrorCode::kOk) return fail(error);
+    if (const ErrorCode error = target.make_folders(folder_path, &folder); error != ErrorCode::kOk)
+      return fail(error);
     const std::string free = path.empty() ? target.free_name(*folder, name) : name;
     auto taken = std::make_unique<CWorkSheet>(free, table->data());
     CWorkSheet* added = taken.get();
     if (const ErrorCode error = target.add_table(*folder, taken); error != ErrorCode::kOk) return fail(error);
     if (!quiet) {
-      std::printf("%s: %u records, %zu fields\n", added->path().c_str(), added->record_count(), added->field_count());
+      std::printf("%s: %u records, %zu fields\n", added->path().c_str(), added->record_count(),
+                  added->field_count());
     }
   }
   return kDone;
@@ -45,7 +49,8 @@ int run_import(const GlobalOptions& global, ImportArguments& arguments) {
   Session source(global);
   if (const int status = source.open(arguments.source, arguments.text); status != kDone) return status;
   Session target(global);
-  if (const int status = target.open_or_create(arguments.database, TextOptions()); status != kDone) return status;
+  if (const int status = target.open_or_create(arguments.database, TextOptions()); status != kDone)
+    return status;
   const int status = take_tables(source.database(), target.database(), arguments.table, global.quiet);
   return status == kDone ? target.save(arguments.save) : status;
 }
@@ -71,26 +76,30 @@ int run_export(const GlobalOptions& global, ExportArguments& arguments) {
   Session session(global);
   if (const int status = session.open(arguments.database, TextOptions()); status != kDone) return status;
   CWorkSheet* table = session.take_table(arguments.places);
-  if (table == nullptr || !arguments.places.empty()) return table == nullptr ? kFailed : fail(ErrorCode::kInvalidPath);
+  if (table == nullptr || !arguments.places.empty())
+    return table == nullptr ? kFailed : fail(ErrorCode::kInvalidPath);
   const platform::RegionalSettings region = platform::user_regional_settings();
   TextExport settings;
   settings.text = suggested_text_settings(target);
   if (const std::string wrong = arguments.text.apply(settings.text); !wrong.empty()) return fail_usage(wrong);
-  if (const int status = session.find_fields(*table, arguments.fields, settings.fields); status != kDone) return status;
+  if (const int status = session.find_fields(*table, arguments.fields, settings.fields); status != kDone)
+    return status;
   settings.numbers.decimal = region.decimal_separator;
   settings.save_files = arguments.files_zip;
   settings.save_long_texts = arguments.long_text_zip;
   settings.make_archive = make_export_archive;
   settings.row_limit = arguments.row_limit;
   settings.threads = global.threads;
-  if (const std::string wrong = check_text_export_settings(*table, settings); !wrong.empty()) return fail(wrong);
+  if (const std::string wrong = check_text_export_settings(*table, settings); !wrong.empty())
+    return fail(wrong);
   session.progress().begin("Saving Text File");
   const TextExportResult result = export_text(*table, target, settings, session.progress());
   if (result.error != ErrorCode::kOk) return fail(result.error);
   if (result.status != Status::kOk) return fail(result.status);
   warn(result.notices);
   if (result.replaced_characters) warn("some characters are not in the code page and were replaced");
-  for (size_t i = 0; i < result.files.size() && !global.quiet; ++i) std::printf("%s\n", result.files[i].c_str());
+  for (size_t i = 0; i < result.files.size() && !global.quiet; ++i)
+    std::printf("%s\n", result.files[i].c_str());
   return kDone;
 }
 
@@ -99,9 +108,11 @@ int run_export(const GlobalOptions& global, ExportArguments& arguments) {
 void add_import_command(CLI::App& app, CommandContext& context) {
   auto arguments = std::make_shared<ImportArguments>();
   CLI::App* command = app.add_subcommand("import", "Add the tables of a file to a database");
-  command->footer("Examples:\n  rvb import shop.rvb orders.csv\n  rvb import shop.rvb list.txt --table sales/list "
-                  "--separator tab --encoding 1252");
-  command->add_option("DATABASE", arguments->database, "Database; made when there is no such file")->required();
+  command->footer(
+      "Examples:\n  rvb import shop.rvb orders.csv\n  rvb import shop.rvb list.txt --table sales/list "
+      "--separator tab --encoding 1252");
+  command->add_option("DATABASE", arguments->database, "Database; made when there is no such file")
+      ->required();
   command->add_option("SOURCE", arguments->source, "File to take the tables from")->required();
   command->add_option("--table", arguments->table, "Path for the table; the default is the name of the file");
   arguments->text.add_to(*command, true);
@@ -114,17 +125,21 @@ void add_import_command(CLI::App& app, CommandContext& context) {
 void add_export_command(CLI::App& app, CommandContext& context) {
   auto arguments = std::make_shared<ExportArguments>();
   CLI::App* command = app.add_subcommand("export", "Write a table to a file of another format");
-  command->footer("Examples:\n  rvb export shop.rvb products products.csv\n  rvb export shop.rvb sales/orders "
-                  "orders.txt --separator tab --fields Number,Date");
+  command->footer(
+      "Examples:\n  rvb export shop.rvb products products.csv\n  rvb export shop.rvb sales/orders "
+      "orders.txt --separator tab --fields Number,Date");
   command->add_option("DATABASE", arguments->database, "Database, or any file with tables")->required();
   command->add_option("TABLE TARGET", arguments->places, "Path of the table, and the file to write")
       ->required()
       ->expected(1, 2);
   command->add_option("--as", arguments->as, "Format: text")->check(CLI::IsMember({"text"}));
-  command->add_option("--fields", arguments->fields, "Fields to write, in this order")->delimiter(',');
+  command->add_option("--fields", arguments->fields, "Fields to write, in this order")
+      ->delimiter(',')
+      ->allow_extra_args(false);
   command->add_option("--row-limit", arguments->row_limit, "Go on in further files after so many records");
   command->add_flag("--files-zip", arguments->files_zip, "Save images and files to a zip file beside TARGET");
-  command->add_flag("--long-text-zip", arguments->long_text_zip, "Save long texts to a zip file beside TARGET");
+  command->add_flag("--long-text-zip", arguments->long_text_zip,
+                    "Save long texts to a zip file beside TARGET");
   arguments->text.add_to(*command, false);
   command->callback([&context, arguments] {
     context.run = [&context, arguments] { return run_export(context.global, *arguments); };

@@ -1,0 +1,285 @@
+// The engine's side of the benchmarks: one operation a run, timed inside the process, its figures as a line
+// of JSON.
+//
+// Every operation also tells what a peer must find too: the number of records and the sum of the delays.
+#include <chrono>
+#include <cstdio>
+#include <fstream>
+#include <iostream>
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "core/database.h"
+#include "exchange/text_export.h"
+#include "exchange/text_import.h"
+#include "file/database_file.h"
+#include "sample_text.h"
+
+namespace rowvane::bench {
+namespace {
+
+constexpr int kThreads = 2;
+constexpr uint32_t kSmallRecords = 1000;
+constexpr uint64_t kWideKeys = 200'000;
+constexpr size_t kDelayField = 1;
+
+using Arguments = std::vector<std::string>;
+
+template <typename Work>
+double timed_ms(const Work& work) {
+  const auto start = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+}
+
+// A line of JSON.
+class Figures {
+ public:
+  template <typename Value>
+  Figures& add(std::string_view name, Value value) {
+    out_ << (empty_ ? "{" : ", ") << '"' << name << "\": " << value;
+    empty_ = false;
+    return *this;
+  }
+  void print() const { std::cout << out_.str() << "}\n"; }
+
+ private:
+  std::ostringstream out_;
+  bool empty_ = true;
+};
+
+// A number of /proc/self/status, in bytes.
+uint64_t process_bytes(std::string_view name) {
+  std::ifstream status("/proc/self/status");
+  for (std::string word; status >> word;) {
+    if (word != name) continue;
+    uint64_t kilobytes = 0;
+    status >> kilobytes;
+    return kilobytes * 1024;
+  }
+  fail("no " + std::string(name) + " in /proc/self/status");
+}
+
+uint64_t resident_bytes() {
+  return process_bytes("VmRSS:");
+}
+uint64_t peak_bytes() {
+  return process_bytes("VmHWM:");
+}
+
+uint64_t table_bytes(const CWorkSheet& table) {
+  uint64_t bytes = 0;
+  for (const Column& column : table.data().columns) bytes += memory_bytes(column);
+  return bytes;
+}
+
+std::string notice_numbers(const std::vector<Notice>& notices) {
+  std::string text = "[";
+  for (const Notice& notice : notices) {
+    if (text.size() > 1) text += ", ";
+    const auto* id = std::get_if<MessageId>(&notice);
+    text +=
+        std::to_string(id != nullptr ? static_cast<int>(*id) : static_cast<int>(std::get<ErrorCode>(notice)));
+  }
+  return text + "]";
+}
+
+void add_content(Figures& figures, const CWorkSheet& table) {
+  double delay = 0;
+  const size_t field = table.find_field("delay").value_or(kDelayField);
+  const auto* numbers = std::get_if<NumberColumn>(&table.column(field));
+  if (numbers == nullptr) fail("the delays are no numbers");
+  for (const double cell : numbers->cells) {
+    if (!is_empty_number(cell)) delay += cell;
+  }
+  figures.add("records", table.record_count()).add("delay", static_cast<int64_t>(delay));
+}
+
+Options bench_options() {
+  Options options;
+  options.used_processor_cores = kThreads;
+  return options;
+}
+
+TextImportResult open_text(const std::string& path) {
+  TextImport settings;
+  settings.table_name = "flights";
+  settings.threads = kThreads;
+  TextImportResult result = import_text_file(path, settings);
+  if (result.status != Status::kOk) fail(path + ": " + std::string(error_text(result.error)));
+  return result;
+}
+
+void take_table(Database& database, std::unique_ptr<CWorkSheet> table) {
+  if (const auto error = database.add_table(database.root(), table); error != ErrorCode::kOk) {
+    fail(std::string(error_text(error)));
+  }
+}
+
+void save_database(DatabaseFile& file, const std::string& path, int level) {
+  SaveSettings settings;
+  settings.level = level;
+  const SaveResult result = file.save(path, settings, bench_options());
+  if (result.error != ErrorCode::kOk) fail(path + ": " + std::string(error_text(result.error)));
+}
+
+OpenedDatabase open_saved(const std::string& path) {
+  OpenedDatabase opened = open_database(path, bench_options());
+  if (opened.error != ErrorCode::kOk) fail(path + ": " + std::string(error_text(opened.error)));
+  return opened;
+}
+
+std::unique_ptr<CWorkSheet> make_small_table() {
+  std::vector<Field> fields(2);
+  fields[0].name = "code";
+  fields[1].name = "delay";
+  fields[1].type = FieldType::kNumber;
+  auto table = std::make_unique<CWorkSheet>("airports", std::move(fields));
+  if (table->insert_records(1, kSmallRecords) != ErrorCode::kOk) fail("can't add records");
+  for (uint32_t record = 1; record <= kSmallRecords; ++record) {
+    if (table->set_value(record, 0, CellValue("airport " + std::to_string(record))) != ErrorCode::kOk ||
+        table->set_value(record, 1, CellValue(static_cast<double>(record))) != ErrorCode::kOk) {
+      fail("can't fill the small table");
+    }
+  }
+  return table;
+}
+
+// TEXT: opens it as a table.
+void run_open_text(const Arguments& arguments) {
+  const uint64_t before = resident_bytes();
+  TextImportResult result;
+  const double ms = timed_ms([&] { result = open_text(arguments[0]); });
+  Figures figures;
+  figures.add("ms", ms);
+  figures.add("rss_growth", resident_bytes() - before).add("peak_growth", peak_bytes() - before);
+  figures.add("table_bytes", table_bytes(*result.table)).add("notices", notice_numbers(result.notices));
+  add_content(figures, *result.table);
+  figures.print();
+}
+
+// TEXT TARGET: writes the table of TEXT as TARGET.
+void run_export(const Arguments& arguments) {
+  const TextImportResult opened = open_text(arguments[0]);
+  TextExport settings;
+  settings.threads = kThreads;
+  TextExportResult result;
+  const double ms = timed_ms([&] { result = export_text(*opened.table, arguments[1], settings); });
+  if (result.status != Status::kOk) fail(arguments[1] + ": " + std::string(error_text(result.error)));
+  Figures().add("ms", ms).print();
+}
+
+// TEXT TARGET LEVEL: saves the table of TEXT in a new database.
+void run_save(const Arguments& arguments) {
+  Database database("bench", bench_options());
+  take_table(database, std::move(open_text(arguments[0]).table));
+  DatabaseFile file(database);
+  const int level = std::stoi(arguments[2]);
+  Figures().add("ms", timed_ms([&] { save_database(file, arguments[1], level); })).print();
+}
+
+// FILE: opens a database.
+void run_open(const Arguments& arguments) {
+  const uint64_t before = resident_bytes();
+  OpenedDatabase opened;
+  const double ms = timed_ms([&] { opened = open_saved(arguments[0]); });
+  Figures figures;
+  figures.add("ms", ms).add("notices", notice_numbers(opened.notices));
+  figures.add("rss_growth", resident_bytes() - before).add("peak_growth", peak_bytes() - before);
+  add_content(figures, *opened.database->tables().front());
+  figures.print();
+}
+
+// TEXT TARGET: saves a database of two tables, the table of TEXT and a small one.
+void run_make_two_tables(const Arguments& arguments) {
+  Database database("bench", bench_options());
+  take_table(database, std::move(open_text(arguments[0]).table));
+  take_table(database, make_small_table());
+  DatabaseFile file(database);
+  save_database(file, arguments[1], kDefaultDeflateLevel);
+  Figures().add("tables", database.tables().size()).print();
+}
+
+// TARGET: saves a database of the small table alone.
+void run_save_small(const Arguments& arguments) {
+  Database database("bench", bench_options());
+  take_table(database, make_small_table());
+  DatabaseFile file(database);
+  Figures().add("ms", timed_ms([&] { save_database(file, arguments[0], kDefaultDeflateLevel); })).print();
+}
+
+// FILE TABLE: opens a database, changes one delay of table TABLE and saves it; the change must be in the
+// file.
+void run_save_edited(const Arguments& arguments) {
+  const double value = 4711;
+  double ms = 0;
+  {
+    OpenedDatabase opened = open_saved(arguments[0]);
+    CWorkSheet* table = opened.database->find_table(arguments[1]);
+    if (table == nullptr) fail("no table " + arguments[1]);
+    if (table->set_value(500, kDelayField, CellValue(value)) != ErrorCode::kOk) fail("can't change the cell");
+    ms = timed_ms([&] { save_database(*opened.file, arguments[0], kDefaultDeflateLevel); });
+  }
+  const OpenedDatabase saved = open_saved(arguments[0]);
+  const CellValue found = saved.database->find_table(arguments[1])->value(500, kDelayField);
+  if (found.index() != 1 || std::get<double>(found) != value) fail("the change is lost");
+  Figures().add("ms", ms).print();
+}
+
+// TEXT: records and delays without the engine.
+void run_sum(const Arguments& arguments) {
+  const TextSum sum = sum_text(arguments[0]);
+  Figures().add("records", sum.records).add("delay", sum.delay).add("bytes", sum.bytes).print();
+}
+
+// FROM TO RECORDS.
+void run_make_records(const Arguments& arguments) {
+  make_records(arguments[0], arguments[1], std::stoull(arguments[2]));
+}
+
+// FROM TO BYTES.
+void run_make_wide(const Arguments& arguments) {
+  const uint64_t records = make_wide(arguments[0], arguments[1], std::stoull(arguments[2]), kWideKeys);
+  Figures().add("records", records).print();
+}
+
+struct Operation {
+  size_t arguments;
+  void (*run)(const Arguments&);
+};
+
+const std::map<std::string, Operation, std::less<>> kOperations = {
+    {"open-text", {1, run_open_text}},
+    {"export", {2, run_export}},
+    {"save", {3, run_save}},
+    {"open", {1, run_open}},
+    {"make-two-tables", {2, run_make_two_tables}},
+    {"save-small", {1, run_save_small}},
+    {"save-edited", {2, run_save_edited}},
+    {"sum", {1, run_sum}},
+    {"make-records", {3, run_make_records}},
+    {"make-wide", {3, run_make_wide}},
+};
+
+int run(int argc, char** argv) {
+  const Arguments words(argv + 1, argv + argc);
+  const auto found = words.empty() ? kOperations.end() : kOperations.find(words[0]);
+  if (found == kOperations.end() || words.size() - 1 != found->second.arguments) {
+    std::cerr << "Usage: rowvane_bench OPERATION ARGUMENT...\n";
+    for (const auto& [name, operation] : kOperations) {
+      std::cerr << "  " << name << ", " << operation.arguments << " arguments\n";
+    }
+    return 2;
+  }
+  found->second.run({words.begin() + 1, words.end()});
+  return 0;
+}
+
+}  // namespace
+}  // namespace rowvane::bench
+
+int main(int argc, char** argv) {
+  return rowvane::bench::run(argc, argv);
+}

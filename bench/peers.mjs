@@ -1,0 +1,51 @@
+// A peer's side of the benchmarks: one operation a run, timed inside the process, its figures as a line of JSON.
+//
+//   node peers.mjs PEER open TEXT
+//   node peers.mjs PEER export TEXT TARGET
+//   node peers.mjs duckdb make-text PARQUET TARGET
+import { createRequire } from 'node:module';
+
+const require = createRequire(import.meta.url);
+const threads = '2';
+
+async function timed(work) {
+  const start = performance.now();
+  const result = await work();
+  return { ms: performance.now() - start, result };
+}
+
+const quoted = (text) => `'${text.replaceAll("'", "''")}'`;
+
+async function duckdb(operation, source, target, readOptions = '') {
+  const { DuckDBInstance } = require('@duckdb/node-api');
+  const instance = await DuckDBInstance.create(':memory:', { threads });
+  const connection = await instance.connect();
+  if (operation === 'make-text') {
+    await connection.run(`copy (select * from read_parquet(${quoted(source)})) to ${quoted(target)} (format csv, header)`);
+    return {};
+  }
+  const open = () => connection.run(`create table flights as select * from read_csv(${quoted(source)}${readOptions})`);
+  const opened = await timed(open);
+  if (operation === 'open') {
+    const sums = await connection.runAndReadAll('select count(*), sum(delay) from flights');
+    const [records, delay] = sums.getRowsJson()[0].map(Number);
+    return { ms: opened.ms, records, delay };
+  }
+  return { ms: (await timed(() => connection.run(`copy flights to ${quoted(target)} (format csv, header)`))).ms };
+}
+
+async function polars(operation, source, target) {
+  const pl = require('nodejs-polars');
+  const { ms, result: table } = await timed(() => pl.readCSV(source));
+  if (operation === 'open') return { ms, records: table.height, delay: Number(table.getColumn('delay').sum()) };
+  return { ms: (await timed(() => table.writeCSV(target))).ms };
+}
+
+const peers = {
+  duckdb,
+  'duckdb-all': (operation, source, target) => duckdb(operation, source, target, ', sample_size = -1'),
+  polars,
+};
+
+const [peer, operation, ...paths] = process.argv.slice(2);
+console.log(JSON.stringify(await peers[peer](operation, ...paths)));
