@@ -14,7 +14,7 @@ std::string binary_folder_name(std::string_view database_name, std::string_view 
   char place[40];
   std::snprintf(place, sizeof place, ".r%09uf%05zu/", record, field);
   std::string name(database_name);
-  name += ".rvb-bin/";
+  name += kBinaryFolderEnd;
   name += table_name;
   return name += place;
 }

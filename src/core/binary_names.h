@@ -11,6 +11,9 @@ namespace rowvane {
 inline constexpr std::string_view kRichTextFileName = "text.rtf";
 inline constexpr std::string_view kPlainTextFileName = "text.txt";
 
+// Ends the name of the folder that holds them all, which begins with the database's name.
+inline constexpr std::string_view kBinaryFolderEnd = ".rvb-bin/";
+
 // The file name of a long text: kRichTextFileName when it begins with "{\rtf" or "{urtf".
 std::string_view long_text_file_name(std::string_view beginning);
 

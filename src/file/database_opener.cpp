@@ -213,14 +213,15 @@ ErrorCode DatabaseOpener::load_blocks(const ZipMember& member, const TextLoadPla
   std::atomic<uint64_t> done = 0;
   TextLoader loader(plan, member.size);
   const auto read_block = [&](uint64_t index, LoadJob& job) {
-    std::string text;
-    const ErrorCode error = archive_->read_block(member, index, text, crcs[index]);
+    const auto size = static_cast<size_t>(ZipReader::block_size(member, index));
+    char* const text = job.block.reserve(size);
+    const ErrorCode error = archive_->read_block(member, index, std::span(text, size), crcs[index]);
     if (error != ErrorCode::kOk) return error;
-    std::string_view records = text;
-    if (index == 0 && records.starts_with(kByteOrderMark)) records.remove_prefix(kByteOrderMark.size());
-    std::copy(records.begin(), records.end(), job.block.reserve(records.size()));
-    job.block.set_size(records.size());
-    progress_.report(done += text.size(), member.size);
+    const bool marked = index == 0 && std::string_view(text, size).starts_with(kByteOrderMark);
+    const size_t skipped = marked ? kByteOrderMark.size() : 0;
+    if (skipped > 0) std::copy(text + skipped, text + size, text);
+    job.block.set_size(size - skipped);
+    progress_.report(done += size, member.size);
     return progress_.cancelled() ? ErrorCode::kZipState : ErrorCode::kOk;
   };
   ErrorCode error = load_text_blocks(loader, plan, count, read_block);

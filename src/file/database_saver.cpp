@@ -76,7 +76,7 @@ uint64_t binary_bytes(const std::vector<CWorkSheet*>& tables) {
 ErrorCode name_long_text(const Content& content, std::string& name) {
   if (const auto* stored = dynamic_cast<const ArchiveContent*>(content.source().get())) {
     name = platform::file_name(stored->place().member->name);
-    if (name == long_text_file_name("{\\rtf") || name == long_text_file_name("")) return ErrorCode::kOk;
+    if (name == kRichTextFileName || name == kPlainTextFileName) return ErrorCode::kOk;
   }
   std::string text;
   const ErrorCode error = content.read(text);

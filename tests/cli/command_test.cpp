@@ -1,5 +1,4 @@
 // The commands as a script sees them: arguments in; status, standard output and standard error out.
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -7,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "cli/command_line.h"
+#include "platform/temporary_folder.h"
 
 namespace rowvane::cli {
 namespace {
@@ -22,24 +22,16 @@ struct Outcome {
 
 class CommandTest : public testing::Test {
  protected:
-  void SetUp() override {
-    const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-    folder_ = std::filesystem::temp_directory_path() / ("rvb-" + std::string(test->name()));
-    std::filesystem::remove_all(folder_);
-    std::filesystem::create_directories(folder_);
-  }
-  void TearDown() override { std::filesystem::remove_all(folder_); }
-
-  std::string path(const std::string& name) const { return (folder_ / name).string(); }
+  std::string path(const std::string& name) const { return folder_.path(name); }
 
   std::string write(const std::string& name, const std::string& content) const {
-    std::ofstream(folder_ / name, std::ios::binary) << content;
+    std::ofstream(path(name), std::ios::binary) << content;
     return path(name);
   }
 
   std::string read(const std::string& name) const {
     std::ostringstream content;
-    content << std::ifstream(folder_ / name, std::ios::binary).rdbuf();
+    content << std::ifstream(path(name), std::ios::binary).rdbuf();
     return content.str();
   }
 
@@ -70,7 +62,7 @@ class CommandTest : public testing::Test {
   }
 
  private:
-  std::filesystem::path folder_;
+  platform::TemporaryFolder folder_;
 };
 
 TEST_F(CommandTest, TextGoesThroughADatabaseAndBackUnchanged) {
