@@ -1,12 +1,14 @@
 #include "core/database.h"
 
 #include <algorithm>
+#include <unordered_set>
 #include <utility>
 
 #include "core/messages.h"
 #include "core/names.h"
 #include "core/tree_changes.h"
 #include "core/utf8.h"
+#include "platform/characters.h"
 
 namespace rowvane {
 namespace {
@@ -42,14 +44,23 @@ bool is_within(const Folder* folder, const Folder& outer) {
   return false;
 }
 
+size_t depth_of(const Folder& folder) {
+  return folder.parent() == nullptr ? 0 : depth_of(*folder.parent()) + 1;
+}
+
+// Number of folders one within the other, FOLDER included.
+size_t height_of(const Folder& folder) {
+  size_t inside = 0;
+  for (const auto& inner : folder.folders()) inside = std::max(inside, height_of(*inner));
+  return inside + 1;
+}
+
 template <typename Named>
 bool names_are_unique(const std::vector<Named>& all) {
-  for (size_t i = 0; i < all.size(); ++i) {
-    for (size_t j = 0; j < i; ++j) {
-      if (same_name(all[i].name, all[j].name)) return false;
-    }
-  }
-  return true;
+  std::unordered_set<std::string> names;
+  return std::all_of(all.begin(), all.end(), [&names](const Named& one) {
+    return names.insert(platform::fold_case(one.name)).second;
+  });
 }
 
 template <typename Named>
@@ -154,6 +165,7 @@ ErrorCode Database::move_table(CWorkSheet& table, Folder& target) {
 
 ErrorCode Database::add_folder(Folder& parent, std::string name, Folder** added) {
   if (const auto error = check_new_name(parent, name, nullptr); error != ErrorCode::kOk) return error;
+  if (depth_of(parent) >= kMaxFolderDepth) return ErrorCode::kPathTooLong;
   auto folder = std::make_unique<Folder>();
   folder->name_ = std::move(name);
   folder->parent_ = &parent;
@@ -180,6 +192,7 @@ ErrorCode Database::rename_folder(Folder& folder, std::string name) {
 ErrorCode Database::move_folder(Folder& folder, Folder& target) {
   if (folder.parent_ == nullptr || is_within(&target, folder)) return ErrorCode::kInvalidPath;
   if (folder.parent_ == &target) return ErrorCode::kOk;
+  if (depth_of(target) + height_of(folder) > kMaxFolderDepth) return ErrorCode::kPathTooLong;
   if (const auto error = check_new_name(target, folder.name(), nullptr); error != ErrorCode::kOk)
     return error;
   apply(std::make_unique<MoveChange<Folder, Folder>>(folder, folder.parent_, target, &Folder::folders_));

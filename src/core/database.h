@@ -97,6 +97,7 @@ class Database {
   ErrorCode delete_table(CWorkSheet& table);
   ErrorCode rename_table(CWorkSheet& table, std::string name);
   ErrorCode move_table(CWorkSheet& table, Folder& target);
+  // kPathTooLong for a folder within more than kMaxFolderDepth - 1 others, here and when one is moved.
   ErrorCode add_folder(Folder& parent, std::string name, Folder** added = nullptr);
   // With all that is in it. kLastTable when no table would be left, kInvalidPath for the top folder.
   ErrorCode delete_folder(Folder& folder);

@@ -1,5 +1,6 @@
 #include "core/field_conversion.h"
 
+#include "core/binary_names.h"
 #include "core/messages.h"
 #include "core/utf8.h"
 
@@ -106,7 +107,7 @@ class Converter {
       case FieldType::kFiles:
         break;
     }
-    return FileList{{long_text_file_name(text), {}, Content::of(std::string(text))}};
+    return FileList{{std::string(long_text_file_name(text)), {}, Content::of(std::string(text))}};
   }
 
   const FieldConversion& settings_;
@@ -129,10 +130,6 @@ bool holds_single_texts(const FilesColumn& column) {
 }
 
 }  // namespace
-
-std::string long_text_file_name(std::string_view beginning) {
-  return beginning.starts_with("{\\rtf") || beginning.starts_with("{urtf") ? "text.rtf" : "text.txt";
-}
 
 ConversionCheck check_conversion(const CWorkSheet& table, const FieldConversion& settings) {
   ConversionCheck check;

@@ -41,7 +41,4 @@ struct ConversionResult {
 ConversionResult convert_field(CWorkSheet& table, const FieldConversion& settings,
                                Progress& progress = Progress::none());
 
-// The file name under which a long text is kept: "text.rtf" for rich text, "text.txt" otherwise.
-std::string long_text_file_name(std::string_view beginning);
-
 }  // namespace rowvane

@@ -13,6 +13,7 @@ inline constexpr uint32_t kDefaultMaxRecords = 12'582'912;
 inline constexpr size_t kMaxFields = 65'535;
 inline constexpr size_t kMaxImportColumns = 16'384;
 inline constexpr size_t kMaxRecordBytes = 65'536;  // the in-record fields of one record
+inline constexpr size_t kMaxFolderDepth = 100;     // folders one within the other
 inline constexpr size_t kMaxContainerObjects = 255;
 inline constexpr size_t kMaxRecordFlagTypes = 10;
 inline constexpr size_t kMaxPivotTables = 100;

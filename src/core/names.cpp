@@ -10,12 +10,21 @@
 namespace rowvane {
 namespace {
 
+char lower_ascii(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+}
+
 bool is_control(char c) {
   return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
 }
 
 bool is_forbidden_in_file_names(char c) {
   return std::string_view("\\/:*?\"<>|").find(c) != std::string_view::npos;
+}
+
+// What separates names in paths, and names in the lists of files that tables hold.
+bool is_file_list_mark(char c) {
+  return c == '/' || c == '\\' || c == '|';
 }
 
 bool starts_with_letter(std::string_view name) {
@@ -26,7 +35,9 @@ bool starts_with_letter(std::string_view name) {
 }  // namespace
 
 bool same_name(std::string_view a, std::string_view b) {
-  return a == b || platform::fold_case(a) == platform::fold_case(b);
+  if (a == b) return true;
+  if (is_ascii(a) && is_ascii(b)) return std::ranges::equal(a, b, {}, lower_ascii, lower_ascii);
+  return platform::fold_case(a) == platform::fold_case(b);
 }
 
 bool is_valid_field_name(std::string_view name) {
@@ -45,6 +56,25 @@ bool is_reserved_name(std::string_view name) {
   const std::string folded = platform::fold_case(name);
   return folded == "this-version" || folded == "min-version" || folded == "meta-inf" ||
          folded.ends_with(".rvb-bin");
+}
+
+bool is_valid_file_name(std::string_view name) {
+  if (name.empty() || name.size() > kMaxFileNameBytes || name == "." || name == "..") return false;
+  return is_valid_utf8(name) &&
+         std::none_of(name.begin(), name.end(), [](char c) { return is_control(c) || is_file_list_mark(c); });
+}
+
+bool is_valid_shortcut(std::string_view path) {
+  return is_valid_utf8(path) && std::none_of(path.begin(), path.end(), is_control);
+}
+
+std::string repair_file_name(std::string_view name) {
+  std::string repaired = is_valid_utf8(name) ? std::string(name) : repair_utf8(name);
+  repaired = truncate_bytes(repaired, kMaxFileNameBytes);
+  for (char& c : repaired) {
+    if (is_control(c) || is_file_list_mark(c)) c = '_';
+  }
+  return is_valid_file_name(repaired) ? repaired : "_" + repaired;
 }
 
 std::string repair_field_name(std::string_view heading, size_t column) {

@@ -1,13 +1,11 @@
 #include "core/utf8.h"
 
-#include <cstdint>
-#include <cstring>
+#include "platform/utf8.h"
 
 namespace rowvane {
 namespace {
 
-constexpr char32_t kReplacement = 0xFFFD;
-constexpr uint64_t kHighBits = 0x8080808080808080ull;
+using platform::kReplacementCharacter;
 
 unsigned char byte_at(std::string_view text, size_t i) {
   return static_cast<unsigned char>(text[i]);
@@ -19,33 +17,16 @@ bool is_continuation(std::string_view text, size_t i) {
 
 // Length of the well-formed sequence at POSITION, or 0.
 size_t sequence_length(std::string_view text, size_t position) {
-  const unsigned char lead = byte_at(text, position);
-  if (lead < 0x80) return 1;
-  if (lead < 0xC2 || lead > 0xF4 || !is_continuation(text, position + 1)) return 0;
-  if (lead < 0xE0) return 2;
-  const unsigned char second = byte_at(text, position + 1);
-  if (!is_continuation(text, position + 2)) return 0;
-  if (lead < 0xF0) {
-    const bool overlong = lead == 0xE0 && second < 0xA0;
-    const bool surrogate = lead == 0xED && second > 0x9F;
-    return overlong || surrogate ? 0 : 3;
-  }
-  if (!is_continuation(text, position + 3)) return 0;
-  const bool overlong = lead == 0xF0 && second < 0x90;
-  const bool too_large = lead == 0xF4 && second > 0x8F;
-  return overlong || too_large ? 0 : 4;
+  constexpr std::string_view kWrittenReplacement = "\uFFFD";
+  size_t end = position;
+  const bool broken = platform::next_utf8(text, end) == kReplacementCharacter &&
+                      text.substr(position, end - position) != kWrittenReplacement;
+  return broken ? 0 : end - position;
 }
 
 // Position of the first byte that is not ASCII, at or behind POSITION.
 size_t skip_ascii(std::string_view text, size_t position) {
-  while (position + 8 <= text.size()) {
-    uint64_t word;
-    std::memcpy(&word, text.data() + position, 8);
-    if ((word & kHighBits) != 0) break;
-    position += 8;
-  }
-  while (position < text.size() && byte_at(text, position) < 0x80) ++position;
-  return position;
+  return position + platform::ascii_run(text, position);
 }
 
 }  // namespace
@@ -92,32 +73,16 @@ std::string_view truncate_bytes(std::string_view text, size_t max) {
 
 char32_t next_character(std::string_view text, size_t& position) {
   const size_t length = sequence_length(text, position);
-  const unsigned char lead = byte_at(text, position);
-  if (length <= 1) {
+  if (length == 0) {
     ++position;
-    return length == 1 ? lead : kReplacement;
+    return kReplacementCharacter;
   }
-  char32_t character = lead & (0x7Fu >> length);
-  for (size_t i = 1; i < length; ++i) character = (character << 6) | (byte_at(text, position + i) & 0x3Fu);
-  position += length;
-  return character;
+  return platform::next_utf8(text, position);
 }
 
-void append_character(char32_t c, std::string& out) {
-  const auto put = [&out](char32_t byte) { out += static_cast<char>(static_cast<unsigned char>(byte)); };
-  if (c > 0x10FFFF || (c >= 0xD800 && c < 0xE000)) c = kReplacement;
-  if (c < 0x80) return put(c);
-  if (c < 0x800) {
-    put(0xC0 | (c >> 6));
-  } else if (c < 0x10000) {
-    put(0xE0 | (c >> 12));
-    put(0x80 | ((c >> 6) & 0x3F));
-  } else {
-    put(0xF0 | (c >> 18));
-    put(0x80 | ((c >> 12) & 0x3F));
-    put(0x80 | ((c >> 6) & 0x3F));
-  }
-  put(0x80 | (c & 0x3F));
+void append_character(char32_t character, std::string& out) {
+  const bool surrogate = character >= 0xD800 && character < 0xE000;
+  platform::append_utf8(surrogate || character > 0x10FFFF ? kReplacementCharacter : character, out);
 }
 
 namespace {

@@ -1,6 +1,7 @@
 #include "core/work_sheet.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <numeric>
 
@@ -17,6 +18,11 @@ std::vector<Column> make_columns(const std::vector<Field>& fields) {
   std::vector<Column> columns;
   for (const Field& field : fields) columns.push_back(make_column(field.type));
   return columns;
+}
+
+uint64_t next_revision() {
+  static std::atomic<uint64_t> last = 0;
+  return ++last;
 }
 
 ErrorCode check_text(std::string_view text) {
@@ -40,10 +46,7 @@ ErrorCode check_files(const FileList& files) {
   if (files.size() > kMaxContainerObjects) return ErrorCode::kTooManyContainerObjects;
   for (size_t i = 0; i < files.size(); ++i) {
     const std::string& name = files[i].name;
-    if (name.empty() || name.find_first_of(std::string_view("/\\\0", 3)) != std::string::npos ||
-        name == "." || name == "..") {
-      return ErrorCode::kNoFileName;
-    }
+    if (!is_valid_file_name(name) || !is_valid_shortcut(files[i].shortcut)) return ErrorCode::kNoFileName;
     const auto same = [&name](const FileObject& other) { return same_name(name, other.name); };
     if (std::any_of(files.begin(), files.begin() + static_cast<std::ptrdiff_t>(i), same)) {
       return ErrorCode::kNameNotUnique;
@@ -69,9 +72,11 @@ std::string number_cell_text(double number, const NumberSeparators& separators) 
 
 }  // namespace
 
-CWorkSheet::CWorkSheet(std::string name, TableData data) : name_(std::move(name)), data_(std::move(data)) {}
+CWorkSheet::CWorkSheet(std::string name, TableData data)
+    : name_(std::move(name)), data_(std::move(data)), revision_(next_revision()) {}
 
-CWorkSheet::CWorkSheet(std::string name, std::vector<Field> fields) : name_(std::move(name)) {
+CWorkSheet::CWorkSheet(std::string name, std::vector<Field> fields)
+    : name_(std::move(name)), revision_(next_revision()) {
   data_.columns = make_columns(fields);
   data_.fields = std::move(fields);
 }
@@ -109,7 +114,7 @@ std::string CWorkSheet::value_text(uint32_t record, size_t field, const NumberSe
 }
 
 void CWorkSheet::touch() {
-  ++revision_;
+  revision_ = next_revision();
 }
 
 void CWorkSheet::apply(std::unique_ptr<Change> change) {

@@ -85,8 +85,8 @@ class CWorkSheet {
   // What set_value would answer.
   ErrorCode check_value(uint32_t record, size_t field, const CellValue& value) const;
 
-  // Counts the changes to fields and records that the table's stored form shows; equal numbers mean equal
-  // content.
+  // Changes with every change to fields and records that the table's stored form shows. No two tables ever
+  // have the same number: equal numbers mean the same table with equal content.
   uint64_t revision() const { return revision_; }
   // Drops texts and values that no record uses. Not a change: nothing that can be seen differs.
   void clean_pools();
@@ -103,7 +103,7 @@ class CWorkSheet {
   Database* database_ = nullptr;
   Folder* folder_ = nullptr;
   TableData data_;
-  uint64_t revision_ = 1;
+  uint64_t revision_;
 
   friend class TableChange;
 };

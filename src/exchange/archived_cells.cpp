@@ -1,37 +1,22 @@
 #include "exchange/archived_cells.h"
 
-#include <array>
-#include <cstdio>
 #include <string_view>
+#include <utility>
 
+#include "core/binary_names.h"
 #include "exchange/text_export.h"
 
 namespace rowvane {
-namespace {
-
-std::string folder_of(uint32_t position, size_t field) {
-  std::array<char, 48> name;
-  std::snprintf(name.data(), name.size(), "r%09lluf%05zu/", static_cast<unsigned long long>(position) + 1,
-                field + 1);
-  return name.data();
-}
-
-bool is_rich_text(std::string_view text) {
-  return text.starts_with("{\\rtf") || text.starts_with("{urtf");
-}
-
-std::string_view long_text_name(bool rich) {
-  return rich ? "text.rtf" : "text.txt";
-}
-
-}  // namespace
-
-ArchivedCells::ArchivedCells(const CWorkSheet& table, bool files, bool long_texts)
-    : table_(table), files_(files), long_texts_(long_texts), rich_texts_(table.field_count()) {
+ArchivedCells::ArchivedCells(const CWorkSheet& table, std::string name, bool files, bool long_texts)
+    : table_(table), name_(std::move(name)), files_(files), long_texts_(long_texts), rich_texts_(table.field_count()) {
   for (size_t field = 0; field < table.field_count(); ++field) {
     const auto* column = std::get_if<ContentColumn>(&table.column(field));
     if (column != nullptr && long_texts) rich_texts_[field].resize(column->values.size() + 1);
   }
+}
+
+std::string ArchivedCells::folder_of(uint32_t position, size_t field) const {
+  return binary_folder_name(name_, table_.name(), position + 1, field + 1);
 }
 
 bool ArchivedCells::holds_long_texts(size_t field) const {
@@ -49,9 +34,9 @@ ErrorCode ArchivedCells::archive_text(uint32_t position, size_t field, ExportArc
   if (content == nullptr) return ErrorCode::kOk;
   std::string text;
   if (const auto error = content->read(text); error != ErrorCode::kOk) return error;
-  const bool rich = is_rich_text(text);
-  rich_texts_[field][column.cells[position]] = rich;
-  const std::string name = folder_of(position, field) + std::string(long_text_name(rich));
+  const std::string_view file_name = long_text_file_name(text);
+  rich_texts_[field][column.cells[position]] = file_name == kRichTextFileName;
+  const std::string name = folder_of(position, field).append(file_name);
   return archive.add(name, Content::of(std::move(text)));
 }
 
@@ -71,7 +56,7 @@ void ArchivedCells::append_names(uint32_t position, size_t field, std::string& o
     const uint32_t reference = texts->cells[position];
     if (reference == 0) return;
     out += folder_of(position, field);
-    out += long_text_name(rich_texts_[field][reference]);
+    out += rich_texts_[field][reference] ? kRichTextFileName : kPlainTextFileName;
     return;
   }
   const FileList* files = std::get<FilesColumn>(table_.column(field)).value(position);

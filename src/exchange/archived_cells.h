@@ -11,14 +11,13 @@ namespace rowvane {
 
 class ExportArchive;
 
-// A value of a long text or files field becomes members "r%09df%05d/NAME": the 1-based numbers of its record
-// and field in the table, and the file's own name; a long text or code is "text.rtf" when it begins as rich
-// text does, otherwise "text.txt". Its cell holds the names of the members joined by "; ". A shortcut has no
-// member; its cell holds its path.
+// A value of a long text or files field becomes members named as in database files (core/binary_names.h). Its
+// cell holds the names of the members joined by "; ". A shortcut has no member; its cell holds its path.
 class ArchivedCells {
  public:
-  // The files fields of TABLE where FILES, and its long text and code fields where LONG_TEXTS.
-  ArchivedCells(const CWorkSheet& table, bool files, bool long_texts);
+  // The files fields of TABLE where FILES, and its long text and code fields where LONG_TEXTS. NAME is that
+  // of the text file.
+  ArchivedCells(const CWorkSheet& table, std::string name, bool files, bool long_texts);
 
   bool holds_files(size_t field) const { return files_ && table_.field(field).type == FieldType::kFiles; }
   bool holds_long_texts(size_t field) const;
@@ -33,7 +32,10 @@ class ArchivedCells {
   ErrorCode archive_text(uint32_t position, size_t field, ExportArchive& archive);
   ErrorCode archive_files(uint32_t position, size_t field, ExportArchive& archive);
 
+  std::string folder_of(uint32_t position, size_t field) const;
+
   const CWorkSheet& table_;
+  std::string name_;
   bool files_;
   bool long_texts_;
   std::vector<std::vector<bool>> rich_texts_;  // by field and by reference of the value

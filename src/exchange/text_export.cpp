@@ -50,6 +50,12 @@ size_t stem_length(const std::string& target) {
   return has_extension ? place : target.size();
 }
 
+// "NAME" of "folder/NAME.EXT".
+std::string file_name_stem(const std::string& target) {
+  const std::string stem = target.substr(0, stem_length(target));
+  return stem.substr(stem.find_last_of("/\\") + 1);
+}
+
 // "NAME(2).EXT" for number 2.
 std::string numbered_target(const std::string& target, uint64_t number) {
   if (number == 0) return target;
@@ -85,7 +91,7 @@ class ExportRun {
         settings_(settings),
         progress_(progress),
         fields_(settings.fields),
-        archived_(table, settings.save_files, settings.save_long_texts),
+        archived_(table, file_name_stem(target), settings.save_files, settings.save_long_texts),
         record_count_(record_count_of(table, settings)) {
     if (fields_.empty()) {
       fields_.resize(table.field_count());
@@ -107,19 +113,14 @@ class ExportRun {
   }
 
  private:
-  struct Archive {
-    std::string path;
-    std::unique_ptr<ExportArchive> archive;
-  };
-
   bool is_cancelled() {
     cancelled_ = cancelled_ || progress_.cancelled();
     return cancelled_;
   }
 
   ErrorCode write_all();
-  ErrorCode write_archive(const std::string& name_end, bool files);
-  ErrorCode fill_archive(ExportArchive& archive, bool files);
+  std::string archive_path() const { return target_.substr(0, stem_length(target_)) + ".rvb-bin.zip"; }
+  ErrorCode write_archive();
   ErrorCode write_file(const TextFormatter& formatter, uint64_t number);
   ErrorCode make_block(const TextFormatter& formatter, uint64_t first, uint64_t last, std::string& out) const;
   ErrorCode commit_all();
@@ -139,21 +140,18 @@ class ExportRun {
   uint64_t written_records_ = 0;
   bool cancelled_ = false;
   std::vector<std::unique_ptr<TextFileSink>> sinks_;
-  std::vector<Archive> archives_;
+  std::unique_ptr<ExportArchive> archive_;  // null when none is wanted
   TextExportResult result_;
 };
 
 ErrorCode ExportRun::write_all() {
-  // The archives come first: the cells name what is in them.
-  if (settings_.save_files) {
-    if (const auto error = write_archive("-files.zip", true); error != ErrorCode::kOk) return error;
-  }
-  if (settings_.save_long_texts) {
-    if (const auto error = write_archive("-long-text.zip", false); error != ErrorCode::kOk) return error;
+  // The archive comes first: the cells name what is in it.
+  const bool archiving = settings_.save_files || settings_.save_long_texts;
+  if (archiving) {
+    if (const auto error = write_archive(); error != ErrorCode::kOk) return error;
   }
   if (is_cancelled()) return ErrorCode::kOk;
-  const bool archives = settings_.save_files || settings_.save_long_texts;
-  const TextDialect dialect{.numbers = settings_.numbers, .archived = archives ? &archived_ : nullptr};
+  const TextDialect dialect{.numbers = settings_.numbers, .archived = archiving ? &archived_ : nullptr};
   const TextFormatter formatter(table_, fields_, settings_.text, dialect);
   const uint64_t files = file_count_of(record_count_, settings_.row_limit);
   for (uint64_t number = 0; number < files && !cancelled_; ++number) {
@@ -164,27 +162,18 @@ ErrorCode ExportRun::write_all() {
   return ErrorCode::kOk;
 }
 
-ErrorCode ExportRun::write_archive(const std::string& name_end, bool files) {
-  Archive made;
-  made.path = target_.substr(0, stem_length(target_)) + name_end;
-  made.archive = settings_.make_archive(made.path);
-  if (made.archive == nullptr) return ErrorCode::kFileCreate;
-  archives_.push_back(std::move(made));
-  return fill_archive(*archives_.back().archive, files);
-}
-
-ErrorCode ExportRun::fill_archive(ExportArchive& archive, bool files) {
+ErrorCode ExportRun::write_archive() {
+  archive_ = settings_.make_archive(archive_path());
+  if (archive_ == nullptr) return ErrorCode::kFileCreate;
   std::vector<size_t> fields = fields_;
-  std::erase_if(fields, [&](size_t field) {
-    return files ? !archived_.holds_files(field) : !archived_.holds_long_texts(field);
-  });
+  std::erase_if(fields, [&](size_t field) { return !archived_.holds(field); });
   if (fields.empty()) return ErrorCode::kOk;
   std::ranges::sort(fields);
   fields.erase(std::unique(fields.begin(), fields.end()), fields.end());
   for (const uint32_t position : sorted_positions()) {
     if (is_cancelled()) return ErrorCode::kOk;
     for (const size_t field : fields) {
-      if (const auto error = archived_.archive(position, field, archive); error != ErrorCode::kOk)
+      if (const auto error = archived_.archive(position, field, *archive_); error != ErrorCode::kOk)
         return error;
     }
   }
@@ -270,21 +259,16 @@ ErrorCode ExportRun::make_block(const TextFormatter& formatter, uint64_t first, 
 
 ErrorCode ExportRun::commit_all() {
   if (is_cancelled()) return ErrorCode::kOk;
-  // The archives first: they still write, and may find the disk full, while the texts are complete.
-  std::vector<std::string> archive_paths;
-  for (const Archive& archive : archives_) {
-    if (const auto error = archive.archive->finish(); error != ErrorCode::kOk) {
-      result_.files = std::move(archive_paths);
-      return error;
-    }
-    archive_paths.push_back(archive.path);
+  // The archive first: it still writes, and may find the disk full, while the texts are complete.
+  if (archive_ != nullptr) {
+    if (const auto error = archive_->finish(); error != ErrorCode::kOk) return error;
   }
   ErrorCode error = ErrorCode::kOk;
   for (size_t number = 0; number < sinks_.size() && error == ErrorCode::kOk; ++number) {
     error = sinks_[number]->commit();
     if (error == ErrorCode::kOk) result_.files.push_back(numbered_target(target_, number));
   }
-  result_.files.insert(result_.files.end(), archive_paths.begin(), archive_paths.end());
+  if (archive_ != nullptr) result_.files.push_back(archive_path());
   return error;
 }
 

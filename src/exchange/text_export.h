@@ -55,13 +55,13 @@ std::string check_text_export_settings(const CWorkSheet& table, const TextExport
 struct TextExportResult {
   Status status = Status::kOk;
   ErrorCode error = ErrorCode::kOk;  // why it failed, where it did
-  std::vector<std::string> files;    // what was written: the text files in order, then the archives
+  std::vector<std::string> files;    // what was written: the text files in order, then the archive
   std::vector<Notice> notices;       // message 125 when cells were cut
   bool replaced_characters = false;  // the code page lacked some; they became their best fit or "?"
 };
 
 // Writes TARGET (and, with a row limit, "NAME(1).EXT" and so on beside it; with the zip options
-// "NAME-files.zip" and "NAME-long-text.zip", in the cells the names of their members). UTF-16 files begin
+// "NAME.rvb-bin.zip", its members named as in database files and by the cells). UTF-16 files begin
 // with FF FE, UTF-8 ones with the first cell: programs that take a mark there for data are more than those
 // that need it. Lines end with CR LF.
 //

@@ -5,6 +5,7 @@
 
 #include "exchange/archived_cells.h"
 #include "exchange/cell_writer.h"
+#include "exchange/file_list_text.h"
 #include "exchange/rendered_texts.h"
 
 namespace rowvane {
@@ -90,12 +91,10 @@ void append_number_cell(double cell, const NumberSeparators& separators, std::st
   out += formula_error_text(error);
 }
 
-void append_file_names(const FileList& files, bool native, std::string& out) {
+void append_file_names(const FileList& files, std::string& out) {
   for (const FileObject& file : files) {
-    if (&file != &files.front()) out += native ? "\n" : "; ";
-    const bool shows_shortcut = native && file.is_shortcut();
-    if (shows_shortcut) out += '|';
-    out += shows_shortcut ? file.shortcut : file.name;
+    if (&file != &files.front()) out += "; ";
+    out += file.name;
   }
 }
 
@@ -235,7 +234,8 @@ class TextFormatter::LineWriter {
       layout_.dialect.archived->append_names(position, field.field, text_);
     } else if (field.kind == CellKind::kFiles) {
       const FileList* files = field.files->value(position);
-      if (files != nullptr) append_file_names(*files, layout_.dialect.native, text_);
+      if (files != nullptr && layout_.dialect.native) append_file_list(*files, text_);
+      if (files != nullptr && !layout_.dialect.native) append_file_names(*files, text_);
     }
     return ErrorCode::kOk;
   }

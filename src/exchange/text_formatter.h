@@ -21,8 +21,8 @@ struct TextDialect {
   NumberSeparators numbers{};  // generic in database files, the user's in exported files
   // The tables of database files, which must read back to the same cells: control characters stay, texts with
   // leading blanks are quoted, and so is the empty cell of a record that has no other; the long texts and
-  // codes, which are files of their own, are left out; files appear as one line for each object, with a line
-  // feed between them: its name, or the shortcut with a "|" before it.
+  // codes, which are files of their own, are left out; files appear as file_list_text.h
+  // says.
   bool native = false;
   // The cells that name members of an archive instead of showing their values; null: none. Not owned.
   const ArchivedCells* archived = nullptr;

@@ -7,6 +7,9 @@
 // examined too, but by parse_number: 00501 reads as 501 there. Without analysis such a column stays Number,
 // and cells that are no numbers stay empty (message 107).
 //
+// Records behind the largest number leave no trace: no columns, types or notices come from them. A text gives
+// the same table, codes of texts included, whatever the number of threads.
+//
 // Names of fields that occur twice get a number ("name_2"). A cell that is not valid UTF-8 where UTF-8 was
 // chosen keeps its valid characters, and its other bytes are read as code page 1252; error 128's advice is
 // among the notices.

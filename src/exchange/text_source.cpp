@@ -31,7 +31,8 @@ ErrorCode MemoryTextSource::rewind() {
 }
 
 size_t MemoryTextSource::read(std::span<char> buffer) {
-  const size_t count = std::min(buffer.size(), text_.size() - position_);
+  constexpr size_t kSliceBytes = 16'384;  // of a memory block at a time, so that a cancel is noticed early
+  const size_t count = std::min({buffer.size(), text_.size() - position_, kSliceBytes});
   std::memcpy(buffer.data(), text_.data() + position_, count);
   position_ += count;
   return count;

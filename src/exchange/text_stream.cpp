@@ -79,6 +79,11 @@ class PipeFeeder {
   std::string utf8_;
 };
 
+// About the bytes of the text as it is cut into cells.
+uint64_t text_bytes(const TextSource& source, const TextLoadPlan& plan) {
+  return plan.encoding == TextFileSettings::kUtf16 ? source.size() / 2 : source.size();
+}
+
 // One pass over the source.
 Status run_pass(TextSource& source, const TextLoadPlan& plan, TextLoader& loader, Progress& progress,
                 ErrorCode& error) {
@@ -117,12 +122,12 @@ TextLoadPlan reload_plan(const TextLoadPlan& plan, const std::vector<size_t>& co
 
 TextStreamResult load_text(TextSource& source, const TextLoadPlan& plan, Progress& progress) {
   TextStreamResult result;
-  TextLoader loader(plan, source.size());
+  TextLoader loader(plan, text_bytes(source, plan));
   result.status = run_pass(source, plan, loader, progress, result.error);
   const std::vector<size_t> columns = loader.columns_to_reload();
   if (result.status == Status::kOk && !columns.empty()) {
     const TextLoadPlan again = reload_plan(plan, columns);
-    TextLoader second(again, source.size());
+    TextLoader second(again, text_bytes(source, again));
     result.status = run_pass(source, again, second, progress, result.error);
     loader.take_columns(second, columns);
   }

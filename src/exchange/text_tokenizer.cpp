@@ -127,8 +127,8 @@ void TextTokenizer::reopen_quoted() {
 void TextTokenizer::end_cell() {
   if (rules_.fixed()) cell_.erase(cell_.find_last_not_of(' ') + 1);
   handler_.cell(column_, cell_, cut_);
-  if (cell_.capacity() > kKeptCapacity) cell_ = {};
   cell_.clear();
+  if (cell_.capacity() > kKeptCapacity) cell_.shrink_to_fit();
   cut_ = false;
   characters_ = 0;
   trail_byte_ = false;

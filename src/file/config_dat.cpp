@@ -5,6 +5,7 @@
 #include <unordered_set>
 
 #include "core/names.h"
+#include "core/utf8.h"
 #include "file/byte_stream.h"
 #include "platform/characters.h"
 
@@ -35,6 +36,11 @@ void put_field(const Field& field, ItemWriter& out) {
   out.put_u16(field.position);
 }
 
+std::string get_utf8(ItemReader& in) {
+  std::string text = in.get_text();
+  return is_valid_utf8(text) ? text : repair_utf8(text);
+}
+
 Field get_field(ItemReader& in, bool& valid) {
   Field field;
   field.name = in.get_text();
@@ -48,7 +54,7 @@ Field get_field(ItemReader& in, bool& valid) {
   field.hidden = (bits & kHiddenBit) != 0;
   for (std::string* text :
        {&field.formula, &field.validation, &field.default_value, &field.drop_down_list, &field.format}) {
-    *text = in.get_text();
+    *text = get_utf8(in);
   }
   field.width = in.get_u16();
   field.position = in.get_u16();
@@ -84,23 +90,29 @@ bool has_unique_names(const std::vector<Field>& fields) {
   });
 }
 
-StoredTable get_table(ItemReader& in, size_t folders, bool& valid) {
+// FLAGS without the number of a type that is no more.
+RecordFlags known_flags(RecordFlags flags, size_t flag_types) {
+  constexpr RecordFlags kTypeless = (1u << kFlagTypeShift) - 1;
+  return static_cast<size_t>(flags >> kFlagTypeShift) <= flag_types ? flags : flags & kTypeless;
+}
+
+StoredTable get_table(ItemReader& in, size_t folders, size_t flag_types, bool& valid) {
   StoredTable table;
   table.name = in.get_text();
   table.folder = in.get_u32();
   table.record_count = in.get_u32();
   const uint32_t fields = in.get_count(kFieldBytes);
+  valid = valid && fields > 0 && record_bytes(fields) <= kMaxRecordBytes;
   for (uint32_t i = 0; i < fields && valid && !in.failed(); ++i) table.fields.push_back(get_field(in, valid));
   const uint32_t runs = in.get_count(kFlagRunBytes);
   uint64_t flagged = 0;
   for (uint32_t i = 0; i < runs && !in.failed(); ++i) {
     const uint32_t records = in.get_u32();
-    table.flag_runs.push_back({records, in.get_u16()});
+    table.flag_runs.push_back({records, known_flags(in.get_u16(), flag_types)});
     flagged += records;
   }
-  valid = valid && is_valid_table_name(table.name) && table.folder <= folders && fields > 0 &&
-          record_bytes(fields) <= kMaxRecordBytes && (runs == 0 || flagged == table.record_count) &&
-          has_unique_names(table.fields);
+  valid = valid && is_valid_table_name(table.name) && table.folder <= folders &&
+          (runs == 0 || flagged == table.record_count) && has_unique_names(table.fields);
   return table;
 }
 
@@ -122,14 +134,14 @@ DatabaseSettings get_settings(ItemReader& in) {
   DatabaseSettings settings;
   const uint32_t types = in.get_count(2 * kTextBytes);
   for (uint32_t i = 0; i < types && !in.failed(); ++i) {
-    std::string name = in.get_text();
+    std::string name = get_utf8(in);
     settings.record_flag_types.push_back({std::move(name), in.get_u32()});
   }
   const uint32_t lists = in.get_count(2 * kTextBytes);
   for (uint32_t i = 0; i < lists && !in.failed(); ++i) {
-    DropDownList list{in.get_text(), {}};
+    DropDownList list{get_utf8(in), {}};
     const uint32_t items = in.get_count(kTextBytes);
-    for (uint32_t k = 0; k < items && !in.failed(); ++k) list.items.push_back(in.get_text());
+    for (uint32_t k = 0; k < items && !in.failed(); ++k) list.items.push_back(get_utf8(in));
     settings.drop_down_lists.push_back(std::move(list));
   }
   return settings;
@@ -195,7 +207,7 @@ ErrorCode read_config(std::string_view bytes, DatabaseConfig& config) {
   }
   const uint32_t tables = in.get_count(kTableBytes);
   for (uint32_t i = 0; i < tables && valid && !in.failed(); ++i) {
-    config.tables.push_back(get_table(in, folders, valid));
+    config.tables.push_back(get_table(in, folders, config.settings.record_flag_types.size(), valid));
   }
   return valid && !in.failed() && in.at_end() ? ErrorCode::kOk : ErrorCode::kInvalidBinaryFormat;
 }

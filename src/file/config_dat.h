@@ -12,6 +12,7 @@
 namespace rowvane {
 
 inline constexpr uint16_t kConfigLayout = 1;
+inline constexpr size_t kMaxConfigBytes = size_t{1} << 30;  // what a reader takes
 
 // A number of records in a row with equal flag words.
 struct FlagRun {
@@ -47,7 +48,7 @@ std::string write_config(const DatabaseConfig& config);
 
 // kNewerVersion for a layout that this version does not know, kInvalidBinaryFormat for anything that
 // write_config does not write: cut off or surplus bytes, wrong types, indices and counts, names that break
-// the rules.
+// the rules. Texts that are not valid UTF-8 are repaired.
 ErrorCode read_config(std::string_view bytes, DatabaseConfig& config);
 
 }  // namespace rowvane

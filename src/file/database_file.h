@@ -28,16 +28,17 @@ enum class SaveVariant { kAuto, kZip64, kZip32 };
 
 struct SaveSettings {
   SaveVariant variant = SaveVariant::kAuto;
-  int level = kDefaultDeflateLevel;       // of deflate, 1 to 9
-  std::vector<const CWorkSheet*> tables;  // to be saved; empty: all
-  bool as_copy = false;                   // the database stays with the file that it has
-  bool drop_unused = false;               // leave out members that nothing refers to
+  int level = kDefaultDeflateLevel;           // of deflate, 1 to 9
+  uint64_t max_zip32_bytes = kMaxZip32Bytes;  // smaller for media that hold less
+  std::vector<const CWorkSheet*> tables;      // to be saved; empty: all
+  bool as_copy = false;                       // the database stays with the file that it has
+  bool drop_unused = false;                   // leave out members that nothing refers to
 };
 
 struct SaveResult {
   ErrorCode error = ErrorCode::kOk;
   bool cancelled = false;
-  std::vector<Notice> notices;  // message 188
+  std::vector<Notice> notices;  // message 188; error 73 for contents that can't be read and are left out
 };
 
 // The question that a choice of variant raises (texts::kZip32Limits), or empty.
@@ -86,13 +87,15 @@ struct OpenedDatabase {
   bool cancelled = false;
   std::unique_ptr<Database> database;  // null unless kOk
   std::unique_ptr<DatabaseFile> file;
-  std::vector<Notice> notices;  // 123 to 125, 198 (a ZIP32 file), errors 73 and 131
+  std::vector<Notice>
+      notices;  // 123 to 125, 198 (a ZIP32 file), errors 12, 73, 128 and 131, and of new tables
 };
 
 // Opens a database file. QUESTIONS decides whether tables that are in the archive but not in its
-// configuration are added (message 183); without, they are not. Errors: kFileOpen, kFileInUse, kFileRead;
-// kInvalidBinaryFormat for a file that is no archive or whose configuration is damaged; kManifest;
-// kNewerVersion; the zip codes for damaged members; kOutOfMemory.
+// configuration are added (message 183); without, they are not. Tables that can't be added give a notice and
+// stay in the archive as they are. Errors: kFileOpen, kFileInUse, kFileRead; kInvalidBinaryFormat for a file
+// that is no archive or whose configuration is damaged; kManifest; kNewerVersion; the zip codes for damaged
+// members; kOutOfMemory.
 OpenedDatabase open_database(const std::string& path, const Options& options, Questions* questions = nullptr,
                              Progress& progress = Progress::none());
 

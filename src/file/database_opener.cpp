@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <charconv>
+#include <new>
 
 #include "core/names.h"
+#include "exchange/file_list_text.h"
 #include "exchange/text_import.h"
 #include "exchange/text_pipeline.h"
 #include "file/archive_content.h"
@@ -15,9 +17,7 @@ namespace rowvane {
 namespace {
 
 constexpr uint64_t kMaxVersionBytes = 64;
-constexpr uint64_t kMaxConfigBytes = uint64_t{1} << 28;
-constexpr uint64_t kMaxManifestBytes = uint64_t{1} << 28;
-constexpr char kShortcutMark = '|';
+constexpr uint64_t kMaxManifestBytes = uint64_t{1} << 30;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 constexpr uint64_t kMaxBlockBytes = uint64_t{1} << 26;  // what this program writes is far smaller
@@ -29,10 +29,21 @@ bool has_record_blocks(const ZipMember& member) {
                      [](const ZipBlock& block) { return block.size <= kMaxBlockBytes; });
 }
 
-// The lines of TEXT.
+bool starts_as_archive(const std::string& path) {
+  constexpr std::string_view kMark = "PK";
+  FileByteSource source;
+  std::string start(kMark.size(), '\0');
+  return source.open(path) == ErrorCode::kOk && source.read_at(0, start) == ErrorCode::kOk && start == kMark;
+}
+
+std::string_view last_part(std::string_view member_name) {
+  return member_name.substr(member_name.rfind('/') + 1);
+}
+
+// The lines of TEXT, as many as one value may have objects.
 std::vector<std::string_view> split_lines(std::string_view text) {
   std::vector<std::string_view> lines;
-  while (!text.empty()) {
+  while (!text.empty() && lines.size() < kMaxContainerObjects) {
     const size_t end = text.find('\n');
     lines.push_back(text.substr(0, end));
     text = end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
@@ -48,7 +59,11 @@ DatabaseOpener::DatabaseOpener(const std::string& path, const Options& options, 
 
 OpenedDatabase DatabaseOpener::run() {
   progress_.begin("Opening Database");
-  result_.error = read_all();
+  try {
+    result_.error = read_all();
+  } catch (const std::bad_alloc&) {
+    result_.error = ErrorCode::kOutOfMemory;
+  }
   result_.cancelled = result_.cancelled || (result_.error != ErrorCode::kOk && progress_.cancelled());
   if (result_.error != ErrorCode::kOk) {
     result_.file.reset();
@@ -60,8 +75,8 @@ OpenedDatabase DatabaseOpener::run() {
 
 ErrorCode DatabaseOpener::read_all() {
   ErrorCode error = open_archive();
-  if (error == ErrorCode::kOk) error = check_manifest();
   if (error == ErrorCode::kOk) error = check_version();
+  if (error == ErrorCode::kOk) error = check_manifest();
   if (error == ErrorCode::kOk) error = read_configuration();
   if (error == ErrorCode::kOk) error = build_folders();
   if (error == ErrorCode::kOk) error = read_tables();
@@ -78,7 +93,9 @@ ErrorCode DatabaseOpener::read_all() {
 ErrorCode DatabaseOpener::open_archive() {
   platform::remove_stale_replacements(path_);
   archive_ = std::make_shared<ZipReader>();
-  return archive_->open(path_);
+  const ErrorCode error = archive_->open(path_);
+  const bool is_broken = error == ErrorCode::kZipCorrupted || error == ErrorCode::kZipUnexpectedEnd;
+  return is_broken && !starts_as_archive(path_) ? ErrorCode::kInvalidBinaryFormat : error;
 }
 
 void DatabaseOpener::add_notice(Notice notice) {
@@ -101,10 +118,15 @@ ErrorCode DatabaseOpener::check_manifest() {
     return error;
   std::vector<ManifestEntry> entries;
   if (const ErrorCode error = read_manifest(text, entries); error != ErrorCode::kOk) return error;
-  const auto config = std::find_if(entries.begin(), entries.end(),
-                                   [](const ManifestEntry& entry) { return entry.name == kConfigName; });
-  if (config == entries.end()) return ErrorCode::kManifest;
-  return config->encryption ? ErrorCode::kInvalidPassword : ErrorCode::kOk;
+  const bool lists_config = std::any_of(entries.begin(), entries.end(),
+                                        [](const ManifestEntry& entry) { return entry.name == kConfigName; });
+  if (!lists_config) return ErrorCode::kManifest;
+  for (const ManifestEntry& entry : entries) {
+    if (archive_->find(entry.name) == nullptr) missing_.push_back(entry.name);
+  }
+  const bool encrypted = std::any_of(entries.begin(), entries.end(),
+                                     [](const ManifestEntry& entry) { return entry.encryption.has_value(); });
+  return encrypted ? ErrorCode::kInvalidPassword : ErrorCode::kOk;
 }
 
 ErrorCode DatabaseOpener::check_version() {
@@ -191,14 +213,15 @@ ErrorCode DatabaseOpener::load_blocks(const ZipMember& member, const TextLoadPla
   std::atomic<uint64_t> done = 0;
   TextLoader loader(plan, member.size);
   const auto read_block = [&](uint64_t index, LoadJob& job) {
-    std::string text;
-    const ErrorCode error = archive_->read_block(member, index, text, crcs[index]);
+    const auto size = static_cast<size_t>(ZipReader::block_size(member, index));
+    char* const text = job.block.reserve(size);
+    const ErrorCode error = archive_->read_block(member, index, std::span(text, size), crcs[index]);
     if (error != ErrorCode::kOk) return error;
-    std::string_view records = text;
-    if (index == 0 && records.starts_with(kByteOrderMark)) records.remove_prefix(kByteOrderMark.size());
-    std::copy(records.begin(), records.end(), job.block.reserve(records.size()));
-    job.block.set_size(records.size());
-    progress_.report(done += text.size(), member.size);
+    const bool marked = index == 0 && std::string_view(text, size).starts_with(kByteOrderMark);
+    const size_t skipped = marked ? kByteOrderMark.size() : 0;
+    if (skipped > 0) std::copy(text + skipped, text + size, text);
+    job.block.set_size(size - skipped);
+    progress_.report(done += size, member.size);
     return progress_.cancelled() ? ErrorCode::kZipState : ErrorCode::kOk;
   };
   ErrorCode error = load_text_blocks(loader, plan, count, read_block);
@@ -232,6 +255,11 @@ ErrorCode DatabaseOpener::attach_binaries() {
     if (parsed->record > owner.record_count() || parsed->field > owner.field_count()) continue;
     found[&owner][{parsed->field - 1, parsed->record - 1}].push_back(&member);
   }
+  const bool value_is_missing =
+      std::any_of(missing_.begin(), missing_.end(), [this](const std::string& name) {
+        return parse_binary_member(config_.database_name, name).has_value();
+      });
+  if (value_is_missing) add_notice(ErrorCode::kBinaryFieldsCorrupted);
   for (CWorkSheet* table : tables_) {
     if (const ErrorCode error = attach_table_binaries(*table, found[table]); error != ErrorCode::kOk)
       return error;
@@ -285,27 +313,40 @@ FileList DatabaseOpener::file_list(const std::string& listed, const std::vector<
   FileList value;
   std::vector<const ZipMember*> left = members;
   for (const std::string_view line : split_lines(listed)) {
-    if (line.starts_with(kShortcutMark)) {
-      const std::string path(line.substr(1));
-      value.push_back({platform::file_name(path), path, Content()});
+    FileObject file = parse_file_line(line);
+    if (file.is_shortcut()) {
+      add_object(std::move(file), value);
       continue;
     }
-    const auto named = [line](const ZipMember* member) { return platform::file_name(member->name) == line; };
+    const auto named = [line](const ZipMember* member) { return last_part(member->name) == line; };
     const auto found = std::find_if(left.begin(), left.end(), named);
     if (found == left.end()) {
       add_notice(ErrorCode::kBinaryFieldsCorrupted);
       continue;
     }
-    value.push_back({std::string(line), {}, content_of_member(archive_, **found)});
-    used_.insert((*found)->name);
+    add_member(**found, value);
     left.erase(found);
   }
-  for (const ZipMember* member : left) {
-    value.push_back({platform::file_name(member->name), {}, content_of_member(archive_, *member)});
-    used_.insert(member->name);
-  }
-  if (value.size() > kMaxContainerObjects) value.resize(kMaxContainerObjects);
+  for (const ZipMember* member : left) add_member(*member, value);
   return value;
+}
+
+void DatabaseOpener::add_member(const ZipMember& member, FileList& value) {
+  used_.insert(member.name);
+  add_object({std::string(last_part(member.name)), {}, content_of_member(archive_, member)}, value);
+}
+
+// An object whose name no value may have, or has already, gets one that it may have.
+void DatabaseOpener::add_object(FileObject object, FileList& value) {
+  if (value.size() == kMaxContainerObjects) return add_notice(ErrorCode::kTooManyContainerObjects);
+  if (!is_valid_shortcut(object.shortcut)) return add_notice(ErrorCode::kBinaryFieldsCorrupted);
+  if (!is_valid_file_name(object.name)) object.name = repair_file_name(object.name);
+  const std::string name = object.name;
+  const auto taken = [&object](const FileObject& other) { return same_name(object.name, other.name); };
+  for (int number = 2; std::any_of(value.begin(), value.end(), taken); ++number) {
+    object.name = "(" + std::to_string(number) + ") " + name;
+  }
+  value.push_back(std::move(object));
 }
 
 ErrorCode DatabaseOpener::add_new_tables() {
@@ -318,7 +359,9 @@ ErrorCode DatabaseOpener::add_new_tables() {
     return ErrorCode::kOk;
   }
   for (const auto& [member, path] : found) {
-    if (const ErrorCode error = read_new_table(*member, path); error != ErrorCode::kOk) return error;
+    const ErrorCode error = read_new_table(*member, path);
+    if (progress_.cancelled() || error == ErrorCode::kOutOfMemory) return error;
+    if (error != ErrorCode::kOk) add_notice(error);
   }
   return ErrorCode::kOk;
 }

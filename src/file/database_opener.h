@@ -38,6 +38,8 @@ class DatabaseOpener {
   Column long_texts(uint32_t records, size_t field, const BinaryMembers& members);
   Column files(const CWorkSheet& table, size_t field, const BinaryMembers& members);
   FileList file_list(const std::string& listed, const std::vector<const ZipMember*>& members);
+  void add_member(const ZipMember& member, FileList& value);
+  void add_object(FileObject object, FileList& value);
   ErrorCode add_new_tables();
   ErrorCode read_new_table(const ZipMember& member, const std::string& path);
   void collect_unused();
@@ -50,6 +52,7 @@ class DatabaseOpener {
   Progress& progress_;
   OpenedDatabase result_;
   std::shared_ptr<ZipReader> archive_;
+  std::vector<std::string> missing_;  // members that the manifest lists in vain
   DatabaseConfig config_;
   std::vector<Folder*> folders_;
   std::vector<CWorkSheet*> tables_;

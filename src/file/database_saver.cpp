@@ -1,9 +1,12 @@
 #include "file/database_saver.h"
 
 #include <algorithm>
+#include <new>
 #include <thread>
+#include <unordered_map>
 
 #include "core/field_conversion.h"
+#include "core/names.h"
 #include "core/parallel_blocks.h"
 #include "exchange/text_formatter.h"
 #include "file/archive_content.h"
@@ -19,7 +22,23 @@ namespace {
 constexpr size_t kPipeBytes = 65'535;
 constexpr size_t kTableBlockBytes = size_t{1} << 20;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-constexpr uint64_t kNearZip32Limit = kMaxZip32Bytes / 16 * 15;
+
+// Where a ZIP32 file begins to count as near its limit.
+uint64_t near_limit(uint64_t max_bytes) {
+  return max_bytes - max_bytes / 16;
+}
+
+// True for what makes a member of an archive unreadable for good.
+bool is_damage(ErrorCode error) {
+  return error == ErrorCode::kZipCorrupted || error == ErrorCode::kZipUnexpectedEnd ||
+         error == ErrorCode::kFileDecrypt || error == ErrorCode::kZlibUnknown;
+}
+
+// The name of the folder of long texts and files: that of the file, as far as members may be called so.
+std::string stored_database_name(const std::string& path) {
+  const std::string name = platform::file_stem(path);
+  return is_valid_table_name(name) ? name : repair_table_name(name);
+}
 
 // Records that fill about one block, by the length of the first ones.
 uint32_t records_per_block(const TextFormatter& formatter, uint32_t record_count) {
@@ -57,12 +76,12 @@ uint64_t binary_bytes(const std::vector<CWorkSheet*>& tables) {
 ErrorCode name_long_text(const Content& content, std::string& name) {
   if (const auto* stored = dynamic_cast<const ArchiveContent*>(content.source().get())) {
     name = platform::file_name(stored->place().member->name);
-    if (name == long_text_file_name("{\\rtf") || name == long_text_file_name("")) return ErrorCode::kOk;
+    if (name == kRichTextFileName || name == kPlainTextFileName) return ErrorCode::kOk;
   }
   std::string text;
   const ErrorCode error = content.read(text);
   name = long_text_file_name(text);
-  return error;
+  return is_damage(error) ? ErrorCode::kOk : error;
 }
 
 }  // namespace
@@ -94,15 +113,21 @@ uint64_t DatabaseSaver::estimated_bytes() const {
 SaveResult DatabaseSaver::run(const std::string& path) {
   SaveResult result;
   progress_.begin("Saving Database");
-  result.error = write_all(path);
-  result.cancelled = writer_.cancelled();
-  if (result.error != ErrorCode::kOk) return result;
-  if (variant_ == ZipVariant::kZip32 && writer_.bytes_written() > kNearZip32Limit) {
-    result.notices.emplace_back(MessageId::kFileNearLimit);
+  try {
+    result.error = write_all(path);
+    const bool near =
+        variant_ == ZipVariant::kZip32 && writer_.bytes_written() > near_limit(settings_.max_zip32_bytes);
+    if (result.error == ErrorCode::kOk) {
+      result.error =
+          writer_.finish(options_.backups && platform::file_exists(path) ? path + ".bak" : std::string());
+    }
+    result.cancelled = writer_.cancelled();
+    if (near || writer_.size_limit_reached()) result.notices.emplace_back(MessageId::kFileNearLimit);
+    if (left_out_) result.notices.emplace_back(ErrorCode::kBinaryFieldsCorrupted);
+    if (result.error == ErrorCode::kOk && !settings_.as_copy) adopt(path);
+  } catch (const std::bad_alloc&) {
+    result.error = ErrorCode::kOutOfMemory;
   }
-  result.error =
-      writer_.finish(options_.backups && platform::file_exists(path) ? path + ".bak" : std::string());
-  if (result.error == ErrorCode::kOk && !settings_.as_copy) adopt(path, platform::file_stem(path));
   return result;
 }
 
@@ -114,18 +139,19 @@ ErrorCode DatabaseSaver::write_all(const std::string& path) {
   writer_options.level = settings_.level;
   writer_options.threads = thread_count(options_.used_processor_cores);
   writer_options.save_time = save_time_now();
+  writer_options.max_zip32_bytes = settings_.max_zip32_bytes;
   ErrorCode error = writer_.create(path, writer_options);
   if (error != ErrorCode::kOk) return error;
   writer_.set_progress(progress_, estimated_bytes());
 
-  const std::string database_name = platform::file_stem(path);
+  const std::string database_name = stored_database_name(path);
   const std::string version = std::to_string(kFormatVersion);
   error = add_text(kThisVersionName, version);
   if (error == ErrorCode::kOk) error = add_text(kMinVersionName, version);
   if (error == ErrorCode::kOk) error = write_config_member(database_name);
   for (size_t i = 0; i < tables_.size() && error == ErrorCode::kOk; ++i) error = write_table(*tables_[i]);
   if (error == ErrorCode::kOk) error = write_binaries(database_name);
-  if (error == ErrorCode::kOk && !settings_.drop_unused) error = write_unused();
+  if (error == ErrorCode::kOk && !settings_.drop_unused) error = write_unused(database_name);
   if (error == ErrorCode::kOk) error = write_manifest_member();
   return error;
 }
@@ -146,9 +172,15 @@ ErrorCode DatabaseSaver::write_config_member(const std::string& database_name) {
   note_member(std::string(kConfigName), true);
   ErrorCode error = writer_.begin(kConfigName, ZipMethod::kDeflated);
   if (error != ErrorCode::kOk) return error;
+  ErrorCode config_error = ErrorCode::kOk;
   std::jthread serialiser([&] {
-    const std::string config = write_config(config_of(database_, tables_, database_name));
-    pipe.write(std::as_bytes(std::span(config)));
+    try {
+      const std::string config = write_config(config_of(database_, tables_, database_name));
+      if (config.size() > kMaxConfigBytes) config_error = ErrorCode::kOutOfResources;
+      if (config_error == ErrorCode::kOk) pipe.write(std::as_bytes(std::span(config)));
+    } catch (const std::bad_alloc&) {
+      config_error = ErrorCode::kOutOfMemory;
+    }
     pipe.close_write_end();
   });
   std::string chunk(kPipeBytes, '\0');
@@ -156,6 +188,7 @@ ErrorCode DatabaseSaver::write_config_member(const std::string& database_name) {
     if (error == ErrorCode::kOk) error = writer_.write(std::string_view(chunk).substr(0, count));
   }
   serialiser.join();
+  if (error == ErrorCode::kOk) error = config_error;
   return error == ErrorCode::kOk ? writer_.end() : error;
 }
 
@@ -201,9 +234,9 @@ ZipMethod DatabaseSaver::method_for(std::string_view file_name) const {
 ErrorCode DatabaseSaver::write_content(const std::string& name, const Content& content) {
   if (const auto* stored = dynamic_cast<const ArchiveContent*>(content.source().get())) {
     const ArchiveContent::Place place = stored->place();
-    note_member(name, place.member->is_deflated());
-    written_contents_.emplace_back(content.source(), name);
-    return writer_.copy(*place.archive, *place.member, name);
+    const ErrorCode error = copy_member(*place.archive, *place.member, name);
+    if (error == ErrorCode::kOk) written_contents_.emplace_back(content.source(), name);
+    return leave_out_if_damaged(error);
   }
   const ZipMethod method = method_for(name);
   note_member(name, method == ZipMethod::kDeflated);
@@ -211,6 +244,20 @@ ErrorCode DatabaseSaver::write_content(const std::string& name, const Content& c
   std::string bytes;
   const ErrorCode error = content.read(bytes);
   return error == ErrorCode::kOk ? writer_.add(name, bytes, method) : error;
+}
+
+ErrorCode DatabaseSaver::copy_member(const ZipReader& archive, const ZipMember& member,
+                                     const std::string& name) {
+  const ErrorCode error = writer_.copy(archive, member, name);
+  if (error == ErrorCode::kOk) note_member(name, member.is_deflated());
+  return error;
+}
+
+// One damaged member must not keep the user from saving everything else.
+ErrorCode DatabaseSaver::leave_out_if_damaged(ErrorCode error) {
+  if (!is_damage(error)) return error;
+  left_out_ = true;
+  return ErrorCode::kOk;
 }
 
 ErrorCode DatabaseSaver::write_field_binaries(const CWorkSheet& table, size_t field,
@@ -252,16 +299,28 @@ ErrorCode DatabaseSaver::write_binaries(const std::string& database_name) {
   return error;
 }
 
-// Members of the opened file that the database does not know are somebody's: they stay, unless a name is
-// needed.
-ErrorCode DatabaseSaver::write_unused() {
+// Members of the opened file that the database does not know are somebody's: they stay, unless their name is
+// needed or the database would know them from now on, as the value of a cell that is empty.
+ErrorCode DatabaseSaver::write_unused(const std::string& database_name) {
+  std::unordered_map<std::string, const CWorkSheet*> owners;
+  const std::vector<std::string> names = binary_table_names(tables_);
+  for (size_t t = 0; t < tables_.size(); ++t) owners.emplace(names[t], tables_[t]);
+  const auto names_value = [&](const std::string& name) {
+    const auto place = parse_binary_member(database_name, name);
+    const auto owner = place ? owners.find(std::string(place->table_name)) : owners.end();
+    return owner != owners.end() && place->record <= owner->second->record_count() &&
+           place->field <= owner->second->field_count() &&
+           is_outside_record(owner->second->field(place->field - 1).type);
+  };
   for (const std::string& name : file_.unused_) {
     const ZipMember* member = file_.archive_->find(name);
-    if (member == nullptr) continue;
-    const ErrorCode error = writer_.copy(*file_.archive_, *member, name);
+    if (member == nullptr || names_value(name)) continue;
+    const ErrorCode error = copy_member(*file_.archive_, *member, name);
     if (error == ErrorCode::kNameNotUnique) continue;
-    if (error != ErrorCode::kOk) return error;
-    note_member(name, member->is_deflated());
+    if (error == ErrorCode::kOk) written_unused_.push_back(name);
+    if (error == ErrorCode::kInvalidPath) left_out_ = true;
+    if (error == ErrorCode::kInvalidPath) continue;
+    if (leave_out_if_damaged(error) != ErrorCode::kOk) return error;
   }
   return ErrorCode::kOk;
 }
@@ -271,7 +330,7 @@ ErrorCode DatabaseSaver::write_manifest_member() {
 }
 
 // From now on the new file is the one that unchanged parts are copied from.
-void DatabaseSaver::adopt(const std::string& path, const std::string& database_name) {
+void DatabaseSaver::adopt(const std::string& path) {
   auto archive = std::make_shared<ZipReader>();
   if (archive->open(path) != ErrorCode::kOk) return;
   for (const auto& [source, name] : written_contents_) {
@@ -282,10 +341,10 @@ void DatabaseSaver::adopt(const std::string& path, const std::string& database_n
   file_.saved_.clear();
   for (const CWorkSheet* table : tables_)
     file_.saved_[table] = {table->revision(), table_member_name(*table)};
-  if (settings_.drop_unused) file_.unused_.clear();
+  file_.unused_ = std::move(written_unused_);
   file_.archive_ = std::move(archive);
   file_.variant_ = variant_;
-  database_.set_name(database_name);
+  database_.set_name(platform::file_stem(path));
   database_.set_file(path, FileFormat::kNative);
   if (settings_.tables.empty()) database_.mark_saved();
 }

@@ -12,8 +12,6 @@ class DatabaseSaver {
   SaveResult run(const std::string& path);
 
  private:
-  struct Binary;
-
   ErrorCode write_all(const std::string& path);
   ErrorCode write_config_member(const std::string& database_name);
   ErrorCode write_table(CWorkSheet& table);
@@ -21,13 +19,15 @@ class DatabaseSaver {
   ErrorCode write_field_binaries(const CWorkSheet& table, size_t field, std::string_view database_name,
                                  std::string_view table_name);
   ErrorCode write_content(const std::string& name, const Content& content);
-  ErrorCode write_unused();
+  ErrorCode copy_member(const ZipReader& archive, const ZipMember& member, const std::string& name);
+  ErrorCode leave_out_if_damaged(ErrorCode error);
+  ErrorCode write_unused(const std::string& database_name);
   ErrorCode write_manifest_member();
   ErrorCode add_text(std::string_view name, std::string_view text);
   void note_member(const std::string& name, bool deflated);
   ZipMethod method_for(std::string_view file_name) const;
   uint64_t estimated_bytes() const;
-  void adopt(const std::string& path, const std::string& database_name);
+  void adopt(const std::string& path);
 
   DatabaseFile& file_;
   Database& database_;
@@ -39,6 +39,8 @@ class DatabaseSaver {
   ZipWriter writer_;
   std::vector<ManifestEntry> manifest_;
   std::vector<std::pair<std::shared_ptr<const ContentSource>, std::string>> written_contents_;
+  std::vector<std::string> written_unused_;
+  bool left_out_ = false;  // something that can't be read
 };
 
 }  // namespace rowvane

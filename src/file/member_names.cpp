@@ -1,9 +1,10 @@
 #include "file/member_names.h"
 
+#include <algorithm>
 #include <charconv>
-#include <cstdio>
 #include <unordered_set>
 
+#include "core/limits.h"
 #include "core/names.h"
 #include "platform/characters.h"
 
@@ -11,7 +12,6 @@ namespace rowvane {
 namespace {
 
 constexpr std::string_view kTableExtension = ".txt";
-constexpr std::string_view kBinaryFolder = ".rvb-bin/";
 constexpr size_t kRecordDigits = 9;
 constexpr size_t kFieldDigits = 5;
 constexpr size_t kPlaceLength = 2 + kRecordDigits + 1 + kFieldDigits;  // ".r000000012f00003"
@@ -32,6 +32,7 @@ std::string table_member_name(const CWorkSheet& table) {
 std::optional<std::string> table_path_of(std::string_view member_name) {
   if (!member_name.ends_with(kTableExtension)) return std::nullopt;
   const std::string_view path = member_name.substr(0, member_name.size() - kTableExtension.size());
+  if (static_cast<size_t>(std::count(path.begin(), path.end(), '/')) > kMaxFolderDepth) return std::nullopt;
   for (std::string_view rest = path;;) {
     const size_t slash = rest.find('/');
     const std::string_view name = rest.substr(0, slash);
@@ -51,21 +52,11 @@ std::vector<std::string> binary_table_names(const std::vector<CWorkSheet*>& tabl
   return names;
 }
 
-std::string binary_folder_name(std::string_view database_name, std::string_view table_name, uint32_t record,
-                               size_t field) {
-  char place[40];
-  std::snprintf(place, sizeof place, ".r%09uf%05zu/", record, field);
-  std::string name(database_name);
-  name += kBinaryFolder;
-  name += table_name;
-  return name += place;
-}
-
 std::optional<BinaryMember> parse_binary_member(std::string_view database_name, std::string_view name) {
-  if (!name.starts_with(database_name) || !name.substr(database_name.size()).starts_with(kBinaryFolder)) {
+  if (!name.starts_with(database_name) || !name.substr(database_name.size()).starts_with(kBinaryFolderEnd)) {
     return std::nullopt;
   }
-  const std::string_view inner = name.substr(database_name.size() + kBinaryFolder.size());
+  const std::string_view inner = name.substr(database_name.size() + kBinaryFolderEnd.size());
   const size_t slash = inner.rfind('/');
   if (slash == std::string_view::npos || slash <= kPlaceLength || slash + 1 == inner.size())
     return std::nullopt;

@@ -5,9 +5,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include "core/binary_names.h"
 #include "core/work_sheet.h"
 
 namespace rowvane {
@@ -26,10 +26,6 @@ std::optional<std::string> table_path_of(std::string_view member_name);
 // Under which name the long texts and files of each table are stored: the table's name; its path where an
 // earlier one of TABLES has the same name.
 std::vector<std::string> binary_table_names(const std::vector<CWorkSheet*>& tables);
-
-// "shop.rvb-bin/orders.r000000012f00003/": RECORD and FIELD are 1-based.
-std::string binary_folder_name(std::string_view database_name, std::string_view table_name, uint32_t record,
-                               size_t field);
 
 // What the name of a long text's or file's member says.
 struct BinaryMember {

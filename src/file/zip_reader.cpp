@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "file/block_inflater.h"
 #include "file/zip_directory.h"
 #include "file/zlib_codec.h"
 
@@ -36,20 +37,6 @@ bool resize(std::string& text, uint64_t size) {
   } catch (const std::length_error&) {
   }
   return false;
-}
-
-// Inflates PACKED into all of OUT. A block that is not the last ends without the end of the stream.
-ErrorCode inflate_block(std::string_view packed, bool last, std::span<char> out) {
-  Inflater inflater;
-  if (const ErrorCode error = inflater.start(); error != ErrorCode::kOk) return error;
-  if (!out.empty()) {
-    if (const ErrorCode error = inflater.run(packed, out); error != ErrorCode::kOk) return error;
-  }
-  char surplus = 0;
-  std::span<char> room(&surplus, 1);
-  if (const ErrorCode error = inflater.run(packed, room); error != ErrorCode::kOk) return error;
-  const bool complete = out.empty() && !room.empty() && packed.empty() && inflater.finished() == last;
-  return complete ? ErrorCode::kOk : ErrorCode::kZipCorrupted;
 }
 
 ZipBlock block_of(const ZipMember& member, size_t k) {
@@ -127,24 +114,31 @@ ErrorCode ZipReader::stream(const ZipMember& member, ZipMemberStream& out) const
   return out.open(*source_, member, data_offset);
 }
 
+ErrorCode ZipReader::read_block(const ZipMember& member, size_t k, std::span<char> out, uint32_t& crc) const {
+  if (k >= block_count(member) || out.size() != block_size(member, k)) return ErrorCode::kZipState;
+  uint64_t data_offset = 0;
+  if (const ErrorCode error = locate(member, data_offset); error != ErrorCode::kOk) return error;
+  const ZipBlock block = block_of(member, k);
+  ErrorCode error = ErrorCode::kOk;
+  if (member.is_stored()) {
+    error = source_->read_at(data_offset + block.offset, out);
+  } else {
+    std::string packed;
+    if (!resize(packed, block.compressed_size)) return ErrorCode::kZipMemory;
+    error = source_->read_at(data_offset + block.offset, packed);
+    if (error == ErrorCode::kOk) error = BlockInflater().inflate(packed, k + 1 == block_count(member), out);
+  }
+  crc = crc32_of({out.data(), out.size()});
+  return error;
+}
+
 ErrorCode ZipReader::read_block(const ZipMember& member, size_t k, std::string& out, uint32_t& crc,
                                 uint64_t limit) const {
   out.clear();
   if (k >= block_count(member)) return ErrorCode::kZipState;
-  uint64_t data_offset = 0;
-  if (const ErrorCode error = locate(member, data_offset); error != ErrorCode::kOk) return error;
-  const ZipBlock block = block_of(member, k);
-  std::string packed;
-  std::string& raw = member.is_stored() ? out : packed;
-  if (block.size > limit || !resize(out, block.size) || !resize(raw, block.compressed_size)) {
-    return ErrorCode::kZipMemory;
-  }
-  ErrorCode error = source_->read_at(data_offset + block.offset, raw);
-  if (error == ErrorCode::kOk && !member.is_stored()) {
-    error = inflate_block(packed, k + 1 == block_count(member), out);
-  }
+  if (block_size(member, k) > limit || !resize(out, block_size(member, k))) return ErrorCode::kZipMemory;
+  const ErrorCode error = read_block(member, k, std::span(out), crc);
   if (error != ErrorCode::kOk) out.clear();
-  crc = crc32_of(out);
   return error;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include <libdeflate.h>
 #include <zlib.h>
 
 namespace rowvane {
@@ -132,7 +133,7 @@ ErrorCode Inflater::run(std::string_view& input, std::span<char>& output) {
 }
 
 uint32_t crc32_of(std::string_view bytes, uint32_t crc) {
-  return static_cast<uint32_t>(crc32_z(crc, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size()));
+  return libdeflate_crc32(crc, bytes.data(), bytes.size());
 }
 
 uint32_t crc32_combined(uint32_t first, uint32_t second, uint64_t second_size) {

@@ -177,19 +177,18 @@ class TextExportArchives : public TextExportTest {
 TEST_F(TextExportArchives, HoldWhatTheCellsName) {
   settings_.save_files = settings_.save_long_texts = true;
   const TextExportResult result = export_text(*table_, path("my.list.csv"), settings_);
-  EXPECT_THAT(result.files,
-              ElementsAre(path("my.list.csv"), path("my.list-files.zip"), path("my.list-long-text.zip")));
+  EXPECT_THAT(result.files, ElementsAre(path("my.list.csv"), path("my.list.rvb-bin.zip")));
   EXPECT_EQ(file_text(path("my.list.csv")),
             "id,long,files\r\n"
-            "1,r000000001f00002/text.txt,\r\n"
-            "2,r000000002f00002/text.rtf,\r\n"
-            "3,,r000000003f00003/photo.jpg; /home/b.txt; r000000003f00003/c.txt\r\n");
-  EXPECT_THAT(
-      FakeArchive::shelf[path("my.list-files.zip")],
-      UnorderedElementsAre(Pair("r000000003f00003/photo.jpg", "jpg"), Pair("r000000003f00003/c.txt", "c")));
-  EXPECT_THAT(FakeArchive::shelf[path("my.list-long-text.zip")],
-              UnorderedElementsAre(Pair("r000000001f00002/text.txt", "x,y"),
-                                   Pair("r000000002f00002/text.rtf", "{\\rtf1}")));
+            "1,my.list.rvb-bin/t.r000000001f00002/text.txt,\r\n"
+            "2,my.list.rvb-bin/t.r000000002f00002/text.rtf,\r\n"
+            "3,,my.list.rvb-bin/t.r000000003f00003/photo.jpg; /home/b.txt; "
+            "my.list.rvb-bin/t.r000000003f00003/c.txt\r\n");
+  EXPECT_THAT(FakeArchive::shelf[path("my.list.rvb-bin.zip")],
+              UnorderedElementsAre(Pair("my.list.rvb-bin/t.r000000001f00002/text.txt", "x,y"),
+                                   Pair("my.list.rvb-bin/t.r000000002f00002/text.rtf", "{\\rtf1}"),
+                                   Pair("my.list.rvb-bin/t.r000000003f00003/photo.jpg", "jpg"),
+                                   Pair("my.list.rvb-bin/t.r000000003f00003/c.txt", "c")));
 }
 
 TEST_F(TextExportArchives, EachOptionStandsAlone) {
@@ -197,7 +196,8 @@ TEST_F(TextExportArchives, EachOptionStandsAlone) {
   settings_.positions = std::vector<uint32_t>{2, 0, 2};
   settings_.fields = {2, 1, 2};
   EXPECT_EQ(export_text(*table_, path(), settings_).status, Status::kOk);
-  const std::string files = "r000000003f00003/photo.jpg; /home/b.txt; r000000003f00003/c.txt";
+  const std::string files =
+      "t.rvb-bin/t.r000000003f00003/photo.jpg; /home/b.txt; t.rvb-bin/t.r000000003f00003/c.txt";
   EXPECT_EQ(file_text(path()), "files,long,files\r\n" + files + ",," + files + "\r\n,\"x,y\",\r\n" + files +
                                    ",," + files + "\r\n");
   EXPECT_EQ(FakeArchive::shelf.size(), 1U);

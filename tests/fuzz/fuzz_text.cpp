@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "../exchange/text_record_support.h"
-#include "exchange/text_import.h"
+#include "exchange/text_stream.h"
 
 namespace {
 
@@ -51,13 +51,15 @@ void check_text(const std::string& text) {
   require(count_characters(text) <= kMaxTextCharacters);
 }
 
-void check_table(const CWorkSheet& table) {
-  require(table.field_count() > 0);
-  for (size_t field = 0; field < table.field_count(); ++field) {
-    check_text(table.field(field).name);
-    require(column_size(table.column(field)) == table.record_count());
-    const bool is_text = table.field(field).type == FieldType::kText;
-    for (uint32_t i = 1; is_text && i <= table.record_count(); ++i) check_text(table.value_text(i, field));
+void check_table(const TableData& data, uint32_t max_records) {
+  require(!data.fields.empty() && data.columns.size() == data.fields.size());
+  require(data.record_count <= max_records);
+  for (size_t field = 0; field < data.fields.size(); ++field) {
+    check_text(data.fields[field].name);
+    require(column_size(data.columns[field]) == data.record_count);
+    const auto* texts = std::get_if<TextColumn>(&data.columns[field]);
+    for (size_t i = 0; texts != nullptr && i < data.record_count; ++i)
+      check_text(std::string(texts->text(i)));
   }
 }
 
@@ -65,15 +67,15 @@ void check_table(const CWorkSheet& table) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size < 4) return 0;
-  TextImport import;
-  import.text = settings_of(data);
-  import.threads = 1;
-  import.max_records = data[2] & 8 ? 3 : kDefaultMaxRecords;
+  const TextFileSettings settings = settings_of(data);
   const std::string_view text(reinterpret_cast<const char*>(data) + 4, size - 4);
-  check_records(text, import.text, data[0]);
-  const TextImportResult result = import_text_block(text, import);
+  check_records(text, settings, data[0]);
+  TextLoadPlan plan = text_load_plan(settings, platform::RegionalSettings::generic());
+  plan.sizes = {512, 512, 1024};
+  plan.max_records = data[2] & 8 ? 3 : kDefaultMaxRecords;
+  MemoryTextSource source(text);
+  const TextStreamResult result = load_text(source, plan, Progress::none());
   require(result.status == Status::kOk);
-  require(result.table->record_count() <= import.max_records);
-  check_table(*result.table);
+  check_table(result.data, plan.max_records);
   return 0;
 }
