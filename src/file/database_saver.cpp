@@ -5,7 +5,7 @@
 #include <thread>
 #include <unordered_map>
 
-#include "core/field_conversion.h"
+#include "core/binary_names.h"
 #include "core/names.h"
 #include "core/parallel_blocks.h"
 #include "exchange/text_formatter.h"

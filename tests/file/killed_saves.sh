@@ -15,7 +15,10 @@ RANDOM=17
 for ((round = 0; round < rounds; ++round)); do
   "$tool" save-loop "$file" &
   saver=$!
-  while [ ! -e "$file" ]; do sleep 0.01; done
+  while [ ! -e "$file" ]; do
+    kill -0 $saver  # fails when there is nothing to wait for
+    sleep 0.01
+  done
   sleep "0.$(printf %03d $((RANDOM % 300)))"
   kill -9 $saver
   wait $saver 2>/dev/null || true
