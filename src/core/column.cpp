@@ -68,6 +68,7 @@ void insert_cells(Column& column, size_t position, size_t count) {
 
 void erase_cells(Column& column, std::span<const uint32_t> positions) {
   with_cells(column, [positions](auto& cells, auto) { erase_positions(cells, positions); });
+  if (auto* texts = std::get_if<TextColumn>(&column)) texts->dropped += positions.size();
 }
 
 CellValue cell_value(const Column& column, size_t position) {
@@ -95,6 +96,7 @@ void store_value(Column& column, size_t position, const CellValue& value) {
                         [&](TextColumn& texts) {
                           const auto* text = std::get_if<std::string>(&value);
                           texts.cells[position] = text != nullptr ? texts.code_for(*text) : 0;
+                          ++texts.dropped;
                         },
                         [&](ContentColumn& contents) {
                           const auto* content = std::get_if<Content>(&value);
@@ -166,6 +168,7 @@ void assign_cells(Column& column, std::span<const uint32_t> positions, const Col
       [&](auto& target) {
         const auto adopted = adopt_cells(target, std::get<std::remove_cvref_t<decltype(target)>>(cells));
         for (size_t i = 0; i < positions.size(); ++i) target.cells[positions[i]] = adopted[i];
+        if constexpr (requires { target.dropped; }) target.dropped += positions.size();
       },
       column);
 }
@@ -182,6 +185,8 @@ void restore_cells(Column& column, std::span<const uint32_t> positions, const Co
 namespace {
 
 void clean_texts(TextColumn& texts) {
+  if (texts.dropped * 2 < texts.pool->size()) return;  // each dropped cell left at most one text behind
+  texts.dropped = 0;
   std::vector<TextPool::Code> moved(texts.pool->size(), 0);
   size_t used = 0;
   for (const TextPool::Code code : texts.cells) {

@@ -28,6 +28,7 @@ struct TextColumn {
   Cells cells;
   std::shared_ptr<TextPool> pool = std::make_shared<TextPool>();
   bool interning = true;  // false once the texts are known not to repeat
+  size_t dropped = 0;     // cells that gave up a text since the pool was clean
 
   std::string_view text(size_t position) const { return pool->text(cells[position]); }
   // A code for TEXT, added where it is new.

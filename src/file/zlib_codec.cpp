@@ -50,7 +50,10 @@ size_t deflated_bound(z_stream* stream, size_t raw_size) {
 
 }  // namespace
 
-Deflater::Deflater(int level) : level_(std::clamp(level, kMinDeflateLevel, kMaxDeflateLevel)) {}
+Deflater::Deflater(int level) : level_(std::clamp(level, kMinDeflateLevel, kMaxDeflateLevel)) {
+  const bool fast = level_ > kMinDeflateLevel && level_ <= FastDeflater::kMaxLevel;
+  if (fast) fast_ = std::make_unique<FastDeflater>(level_);
+}
 Deflater::~Deflater() = default;
 Deflater::Deflater(Deflater&&) noexcept = default;
 
@@ -69,6 +72,7 @@ ErrorCode Deflater::prepare() {
 }
 
 ErrorCode Deflater::deflate_block(std::string_view raw, bool last, std::string& out) {
+  if (fast_ != nullptr) return fast_->deflate_block(raw, last, out);
   if (const ErrorCode error = prepare(); error != ErrorCode::kOk) return error;
   z_stream& stream = *stream_;
   if (const size_t bound = deflated_bound(&stream, raw.size()); out.size() < bound) out.resize(bound);

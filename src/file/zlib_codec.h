@@ -1,4 +1,5 @@
-// Deflating and inflating with zlib: raw deflate streams, without zlib's own header.
+// Deflating and inflating: raw deflate streams, without zlib's own header. zlib does it, but for the fast levels
+// (fast_deflater.h) and for whole blocks (block_inflater.h).
 #pragma once
 
 #include <cstdint>
@@ -8,6 +9,7 @@
 #include <string_view>
 
 #include "core/error_code.h"
+#include "file/fast_deflater.h"
 
 struct z_stream_s;
 
@@ -39,6 +41,7 @@ class Deflater {
 
   int level_;
   std::unique_ptr<z_stream_s, Close> stream_;
+  std::unique_ptr<FastDeflater> fast_;  // does the work at its levels
 };
 
 class Inflater {

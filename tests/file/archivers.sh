@@ -3,6 +3,8 @@
 # none of them the test is skipped (exit code 77).
 #   archivers.sh ZIP_TOOL
 set -eu
+# Other archivers look for the names of files in the locale.
+export LC_ALL=C.UTF-8
 
 zip_tool=$1
 work=$(mktemp -d)
@@ -34,7 +36,7 @@ check_ours() {
   "$zip_tool" pack "$1" "$archive" "$work/in"
   if has unzip; then
     unzip -tq "$archive" >/dev/null
-    LC_ALL=C.UTF-8 unzip -q "$archive" -d "$work/out"
+    unzip -q "$archive" -d "$work/out"
     same "unzip of $1"
   fi
   if has 7z; then
