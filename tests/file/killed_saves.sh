@@ -7,7 +7,7 @@ set -eu
 tool=$1
 rounds=${2:-30}
 work=$(mktemp -d)
-trap 'kill -9 $saver 2>/dev/null; rm -rf "$work"' EXIT
+trap 'kill -9 "${saver:-}" 2>/dev/null || true; rm -rf "$work"' EXIT
 file=$work/loop.rvb
 left_behind=0
 RANDOM=17
