@@ -1,5 +1,5 @@
-// The names under which long texts, codes and files are kept outside the tables, in database files and beside exported
-// texts.
+// The names under which long texts, codes and files are kept outside the tables, in database files and beside
+// exported texts.
 #pragma once
 
 #include <cstdint>

@@ -8,7 +8,11 @@
 
 namespace rowvane {
 ArchivedCells::ArchivedCells(const CWorkSheet& table, std::string name, bool files, bool long_texts)
-    : table_(table), name_(std::move(name)), files_(files), long_texts_(long_texts), rich_texts_(table.field_count()) {
+    : table_(table),
+      name_(std::move(name)),
+      files_(files),
+      long_texts_(long_texts),
+      rich_texts_(table.field_count()) {
   for (size_t field = 0; field < table.field_count(); ++field) {
     const auto* column = std::get_if<ContentColumn>(&table.column(field));
     if (column != nullptr && long_texts) rich_texts_[field].resize(column->values.size() + 1);

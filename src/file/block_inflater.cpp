@@ -19,8 +19,8 @@ ErrorCode BlockInflater::inflate(std::string& packed, bool last, std::span<char>
   if (decompressor_ == nullptr) return ErrorCode::kZipMemory;
   if (!last) packed += kStreamEnd;
   size_t taken = 0;
-  const auto result = libdeflate_deflate_decompress_ex(decompressor_.get(), packed.data(), packed.size(), out.data(),
-                                                       out.size(), &taken, nullptr);
+  const auto result = libdeflate_deflate_decompress_ex(decompressor_.get(), packed.data(), packed.size(),
+                                                       out.data(), out.size(), &taken, nullptr);
   return result == LIBDEFLATE_SUCCESS && taken == packed.size() ? ErrorCode::kOk : ErrorCode::kZipCorrupted;
 }
 

@@ -16,8 +16,9 @@ class BlockInflater {
   BlockInflater();
   ~BlockInflater();
 
-  // Inflates PACKED, a block as Deflater makes it, into all of OUT. LAST: it is the last of its stream. PACKED is
-  // changed. kZipCorrupted unless the block makes exactly that many bytes and ends where PACKED does; kZipMemory.
+  // Inflates PACKED, a block as Deflater makes it, into all of OUT. LAST: it is the last of its stream.
+  // PACKED is changed. kZipCorrupted unless the block makes exactly that many bytes and ends where PACKED
+  // does; kZipMemory.
   ErrorCode inflate(std::string& packed, bool last, std::span<char> out);
 
  private:

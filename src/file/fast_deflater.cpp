@@ -10,14 +10,20 @@ namespace {
 
 constexpr size_t kMaxPiece = size_t{1} << 30;  // ISA-L counts with 32 bits
 
-size_t work_bytes(int level) { return level == 1 ? ISAL_DEF_LVL1_DEFAULT : ISAL_DEF_LVL2_DEFAULT; }
+size_t work_bytes(int level) {
+  return level == 1 ? ISAL_DEF_LVL1_DEFAULT : ISAL_DEF_LVL2_DEFAULT;
+}
 
-uint32_t room_of(size_t bytes) { return static_cast<uint32_t>(std::min(bytes, kMaxPiece)); }
+uint32_t room_of(size_t bytes) {
+  return static_cast<uint32_t>(std::min(bytes, kMaxPiece));
+}
 
 }  // namespace
 
 FastDeflater::FastDeflater(int level)
-    : level_(std::clamp(level, 1, kMaxLevel)), stream_(std::make_unique<isal_zstream>()), work_(work_bytes(level_)) {}
+    : level_(std::clamp(level, 1, kMaxLevel)),
+      stream_(std::make_unique<isal_zstream>()),
+      work_(work_bytes(level_)) {}
 
 FastDeflater::~FastDeflater() = default;
 

@@ -68,8 +68,8 @@ class ZipReader {
 
   ErrorCode stream(const ZipMember& member, ZipMemberStream& out) const;
 
-  // Block K of the member's index, and the CRC of its bytes; OUT has block_size bytes. A member without an index has
-  // one block, itself. Compare the CRCs of all blocks with `check_blocks`.
+  // Block K of the member's index, and the CRC of its bytes; OUT has block_size bytes. A member without an
+  // index has one block, itself. Compare the CRCs of all blocks with `check_blocks`.
   ErrorCode read_block(const ZipMember& member, size_t k, std::span<char> out, uint32_t& crc) const;
   // The same into a text of its own; kZipMemory for a block of more than LIMIT bytes.
   ErrorCode read_block(const ZipMember& member, size_t k, std::string& out, uint32_t& crc,

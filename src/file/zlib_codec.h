@@ -1,5 +1,5 @@
-// Deflating and inflating: raw deflate streams, without zlib's own header. zlib does it, but for the fast levels
-// (fast_deflater.h) and for whole blocks (block_inflater.h).
+// Deflating and inflating: raw deflate streams, without zlib's own header. zlib does it, but for the fast
+// levels (fast_deflater.h) and for whole blocks (block_inflater.h).
 #pragma once
 
 #include <cstdint>
@@ -68,7 +68,8 @@ class Inflater {
   bool finished_ = false;
 };
 
-// CRC-32 of what CRC covers followed by BYTES; 0 is the CRC of nothing. libdeflate's, four times as fast as zlib's.
+// CRC-32 of what CRC covers followed by BYTES; 0 is the CRC of nothing. libdeflate's, four times as fast as
+// zlib's.
 uint32_t crc32_of(std::string_view bytes, uint32_t crc = 0);
 // CRC-32 of what FIRST covers followed by the SECOND_SIZE bytes that SECOND covers.
 uint32_t crc32_combined(uint32_t first, uint32_t second, uint64_t second_size);
