@@ -26,7 +26,7 @@ LIBRARIES = [
     (r"unicode/.*\.h", {"platform"}),
     (r"openssl/.*\.h", {"platform"}),
     (r"cryptopp/.*\.h", {"platform", "crypto"}),
-    (r"(zlib|libdeflate)\.h", {"file"}),
+    (r"(zlib|libdeflate|isa-l)\.h", {"file"}),
     (r"sqlite3\.h", {"exchange"}),
     (r"emmintrin\.h", {"exchange"}),
     (r"pcre2\.h", {"formula", "exchange", "recordset"}),
