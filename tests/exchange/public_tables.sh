@@ -4,4 +4,6 @@
 #   public_tables.sh TEXT_TOOL
 set -eu
 command -v node >/dev/null 2>&1 || { echo "node is not installed"; exit 77; }
+modules=$(dirname "$0")/../../bench/node_modules
+[ -n "${NODE_PATH:-}" ] || export NODE_PATH="$modules"
 exec node "$(dirname "$0")/public_tables.cjs" "$1"
