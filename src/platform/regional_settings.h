@@ -8,10 +8,10 @@ namespace rowvane::platform {
 enum class DateOrder { kMonthDayYear, kDayMonthYear, kYearMonthDay };
 
 struct RegionalSettings {
-  std::string locale;             // the system's name for it, such as "de_DE" or "de-DE"
+  std::string locale;             // its name, such as "de_DE"
   std::string decimal_separator;  // UTF-8, at least one byte
   std::string group_separator;    // thousands; UTF-8, empty when numbers are not grouped
-  std::string list_separator;     // ";" where the decimal separator is ",", otherwise ","
+  std::string list_separator;     // Linux knows none: ";" where the decimal separator is ",", otherwise ","
   std::string date_separator;     // one sign, such as "." or "/"
   std::string time_separator;
   std::string currency_symbol;

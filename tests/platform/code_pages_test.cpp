@@ -83,14 +83,22 @@ TEST(CodePages, LongTextSurvivesInBothDirections) {
   EXPECT_EQ(decode(1252, bytes), text);
 }
 
+// Windows chooses by tables of its own, Linux goes one step plainer until the page has the character.
 TEST(CodePages, PutsTheBestFitForWhatThePageLacks) {
-  EXPECT_EQ(encode(1252, "Łódź ǖ", false),
+  EXPECT_EQ(encode(1252, "Łódź", false),
             "L\xF3"
-            "dz \xFC");
+            "dz");
   EXPECT_EQ(encode(437, "“a”—Ａ²…", false), "\"a\"-A\xFD.");
   EXPECT_EQ(encode(437, "μ", false), "\xE6");
+#ifdef _WIN32
+  EXPECT_EQ(encode(1252, "ǖ", false), "u");
+  EXPECT_EQ(encode(852, "µ", false), "u");
+  EXPECT_EQ(encode(737, "µ", false), "?");
+#else
+  EXPECT_EQ(encode(1252, "ǖ", false), "\xFC");
   EXPECT_EQ(encode(852, "µ", false), "?");
   EXPECT_EQ(encode(737, "µ", false), "\xA3");
+#endif
   EXPECT_EQ(encode(1250, "\u2126", false), "?");
   EXPECT_EQ(encode(28591, "€漢😀", false), "???");
   EXPECT_EQ(encode(1252, "a\xC3", false), "a?");

@@ -1,11 +1,25 @@
-// Variables of the environment that a test sets.
+// The process that a test runs in, and variables of its environment that the test sets.
 #pragma once
 
 #include <cstdlib>
 #include <optional>
 #include <string>
 
+#ifdef _WIN32
+#include <process.h>
+#else
+#include <unistd.h>
+#endif
+
 namespace rowvane::platform {
+
+inline int own_process_id() {
+#ifdef _WIN32
+  return _getpid();
+#else
+  return getpid();
+#endif
+}
 
 // Sets a variable of the environment for one scope; without a value it is taken away.
 class ScopedEnvironment {

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/environment.h"
 #include "platform/temporary_folder.h"
 
 namespace rowvane::platform {
@@ -20,8 +21,8 @@ std::span<const std::byte> bytes_of(std::string_view text) {
   return std::as_bytes(std::span(text));
 }
 
-void put(const fs::path& path, std::string_view content) {
-  std::ofstream(path, std::ios::binary) << content;
+void put(const std::string& path, std::string_view content) {
+  std::ofstream(path_of(path), std::ios::binary) << content;
 }
 
 std::string content_of(const std::string& path) {
@@ -212,7 +213,7 @@ TEST_F(FileTest, RemovesOnlyTemporariesOfDeadProcesses) {
   put(path("a.txt"), "text");
   // No system hands out process ids this high.
   put(path("a.txt.rvtmp-2147483646-1"), "stale");
-  const std::vector<std::string> kept = {"a.txt.rvtmp-1-1",  // the system's first process
+  const std::vector<std::string> kept = {"a.txt.rvtmp-" + std::to_string(own_process_id()) + "-1",
                                          "a.txt.rvtmp-2147483646", "a.txt.rvtmp-2147483646-1x",
                                          "a.txt.rvtmp--5-1", "b.txt.rvtmp-2147483646-1"};
   for (const std::string& name : kept) put(path(name), "");

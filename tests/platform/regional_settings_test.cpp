@@ -12,28 +12,37 @@ TEST(RegionalSettings, OfWellKnownLocales) {
     const char* locale;
     const char* decimal;
     const char* group;
+    const char* list;
     const char* date;
     const char* currency;
     DateOrder order;
   };
   const Case cases[] = {
-      {"en_US", ".", ",", "/", "$", DateOrder::kMonthDayYear},
-      {"en_GB", ".", ",", "/", "£", DateOrder::kDayMonthYear},
-      {"de_DE", ",", ".", ".", "€", DateOrder::kDayMonthYear},
-      {"de_CH", ".", "’", ".", "CHF", DateOrder::kDayMonthYear},
-      {"fr_FR", ",", "\u202F", "/", "€", DateOrder::kDayMonthYear},
-      {"sv_SE", ",", "\u00A0", "-", "kr", DateOrder::kYearMonthDay},
-      {"hu_HU", ",", "\u00A0", ".", "Ft", DateOrder::kYearMonthDay},
-      {"ja_JP", ".", ",", "/", "￥", DateOrder::kYearMonthDay},
-      {"ar_EG", ".", ",", "/", "ج.م.", DateOrder::kDayMonthYear},
-      {"fa_IR", ".", ",", "/", "ریال", DateOrder::kYearMonthDay},
+      {"en_US", ".", ",", ",", "/", "$", DateOrder::kMonthDayYear},
+      {"en_GB", ".", ",", ",", "/", "£", DateOrder::kDayMonthYear},
+      {"de_DE", ",", ".", ";", ".", "€", DateOrder::kDayMonthYear},
+      {"sv_SE", ",", "\u00A0", ";", "-", "kr", DateOrder::kYearMonthDay},
+      {"hu_HU", ",", "\u00A0", ";", ".", "Ft", DateOrder::kYearMonthDay},
+      {"ja_JP", ".", ",", ",", "/", "￥", DateOrder::kYearMonthDay},
+#ifdef _WIN32
+      // Windows has list separators of its own, older blanks between thousands and other signs of money.
+      {"de_CH", ".", "’", ";", ".", "CHF", DateOrder::kDayMonthYear},
+      {"fr_FR", ",", "\u00A0", ";", "/", "€", DateOrder::kDayMonthYear},
+      {"ar_EG", ".", ",", ";", "/", "E£", DateOrder::kDayMonthYear},
+      {"fa_IR", ".", ",", "؛", "/", "ریال", DateOrder::kYearMonthDay},
+#else
+      {"de_CH", ".", "’", ",", ".", "CHF", DateOrder::kDayMonthYear},
+      {"fr_FR", ",", "\u202F", ";", "/", "€", DateOrder::kDayMonthYear},
+      {"ar_EG", ".", ",", ",", "/", "ج.م.", DateOrder::kDayMonthYear},
+      {"fa_IR", ".", ",", ",", "/", "ریال", DateOrder::kYearMonthDay},
+#endif
   };
   for (const Case& expected : cases) {
     const RegionalSettings settings = regional_settings_of(expected.locale);
     EXPECT_EQ(settings.locale, expected.locale);
     EXPECT_EQ(settings.decimal_separator, expected.decimal) << expected.locale;
     EXPECT_EQ(settings.group_separator, expected.group) << expected.locale;
-    EXPECT_EQ(settings.list_separator, settings.decimal_separator == "," ? ";" : ",") << expected.locale;
+    EXPECT_EQ(settings.list_separator, expected.list) << expected.locale;
     EXPECT_EQ(settings.date_separator, expected.date) << expected.locale;
     EXPECT_EQ(settings.currency_symbol, expected.currency) << expected.locale;
     EXPECT_EQ(settings.date_order, expected.order) << expected.locale;

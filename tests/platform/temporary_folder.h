@@ -8,6 +8,11 @@
 
 namespace rowvane::platform {
 
+// The path that PATH, in UTF-8, names.
+inline std::filesystem::path path_of(const std::string& path) {
+  return std::filesystem::path(std::u8string(path.begin(), path.end()));
+}
+
 // A new folder in PARENT that goes away with the test.
 class TemporaryFolder {
  public:
@@ -24,7 +29,11 @@ class TemporaryFolder {
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
-  std::string path(const std::string& name) const { return (folder_ / name).string(); }
+  // In UTF-8.
+  std::string path(const std::string& name) const {
+    const std::u8string path = (folder_ / path_of(name)).u8string();
+    return std::string(path.begin(), path.end());
+  }
   size_t file_count() const {
     return static_cast<size_t>(std::distance(std::filesystem::directory_iterator(folder_), {}));
   }

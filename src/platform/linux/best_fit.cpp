@@ -1,5 +1,3 @@
-#include "platform/linux/best_fit.h"
-
 #include <algorithm>
 #include <iterator>
 
@@ -7,8 +5,12 @@
 #include <unicode/unorm2.h>
 #include <unicode/utf16.h>
 
+#include "platform/code_page_table.h"
+
 namespace rowvane::platform {
 namespace {
+
+constexpr int kMostSteps = 8;
 
 struct Substitute {
   char32_t character;
@@ -54,12 +56,23 @@ char32_t base_of(char32_t character) {
   return static_cast<char32_t>(base);
 }
 
-}  // namespace
-
+// A character that can stand for CHARACTER where a code page lacks it, one step plainer: the same letter with
+// one accent less, the plain form of a wide, raised or typographic one. 0 when there is none. Steps never
+// circle.
 char32_t plainer_form(char32_t character) {
   static_assert(std::ranges::is_sorted(kSubstitutes, {}, &Substitute::character));
   const char32_t substitute = substitute_for(character);
   return substitute != 0 ? substitute : base_of(character);
+}
+
+}  // namespace
+
+uint16_t best_fit(const CodePageTable& table, char32_t character) {
+  for (int step = 0; step < kMostSteps && character != 0; ++step) {
+    character = plainer_form(character);
+    if (const uint16_t bytes = table.bytes_of(character); bytes != kNoBytes) return bytes;
+  }
+  return '?';
 }
 
 }  // namespace rowvane::platform

@@ -1,14 +1,9 @@
-#include "platform/linux/code_page_table.h"
+#include "platform/code_page_table.h"
 
 #include <algorithm>
 #include <iterator>
-#include <map>
-#include <mutex>
-#include <string>
 
 #include <unicode/ucnv.h>
-
-#include "platform/utf8.h"
 
 namespace rowvane::platform {
 namespace {
@@ -118,14 +113,6 @@ void mark_lead_bytes(ByteRange range, CodePageTable& table) {
   if (range.first <= range.last) table.is_double_byte = true;
 }
 
-void set_single_byte(unsigned byte, char16_t character, CodePageTable& table) {
-  table.characters[byte] = character;
-  std::string utf8;
-  append_utf8(character, utf8);
-  std::ranges::copy(utf8, table.single_bytes[byte].bytes.begin());
-  table.single_bytes[byte].length = static_cast<uint8_t>(utf8.size());
-}
-
 void read_single_bytes(Converter& converter, CodePageTable& table) {
   for (unsigned byte = 0; byte < 256; ++byte) {
     // Some of the converters swap control characters among the first 128, which mean themselves in every
@@ -147,43 +134,22 @@ void read_double_bytes(Converter& converter, CodePageTable& table) {
   }
 }
 
-void invert(Converter& converter, CodePageTable& table) {
-  table.bytes.assign(0x10000, kNoBytes);
-  for (size_t code = 1; code < table.characters.size(); ++code) {
-    const char16_t character = table.characters[code];
-    if (character == kNoCharacter || table.bytes[character] != kNoBytes) continue;
-    // Double-byte pages hold some characters twice; the converter knows which place is preferred.
-    const uint16_t preferred = character < 0x80 ? kNoBytes : converter.bytes_of(character);
-    const bool is_counterpart =
-        preferred < table.characters.size() && table.characters[preferred] == character;
-    table.bytes[character] = is_counterpart ? preferred : static_cast<uint16_t>(code);
-  }
-}
-
-std::shared_ptr<const CodePageTable> make_table(const KnownPage& page) {
-  Converter converter(page.converter);
-  if (!converter.is_open()) return nullptr;
-  auto table = std::make_shared<CodePageTable>();
-  mark_lead_bytes(page.lead_bytes, *table);
-  mark_lead_bytes(page.more_lead_bytes, *table);
-  table->characters.assign(table->is_double_byte ? 0x10000 : 0x100, kNoCharacter);
-  read_single_bytes(converter, *table);
-  if (page.has_micro_sign) set_single_byte(kMicroByte, kMicroSign, *table);
-  if (table->is_double_byte) read_double_bytes(converter, *table);
-  invert(converter, *table);
-  return table;
-}
-
 }  // namespace
 
-std::shared_ptr<const CodePageTable> code_page_table(unsigned number) {
-  static std::mutex mutex;
-  static std::map<unsigned, std::shared_ptr<const CodePageTable>> tables;
+std::shared_ptr<const CodePageTable> make_code_page_table(unsigned number) {
   const auto* const page = std::ranges::find(kKnownPages, number, &KnownPage::number);
   if (page == std::end(kKnownPages)) return nullptr;
-  const std::lock_guard lock(mutex);
-  std::shared_ptr<const CodePageTable>& table = tables[number];
-  if (table == nullptr) table = make_table(*page);
+  Converter converter(page->converter);
+  if (!converter.is_open()) return nullptr;
+  auto table = std::make_shared<CodePageTable>();
+  table->number = number;
+  mark_lead_bytes(page->lead_bytes, *table);
+  mark_lead_bytes(page->more_lead_bytes, *table);
+  table->characters.assign(table->is_double_byte ? 0x10000 : 0x100, kNoCharacter);
+  read_single_bytes(converter, *table);
+  if (page->has_micro_sign) set_single_byte(kMicroByte, kMicroSign, *table);
+  if (table->is_double_byte) read_double_bytes(converter, *table);
+  invert_code_page([&](char16_t character) { return converter.bytes_of(character); }, *table);
   return table;
 }
 

@@ -7,7 +7,7 @@
 #include <unicode/smpdtfmt.h>
 
 #include "platform/characters.h"
-#include "platform/linux/locale_name.h"
+#include "platform/locale_name.h"
 
 namespace rowvane::platform {
 namespace {

@@ -10,7 +10,8 @@
 #include <unicode/smpdtfmt.h>
 #include <unicode/uchar.h>
 
-#include "platform/linux/locale_name.h"
+#include "platform/linux/environment_locale.h"
+#include "platform/locale_name.h"
 
 namespace rowvane::platform {
 namespace {

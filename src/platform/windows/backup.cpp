@@ -26,10 +26,10 @@ FileStatus keep_backup(const std::wstring& target, const std::string& backup_pat
   const bool kept = duplicate(target, second_name) &&
                     ::MoveFileExW(second_name.c_str(), backup.c_str(),
                                   MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
-  if (kept) return FileStatus::kOk;
   const DWORD error = ::GetLastError();
+  // Left there by a failure, and by systems that do nothing when both are names of one file.
   ::DeleteFileW(second_name.c_str());
-  return file_status_of(error, FileStatus::kWriteError);
+  return kept ? FileStatus::kOk : file_status_of(error, FileStatus::kWriteError);
 }
 
 void take_over_permissions(const std::wstring& from, const std::wstring& to) {

@@ -38,16 +38,16 @@ FileStatus resolve_links(const std::wstring& path, std::wstring& resolved) {
 
 // Whether the file TARGET, which need not exist, may be replaced.
 FileStatus check_target(const std::wstring& target) {
-  const DWORD attributes = ::GetFileAttributesW(target.c_str());
-  if (attributes == INVALID_FILE_ATTRIBUTES) {
-    const DWORD error = ::GetLastError();
+  const auto status_of_failure = [](DWORD error) {
     return error == ERROR_FILE_NOT_FOUND ? FileStatus::kOk : file_status_of(error, FileStatus::kWriteError);
-  }
+  };
+  const DWORD attributes = ::GetFileAttributesW(target.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) return status_of_failure(::GetLastError());
   if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return FileStatus::kIsFolder;
   if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) return FileStatus::kAccessDenied;
   const Handle file(
       ::CreateFileW(target.c_str(), GENERIC_WRITE | DELETE, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
-  if (!file.is_open()) return file_status_of(::GetLastError(), FileStatus::kWriteError);
+  if (!file.is_open()) return status_of_failure(::GetLastError());
   return ::GetFileType(file.get()) == FILE_TYPE_DISK ? FileStatus::kOk : FileStatus::kWriteError;
 }
 

@@ -75,12 +75,20 @@ FileStatus create_temporary(const std::string& target, std::wstring& name, Handl
 FileStatus rename_over(Handle file, const std::wstring& name, const std::wstring& target) {
   if (rename_at_once(file.get(), target)) return FileStatus::kOk;
   file.close();
-  if (::MoveFileExW(name.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0) {
-    return FileStatus::kOk;
+  // Virus scanners and other writers have files open for a moment.
+  constexpr int kTries = 20;
+  constexpr DWORD kPause = 25;  // milliseconds
+  DWORD error = ERROR_SUCCESS;
+  for (int i = 0; i < kTries; ++i) {
+    if (i > 0) ::Sleep(kPause);
+    if (::MoveFileExW(name.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) !=
+        0) {
+      return FileStatus::kOk;
+    }
+    error = ::GetLastError();
+    if (error != ERROR_ACCESS_DENIED && error != ERROR_SHARING_VIOLATION) break;
+    if (swap_in(name, target)) return FileStatus::kOk;
   }
-  const DWORD error = ::GetLastError();
-  const bool may_be_open = error == ERROR_ACCESS_DENIED || error == ERROR_SHARING_VIOLATION;
-  if (may_be_open && swap_in(name, target)) return FileStatus::kOk;
   return file_status_of(error, FileStatus::kWriteError);
 }
 

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <map>
+#include <mutex>
 #include <utility>
 
-#include "platform/linux/best_fit.h"
-#include "platform/linux/code_page_table.h"
-#include "platform/linux/default_code_pages.h"
+#include "platform/code_page_table.h"
 #include "platform/utf8.h"
 
 namespace rowvane::platform {
@@ -45,7 +45,6 @@ class TableCodePage : public CodePage {
 
  private:
   static constexpr size_t kChunk = 256;
-  static constexpr int kMostSteps = 8;
 
   // Converts some of the bytes at the start of TEXT, whose characters all have one byte; answers how many.
   size_t convert_singles(std::string_view text, std::string& out) const {
@@ -86,7 +85,7 @@ class TableCodePage : public CodePage {
       const char32_t character = next_utf8(text, position);
       uint16_t bytes = character < 0x80 ? static_cast<uint16_t>(character) : table_->bytes_of(character);
       if (bytes == kNoBytes && character != 0) {
-        bytes = best_fit(character);
+        bytes = best_fit(*table_, character);
         exact = false;
       }
       if (bytes > 0xFF) chunk[length++] = static_cast<char>(bytes >> 8);
@@ -96,28 +95,24 @@ class TableCodePage : public CodePage {
     return exact;
   }
 
-  uint16_t best_fit(char32_t character) const {
-    for (int step = 0; step < kMostSteps && character != 0; ++step) {
-      character = plainer_form(character);
-      if (const uint16_t bytes = table_->bytes_of(character); bytes != kNoBytes) return bytes;
-    }
-    return '?';
-  }
-
   std::shared_ptr<const CodePageTable> table_;
 };
 
-unsigned resolve_default(unsigned number) {
-  if (number > kDefaultOemCodePage) return number;
-  const DefaultCodePages pages =
-      default_code_pages_of(parse_locale_name(locale_from_environment("LC_CTYPE")));
-  return number == kDefaultAnsiCodePage ? pages.ansi : pages.oem;
+// The tables of all pages that were opened, kept to the end of the program.
+std::shared_ptr<const CodePageTable> code_page_table(unsigned number) {
+  static std::mutex mutex;
+  static std::map<unsigned, std::shared_ptr<const CodePageTable>> tables;
+  const std::lock_guard lock(mutex);
+  std::shared_ptr<const CodePageTable>& table = tables[number];
+  if (table == nullptr) table = make_code_page_table(number);
+  return table;
 }
 
 }  // namespace
 
 std::unique_ptr<CodePage> CodePage::open(unsigned number) {
-  std::shared_ptr<const CodePageTable> table = code_page_table(resolve_default(number));
+  std::shared_ptr<const CodePageTable> table =
+      code_page_table(number > kDefaultOemCodePage ? number : default_code_page(number));
   if (table == nullptr) return nullptr;
   return std::make_unique<TableCodePage>(std::move(table));
 }

@@ -1,7 +1,6 @@
-#include "platform/linux/locale_name.h"
+#include "platform/locale_name.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace rowvane::platform {
 namespace {
@@ -28,10 +27,10 @@ std::string_view take_part(std::string_view& text) {
 
 }  // namespace
 
-std::string LocaleName::joined() const {
+std::string LocaleName::joined(char separator) const {
   std::string name = language;
-  if (!script.empty()) name += "_" + script;
-  if (!territory.empty()) name += "_" + territory;
+  if (!script.empty()) name += separator + script;
+  if (!territory.empty()) name += separator + territory;
   return name;
 }
 
@@ -51,14 +50,6 @@ LocaleName parse_locale_name(std::string_view name) {
   result.territory = part;
   transform_ascii(result.territory, 'a', 'z', 'A' - 'a');
   return result;
-}
-
-std::string locale_from_environment(const char* category) {
-  for (const char* const variable : {"LC_ALL", category, "LANG"}) {
-    const char* const value = std::getenv(variable);
-    if (value != nullptr && *value != '\0') return value;
-  }
-  return "C";
 }
 
 }  // namespace rowvane::platform
