@@ -22,9 +22,9 @@ endif()
 target_include_directories(rowvane_options INTERFACE "${CMAKE_SOURCE_DIR}/src")
 target_link_libraries(rowvane_options INTERFACE Threads::Threads)
 if(WIN32)
-  # Windows 10 and later; of its headers only what a program without a window needs.
+  # Windows 10 and later; of its headers only what a program without a window needs; printf as the C standard has it.
   target_compile_definitions(rowvane_options INTERFACE
-    _WIN32_WINNT=0x0A00 UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX)
+    _WIN32_WINNT=0x0A00 UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX __USE_MINGW_ANSI_STDIO=1)
 endif()
 if(ROWVANE_SANITIZE)
   target_compile_options(rowvane_options INTERFACE

@@ -1,3 +1,4 @@
+#!/usr/bin/env bash
 # Builds libraries for Windows from Debian's source packages by recipes. To be sourced by a bash script that sets
 #   prefix     the folder to install into
 #   sources    a line for each package: its name, the name of its original archive, the archive's SHA-256
@@ -37,7 +38,7 @@ prepare_source_lists() {
   sed 's,^,deb-src [signed-by=/usr/share/keyrings/debian-archive-keyring.gpg] ,' <<<"$repositories" >"$apt/sources/debian.list"
   apt_options=(-qq -o "Dir::Etc::SourceList=/dev/null" -o "Dir::Etc::SourceParts=$apt/sources"
     -o "Dir::State=$apt/state" -o "Dir::Cache=$apt/cache" -o "APT::Sandbox::User=$(id -un)")
-  apt-get "${apt_options[@]}" update
+  flock "$apt" apt-get "${apt_options[@]}" update
 }
 
 # fetch_source PACKAGE ORIGINAL_TAR SHA256 FOLDER
@@ -48,12 +49,13 @@ fetch_source() {
   prepare_source_lists || return 1
   rm -rf "$download" "$folder"
   mkdir -p "$download" "$(dirname "$folder")"
-  (cd "$download" && apt-get "${apt_options[@]}" source --only-source --download-only "$package") || return 1
+  (cd "$download" && flock "$windows_cache/apt" apt-get "${apt_options[@]}" source --only-source --download-only "$package") ||
+    return 1
   if ! (cd "$download" && sha256sum --quiet --check - <<<"$sha256  $tar"); then
     echo "The source package $package does not hold the expected $tar." >&2
     return 1
   fi
-  dpkg-source --no-check -x "$download"/*.dsc "$folder" >"$download/unpack.log" 2>&1 || { cat "$download/unpack.log" >&2; return 1; }
+  dpkg-source --no-check --no-copy -x "$download"/*.dsc "$folder" >"$download/unpack.log" 2>&1 || { cat "$download/unpack.log" >&2; return 1; }
   rm -rf "$download"
 }
 
@@ -72,13 +74,18 @@ fingerprint() {
 }
 
 build() {
-  local package=$1 tar=$2 sha256=$3 log=$windows_cache/log/$1.log stamp=$prefix/built/$1 wanted
+  local package=$1 tar=$2 sha256=$3 log=$windows_cache/log/$1.log stamp=$prefix/built/$1 wanted status
   wanted=$(fingerprint "$package" "$sha256")
   if [ -f "$stamp" ] && [ "$(<"$stamp")" = "$wanted" ]; then return; fi
   echo "Building $package for Windows"
   mkdir -p "$(dirname "$log")" "$(dirname "$stamp")"
   fetch_source "$package" "$tar" "$sha256" "$windows_cache/build/$package"
-  if ! (cd "$windows_cache/build/$package" && set -e && "build_$package") >"$log" 2>&1 </dev/null; then
+  # In a condition the shell would not stop at the first command of a recipe that fails.
+  set +e
+  (set -e; cd "$windows_cache/build/$package"; "build_$package") >"$log" 2>&1 </dev/null
+  status=$?
+  set -e
+  if [ $status -ne 0 ]; then
     tail -n 30 "$log" >&2
     echo "$package could not be built; the log is $log" >&2
     return 1
@@ -87,12 +94,11 @@ build() {
   echo "$wanted" >"$stamp"
 }
 
-
 # Builds what is not built yet, one builder at a time: two checkouts may share the cache.
 build_all() {
   local source
   mkdir -p "$windows_cache"
-  exec 9>"$windows_cache/lock"
+  exec 9>"$prefix.lock"
   flock 9
   for source in "${sources[@]}"; do
     # shellcheck disable=SC2086

@@ -85,7 +85,12 @@ TEST(DatabaseMembers, StoredExtensionsComeFromTheOptions) {
 
 TEST(DatabaseMembers, FileNamesThatAreNoMemberNamesAreRepaired) {
   TestFolder folder;
-  for (const std::string name : {"...rvb", "a\tb.rvb", " x.rvb", "c\\d.rvb"}) {
+#ifdef _WIN32  // has no such names of files but these
+  const std::vector<std::string> names = {"...rvb", " x.rvb"};
+#else
+  const std::vector<std::string> names = {"...rvb", "a\tb.rvb", " x.rvb", "c\\d.rvb"};
+#endif
+  for (const std::string& name : names) {
     OpenFile shop(make_shop());
     ASSERT_EQ(save_file(shop, folder.path(name)), ErrorCode::kOk) << name;
     EXPECT_EQ(describe(*open_file(folder.path(name)).database), describe(*shop.database)) << name;
