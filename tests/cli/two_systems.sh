@@ -29,16 +29,13 @@ PYTHON
 count=0
 try() {
   local source=$1
-  rm -f "$work"/*
-  windows_rvb --quiet import "$work/windows.rvb" "$source" --table "f/Größe"
-  "$linux_rvb" --quiet import "$work/linux.rvb" "$source" --table "f/Größe"
-  # Both are called the same inside, because members are named after the database.
-  mkdir -p "$work/w" "$work/l"
-  mv "$work/windows.rvb" "$work/w/same.rvb"
-  mv "$work/linux.rvb" "$work/l/same.rvb"
+  # Both are called the same, because members are named after the database.
+  mkdir "$work/w" "$work/l"
+  windows_rvb --quiet import "$work/w/same.rvb" "$source" --table "f/Größe"
+  "$linux_rvb" --quiet import "$work/l/same.rvb" "$source" --table "f/Größe"
+  same_members "$work/w/same.rvb" "$work/l/same.rvb"
   "$linux_rvb" --quiet insert "$work/w/same.rvb" "f/Größe" -o "$work/w/more.rvb"
   windows_rvb --quiet insert "$work/l/same.rvb" "f/Größe" -o "$work/l/more.rvb"
-  same_members "$work/w/same.rvb" "$work/l/same.rvb"
   "$linux_rvb" --quiet export "$work/w/more.rvb" "$work/linux.csv"
   windows_rvb --quiet export "$work/l/more.rvb" "$work/windows.csv"
   cmp "$work/linux.csv" "$work/windows.csv"
