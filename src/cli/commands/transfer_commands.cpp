@@ -1,5 +1,6 @@
 #include <cstdio>
 #include <memory>
+#include <optional>
 
 #include <CLI/CLI.hpp>
 
@@ -62,7 +63,7 @@ struct ExportArguments {
   std::vector<std::string> fields;
   bool files_zip = false;
   bool long_text_zip = false;
-  uint64_t row_limit = 0;
+  std::optional<uint64_t> row_limit;
   TextOptions text;
 };
 
@@ -88,8 +89,8 @@ int run_export(const GlobalOptions& global, ExportArguments& arguments) {
   settings.save_files = arguments.files_zip;
   settings.save_long_texts = arguments.long_text_zip;
   settings.make_archive = make_export_archive;
-  settings.row_limit = arguments.row_limit;
-  settings.threads = global.threads;
+  settings.row_limit = arguments.row_limit.value_or(session.options().text_export_row_limit);
+  settings.threads = session.options().used_processor_cores;
   if (const std::string wrong = check_text_export_settings(*table, settings); !wrong.empty())
     return fail(wrong);
   session.progress().begin("Saving Text File");
