@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/commands/commands.h"
+#include "cli/profile_option.h"
 #include "cli/report.h"
 #include "core/messages.h"
 
@@ -17,6 +18,7 @@ void add_global_options(CLI::App& app, GlobalOptions& global) {
   app.add_flag("--quiet", global.quiet, "Show no progress and no report");
   app.add_flag("--yes", global.yes, "Answer Yes to all questions");
   app.add_option("--threads", global.threads, "Threads to use, 1 to 16")->check(CLI::Range(1, 16));
+  app.add_option("--profile", global.profile_path, "Settings profile that steers the engine; only read");
   app.set_version_flag("--version", std::string(message_text(MessageId::kProgramTitle)));
 }
 
@@ -48,6 +50,7 @@ int run(int count, char** arguments) {
   } catch (const CLI::ParseError& error) {
     return report_usage(app, error);
   }
+  if (const int status = load_profile(context.global); status != kDone) return status;
   return context.run();
 }
 

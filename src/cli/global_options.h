@@ -11,11 +11,13 @@ struct GlobalOptions {
   bool json = false;
   bool quiet = false;  // no progress, no report of what was done
   bool yes = false;    // answers Yes to all questions
-  int threads = 0;     // 0: as many as the machine has
+  int threads = 0;     // 0: as the profile says
+  std::string profile_path;
+  Options profile;  // what the profile at profile_path says, or the defaults
 
   Options engine_options() const {
-    Options options;
-    options.used_processor_cores = threads;
+    Options options = profile;
+    if (threads != 0) options.used_processor_cores = threads;
     return options;
   }
 };
