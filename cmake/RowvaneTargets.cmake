@@ -21,6 +21,11 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
 endif()
 target_include_directories(rowvane_options INTERFACE "${CMAKE_SOURCE_DIR}/src")
 target_link_libraries(rowvane_options INTERFACE Threads::Threads)
+if(WIN32)
+  # Windows 10 and later; of its headers only what a program without a window needs.
+  target_compile_definitions(rowvane_options INTERFACE
+    _WIN32_WINNT=0x0A00 UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX)
+endif()
 if(ROWVANE_SANITIZE)
   target_compile_options(rowvane_options INTERFACE
     -fsanitize=${ROWVANE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)

@@ -27,10 +27,11 @@ int report_usage(const CLI::App& app, const CLI::ParseError& error) {
   return fail_usage(std::string(error.what()) + " (rvb --help shows the commands)");
 }
 
-int run(int count, char** arguments) {
+int run(int count, const char* const* arguments) {
   CLI::App app(
       "Works on Rowvane databases, and on any file that Rowvane can open, from a terminal or a script.",
       "rvb");
+  app.allow_windows_style_options(false);  // "/name" is a path on either system
   CommandContext context;
   add_global_options(app, context.global);
   app.fallthrough();  // global options may follow the command; commands inherit this when they are added
@@ -56,7 +57,7 @@ int run(int count, char** arguments) {
 
 }  // namespace
 
-int run_command_line(int count, char** arguments) {
+int run_command_line(int count, const char* const* arguments) {
   try {
     const int status = run(count, arguments);
     if (std::fflush(stdout) != 0 && status == kDone) return fail(ErrorCode::kFileWrite);

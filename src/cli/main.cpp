@@ -1,5 +1,6 @@
 #include "cli/command_line.h"
+#include "platform/program.h"
 
-int main(int count, char** arguments) {
-  return rowvane::cli::run_command_line(count, arguments);
+int rowvane::platform::program_main(int count, const char* const* arguments) {
+  return cli::run_command_line(count, arguments);
 }

@@ -9,7 +9,7 @@
 #include <unistd.h>
 
 #include "platform/linux/file_status.h"
-#include "platform/linux/temporary_names.h"
+#include "platform/linux/temporary_files.h"
 #include "platform/paths.h"
 
 namespace rowvane::platform {
@@ -57,7 +57,7 @@ FileStatus copy_beside(const std::string& target, const std::string& backup_path
 
 FileStatus keep_backup(const std::string& target, const std::string& backup_path) {
   if (!is_usable_path(backup_path)) return FileStatus::kNotFound;
-  std::string second_name = temporary_name(backup_path);
+  std::string second_name = own_temporary_name(backup_path);
   // Another disk and some file systems refuse a second name for a file; only a copy is left then.
   if (::link(target.c_str(), second_name.c_str()) != 0) {
     const FileStatus status = copy_beside(target, backup_path, second_name);

@@ -11,7 +11,7 @@
 #include "platform/file.h"
 #include "platform/linux/backup.h"
 #include "platform/linux/file_status.h"
-#include "platform/linux/temporary_names.h"
+#include "platform/linux/temporary_files.h"
 #include "platform/paths.h"
 
 namespace rowvane::platform {

@@ -1,30 +1,16 @@
 #include "platform/terminal.h"
 
-#include <charconv>
-#include <cstdlib>
-#include <cstring>
-
 #include <sys/ioctl.h>
 #include <unicode/uchar.h>
 #include <unistd.h>
 
+#include "platform/terminal_columns.h"
 #include "platform/utf8.h"
 
 namespace rowvane::platform {
 namespace {
 
-constexpr int kMostColumns = 10000;
 constexpr char32_t kSoftHyphen = 0xAD;
-
-std::optional<int> columns_from_environment() {
-  const char* const value = std::getenv("COLUMNS");
-  if (value == nullptr) return std::nullopt;
-  const char* const end = value + std::strlen(value);
-  int columns = 0;
-  const auto [last, error] = std::from_chars(value, end, columns);
-  if (error != std::errc() || last != end || columns < 1 || columns > kMostColumns) return std::nullopt;
-  return columns;
-}
 
 // The vowels and final consonants of Hangul join the syllable before them.
 bool is_joining_jamo(char32_t character) {

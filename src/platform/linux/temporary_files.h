@@ -1,4 +1,4 @@
-// How the temporary files beside a target are named, made and cleared away.
+// How the temporary files beside a target are made and cleared away.
 #pragma once
 
 #include <string>
@@ -9,8 +9,8 @@
 
 namespace rowvane::platform {
 
-// A name beside TARGET that no other process uses: "NAME.rvtmp-PID-N".
-std::string temporary_name(const std::string& target);
+// A name beside TARGET that no other process uses.
+std::string own_temporary_name(const std::string& target);
 
 // Makes a new file beside TARGET with the permission bits MODE, locked for as long as it is open. On success
 // NAME is its path and HANDLE its descriptor, both for the caller to remove and close.
