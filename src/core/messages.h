@@ -19,6 +19,9 @@ enum class MessageId : int {
   kTooManyKeyFields = 127,  // %1!d!: the limit
   kProgramTitle = 128,
   kOldFormat = 144,
+  kPasswordsDiffer = 146,
+  kPasswordTooShort = 147,
+  kReadOnlyOpenQuestion = 148,
   kUseNativeFormat = 149,
   kRecordsNotProtected = 150,
   kTableNameExists = 157,
