@@ -76,24 +76,12 @@ bool holds_no_profile(const std::string& path) {
   return !content.empty() && parse_document(content, document) != ErrorCode::kOk;
 }
 
-void wipe(std::string& text) {
-  std::fill_n(static_cast<volatile char*>(text.data()), text.size(), '\0');
-  text.clear();
-}
-
 }  // namespace
 
 ProfileFile::ProfileFile(ProfileCipher* cipher)
     : cipher_(cipher), document_(std::make_unique<pugi::xml_document>()) {}
 
-ProfileFile::~ProfileFile() {
-  wipe(password_);
-}
-
-void ProfileFile::set_password(std::string password) {
-  wipe(password_);
-  password_ = std::move(password);
-}
+ProfileFile::~ProfileFile() = default;
 
 ProfileFile::LoadResult ProfileFile::load(const std::string& path, PasswordPrompt* prompt,
                                           profile::Settings& settings) {
@@ -105,7 +93,7 @@ ProfileFile::LoadResult ProfileFile::load(const std::string& path, PasswordPromp
     return result;
   }
   auto document = std::make_unique<pugi::xml_document>();
-  std::string password;
+  Secret password;
   result.error = parse(content, path, prompt, document, password);
   if (result.error != ErrorCode::kOk) return result;
   profile::Settings loaded;
@@ -117,12 +105,12 @@ ProfileFile::LoadResult ProfileFile::load(const std::string& path, PasswordPromp
 }
 
 ErrorCode ProfileFile::parse(const std::string& content, const std::string& path, PasswordPrompt* prompt,
-                             Document& document, std::string& password) const {
+                             Document& document, Secret& password) const {
   if (const ErrorCode error = parse_document(content, *document); error != ErrorCode::kOk) return error;
   if (!document->child(kRoot).attribute(kEncrypted).as_bool()) return ErrorCode::kOk;
   if (cipher_ == nullptr) return ErrorCode::kCryptographicKey;
   for (int tries = 0; prompt != nullptr && tries < kPasswordTries; ++tries) {
-    std::optional<std::string> given = prompt->ask_password(path);
+    std::optional<Secret> given = prompt->ask_password(path);
     if (!given) break;
     std::string plain;
     const ErrorCode error = unlock(*document, *given, plain);
@@ -131,14 +119,16 @@ ErrorCode ProfileFile::parse(const std::string& content, const std::string& path
     password = *std::move(given);
     auto opened = std::make_unique<pugi::xml_document>();
     // The password is right, so it is the file that is damaged.
-    if (parse_document(plain, *opened) != ErrorCode::kOk) return ErrorCode::kFileDecrypt;
+    const bool is_sound = parse_document(plain, *opened) == ErrorCode::kOk;
+    wipe(plain);
+    if (!is_sound) return ErrorCode::kFileDecrypt;
     document = std::move(opened);
     return ErrorCode::kOk;
   }
   return ErrorCode::kInvalidPassword;
 }
 
-ErrorCode ProfileFile::unlock(const pugi::xml_document& sealed, std::string_view password,
+ErrorCode ProfileFile::unlock(const pugi::xml_document& sealed, const Secret& password,
                               std::string& plain) const {
   const pugi::xml_node root = sealed.child(kRoot);
   const auto check = sealed_bytes(root.child(kCheck));
@@ -149,7 +139,8 @@ ErrorCode ProfileFile::unlock(const pugi::xml_document& sealed, std::string_view
     return error;
   }
   if (check_text != kProfileCheckText) return ErrorCode::kInvalidPassword;
-  return cipher_->decrypt(*content, password, plain);
+  const ErrorCode error = cipher_->decrypt(*content, password, plain);
+  return error == ErrorCode::kInvalidPassword ? ErrorCode::kFileDecrypt : error;
 }
 
 ErrorCode ProfileFile::seal(const std::string& plain, std::string& content) const {

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "app/profile_cipher.h"
@@ -52,7 +53,7 @@ class ProfileFile {
 
   bool is_protected() const { return !password_.empty(); }
   // For the next save; empty: stored plain. The rules are those of ProfileProtection.
-  void set_password(std::string password);
+  void set_password(Secret password) { password_ = std::move(password); }
 
   static constexpr int kPasswordTries = 3;
 
@@ -60,13 +61,13 @@ class ProfileFile {
   using Document = std::unique_ptr<pugi::xml_document>;
 
   ErrorCode parse(const std::string& content, const std::string& path, PasswordPrompt* prompt,
-                  Document& document, std::string& password) const;
-  ErrorCode unlock(const pugi::xml_document& sealed, std::string_view password, std::string& plain) const;
+                  Document& document, Secret& password) const;
+  ErrorCode unlock(const pugi::xml_document& sealed, const Secret& password, std::string& plain) const;
   ErrorCode seal(const std::string& plain, std::string& content) const;
 
   ProfileCipher* cipher_;
   Document document_;
-  std::string password_;
+  Secret password_;
 };
 
 }  // namespace rowvane

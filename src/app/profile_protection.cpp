@@ -1,25 +1,20 @@
 #include "app/profile_protection.h"
 
+#include <utility>
+
 #include "core/messages.h"
-#include "core/utf8.h"
+#include "crypto/protection.h"
 
 namespace rowvane {
-namespace {
-
-constexpr size_t kLeastPasswordCharacters = 6;
-
-}  // namespace
 
 std::string check_profile_protection(const ProfileProtection& protection) {
-  if (protection.password != protection.repeated) return message(MessageId::kPasswordsDiffer);
-  if (protection.password.empty() || count_characters(protection.password) >= kLeastPasswordCharacters) {
-    return {};
-  }
-  return message(MessageId::kPasswordTooShort);
+  if (protection.password.empty() && protection.repeated.empty()) return {};
+  const PasswordCheck check = check_new_password(protection.password, protection.repeated);
+  return check.refusal ? message(*check.refusal) : std::string();
 }
 
-void protect_profile(const ProfileProtection& protection, ProfileFile& file) {
-  file.set_password(protection.password);
+void protect_profile(ProfileProtection protection, ProfileFile& file) {
+  file.set_password(std::move(protection.password));
 }
 
 }  // namespace rowvane

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "app/profile_file.h"
+#include "crypto/secret.h"
 
 namespace rowvane {
 
@@ -14,15 +15,15 @@ inline constexpr std::string_view kProfileProtectPrompt =
     "protection and encryption.";
 
 struct ProfileProtection {
-  std::string password;
-  std::string repeated;
+  Secret password;
+  Secret repeated;
 };
 
-// The message that wrong entries get: 146 when they differ, 147 for a password of less than 6 characters.
+// The message that wrong entries get: 147 for a password of less than 6 characters, 146 when they differ.
 // Empty when they can be taken; both blank turns the protection off.
 std::string check_profile_protection(const ProfileProtection& protection);
 
-// Takes effect when FILE is saved. PROTECTION must have passed the check.
-void protect_profile(const ProfileProtection& protection, ProfileFile& file);
+// Takes effect when FILE is saved. PROTECTION, which must have passed the check, moves into it.
+void protect_profile(ProfileProtection protection, ProfileFile& file);
 
 }  // namespace rowvane

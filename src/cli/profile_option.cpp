@@ -2,6 +2,7 @@
 
 #include "app/engine_options.h"
 #include "app/profile_file.h"
+#include "app/twofish_profile_cipher.h"
 #include "cli/report.h"
 
 namespace rowvane::cli {
@@ -9,7 +10,8 @@ namespace rowvane::cli {
 int load_profile(GlobalOptions& global) {
   if (global.profile_path.empty()) return kDone;
   profile::Settings settings;
-  ProfileFile file;
+  TwofishProfileCipher cipher;
+  ProfileFile file(&cipher);
   const ProfileFile::LoadResult result = file.load(global.profile_path, nullptr, settings);
   if (result.error != ErrorCode::kOk) return fail(result.error);
   for (const std::string& value : result.bad_values) {

@@ -51,6 +51,9 @@ constexpr std::array kMessages = {
             "you use the Save command."},
     Message{MessageId::kPasswordsDiffer, "The entered passwords do not match. Please re-type your password."},
     Message{MessageId::kPasswordTooShort, "Please enter at least 6 characters as a password."},
+    Message{MessageId::kReadOnlyOpenQuestion,
+            "The protection option you've selected will allow anyone to open this database in the "
+            "'read-only' mode without using the password.\nContinue?"},
     Message{MessageId::kUseNativeFormat,
             "To apply your current password protection and encryption settings for this workbook, you must "
             "use the native binary file format.\n\nClick OK to switch to the binary file format and to "

@@ -28,6 +28,7 @@ enum class MessageId : int {
   kOldFormat = 144,
   kPasswordsDiffer = 146,
   kPasswordTooShort = 147,
+  kReadOnlyOpenQuestion = 148,
   kUseNativeFormat = 149,
   kRecordsNotProtected = 150,
   kTableNameExists = 157,

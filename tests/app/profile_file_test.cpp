@@ -8,6 +8,7 @@
 #include "app/engine_options.h"
 #include "app/profile_protection.h"
 #include "app/profile_test_support.h"
+#include "app/twofish_profile_cipher.h"
 #include "core/messages.h"
 #include "platform/temporary_folder.h"
 
@@ -101,7 +102,7 @@ class ProfileFileTest : public testing::Test {
   }
   void protect(const std::string& password) {
     ProfileFile file(&cipher_);
-    file.set_password(password);
+    file.set_password(Secret(password));
     ASSERT_EQ(file.save(path_, changed_settings()), ErrorCode::kOk);
   }
 };
@@ -283,7 +284,7 @@ TEST_F(ProfileFileTest, AProtectedProfileOpensWithItsPasswordOnly) {
   settings.general_options.undo_level = 5;
   ASSERT_EQ(file.save(path_, settings), ErrorCode::kOk);
   EXPECT_THAT(content_of(path_), HasSubstr("encrypted=\"true\""));
-  protect_profile({"", ""}, file);
+  protect_profile({}, file);
   ASSERT_EQ(file.save(path_, settings), ErrorCode::kOk);
   EXPECT_THAT(content_of(path_), HasSubstr("UndoLevel=\"5\""));
 }
@@ -307,24 +308,59 @@ TEST_F(ProfileFileTest, ADamagedProtectedProfileIsToldFromAWrongPassword) {
   }
   cipher_.failure = ErrorCode::kFileEncrypt;
   ProfileFile file(&cipher_);
-  file.set_password("secret");
+  file.set_password(Secret("secret"));
   write(stored);
   EXPECT_EQ(file.save(path_, Settings()), ErrorCode::kFileEncrypt);
   EXPECT_EQ(content_of(path_), stored);
 }
 
 TEST(ProfileProtection, ChecksTheEntries) {
-  EXPECT_EQ(check_profile_protection({"", ""}), "");
-  EXPECT_EQ(check_profile_protection({"\xC3\xA4\xC3\xB6\xC3\xBC\xC3\x9F"
-                                      "ab",
-                                      "\xC3\xA4\xC3\xB6\xC3\xBC\xC3\x9F"
-                                      "ab"}),
-            "");
-  EXPECT_EQ(check_profile_protection({"12345", "12345"}), message(MessageId::kPasswordTooShort));
-  EXPECT_EQ(check_profile_protection({"\xC3\xA4\xC3\xB6\xC3\xBC", "\xC3\xA4\xC3\xB6\xC3\xBC"}),
+  const auto check = [](const char* password, const char* repeated) {
+    return check_profile_protection({Secret(password), Secret(repeated)});
+  };
+  EXPECT_EQ(check("", ""), "");
+  EXPECT_EQ(check("\xC3\xA4\xC3\xB6\xC3\xBC\xC3\x9F 1", "\xC3\xA4\xC3\xB6\xC3\xBC\xC3\x9F 1"), "");
+  EXPECT_EQ(check("12345", "12345"), message(MessageId::kPasswordTooShort));
+  EXPECT_EQ(check("\xC3\xA4\xC3\xB6\xC3\xBC", "\xC3\xA4\xC3\xB6\xC3\xBC"),
             message(MessageId::kPasswordTooShort));
-  EXPECT_EQ(check_profile_protection({"123456", "123457"}), message(MessageId::kPasswordsDiffer));
-  EXPECT_EQ(check_profile_protection({"", "123456"}), message(MessageId::kPasswordsDiffer));
+  EXPECT_EQ(check("123456", "123457"), message(MessageId::kPasswordsDiffer));
+  EXPECT_EQ(check("123456", ""), message(MessageId::kPasswordsDiffer));
+  EXPECT_EQ(check("", "123456"), message(MessageId::kPasswordTooShort));
+}
+
+TEST_F(ProfileFileTest, TheRealCipherOpensWithItsPasswordAndSeesDamage) {
+  TwofishProfileCipher cipher;
+  const std::string plain = "Profile bytes" + std::string(1000, '\0');
+  std::string sealed;
+  std::string again;
+  std::string opened;
+  ASSERT_EQ(cipher.encrypt(plain, Secret("secret"), sealed), ErrorCode::kOk);
+  ASSERT_EQ(cipher.encrypt(plain, Secret("secret"), again), ErrorCode::kOk);
+  EXPECT_NE(sealed, again);
+  EXPECT_EQ(cipher.decrypt(sealed, Secret("secret"), opened), ErrorCode::kOk);
+  EXPECT_EQ(opened, plain);
+  EXPECT_EQ(cipher.decrypt(sealed, Secret("Secret"), opened), ErrorCode::kInvalidPassword);
+  EXPECT_EQ(opened, "");
+  for (const size_t place : {size_t{0}, size_t{20}, size_t{40}, sealed.size() - 1}) {
+    std::string damaged = sealed;
+    damaged[place] = static_cast<char>(damaged[place] ^ 1);
+    EXPECT_EQ(cipher.decrypt(damaged, Secret("secret"), opened), ErrorCode::kInvalidPassword) << place;
+  }
+  EXPECT_EQ(cipher.decrypt(sealed.substr(0, 51), Secret("secret"), opened), ErrorCode::kFileDecrypt);
+
+  ProfileFile file(&cipher);
+  file.set_password(Secret("secret"));
+  ASSERT_EQ(file.save(path_, changed_settings()), ErrorCode::kOk);
+  Settings settings;
+  ListedPasswords passwords({"guess1", "secret"});
+  EXPECT_EQ(ProfileFile(&cipher).load(path_, &passwords, settings).error, ErrorCode::kOk);
+  EXPECT_TRUE(settings == changed_settings());
+  // Damage behind the check text is no wrong password.
+  std::string stored = content_of(path_);
+  const size_t place = stored.find("<Content>") + 100;
+  stored[place] = stored[place] == 'A' ? 'B' : 'A';
+  ListedPasswords right({"secret"});
+  EXPECT_EQ(ProfileFile(&cipher).load(write(stored), &right, settings).error, ErrorCode::kFileDecrypt);
 }
 
 TEST(EngineOptions, FollowTheProfile) {

@@ -14,12 +14,12 @@ namespace rowvane {
 // Adds the password's bytes to those of the text, so that another password gives another text.
 class PlainCipher final : public ProfileCipher {
  public:
-  ErrorCode encrypt(std::string_view plain, std::string_view password, std::string& sealed) override {
-    sealed = shifted(plain, password, 1);
+  ErrorCode encrypt(std::string_view plain, const Secret& password, std::string& sealed) override {
+    sealed = shifted(plain, password.view(), 1);
     return failure;
   }
-  ErrorCode decrypt(std::string_view sealed, std::string_view password, std::string& plain) override {
-    plain = shifted(sealed, password, -1);
+  ErrorCode decrypt(std::string_view sealed, const Secret& password, std::string& plain) override {
+    plain = shifted(sealed, password.view(), -1);
     return failure;
   }
 
@@ -38,9 +38,9 @@ class PlainCipher final : public ProfileCipher {
 class ListedPasswords final : public PasswordPrompt {
  public:
   explicit ListedPasswords(std::vector<std::string> answers) : answers_(std::move(answers)) {}
-  std::optional<std::string> ask_password(const std::string&) override {
+  std::optional<Secret> ask_password(const std::string&) override {
     if (asked == answers_.size()) return std::nullopt;
-    return answers_[asked++];
+    return Secret(answers_[asked++]);
   }
 
   size_t asked = 0;
