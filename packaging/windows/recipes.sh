@@ -1,6 +1,11 @@
-# Debian's source packages, fetched for the builds for Windows. To be sourced by a bash script.
+# Builds libraries for Windows from Debian's source packages by recipes. To be sourced by a bash script that sets
+#   prefix     the folder to install into
+#   sources    a line for each package: its name, the name of its original archive, the archive's SHA-256
+# and has a function build_PACKAGE for each, which runs in the unpacked source and installs into $prefix.
 
 # The folder that holds fetched sources and built libraries, outside the checkout.
+# shellcheck disable=SC2034,SC2154
+packaging=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 windows_cache=${ROWVANE_WINDOWS_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/rowvane/windows}
 
 # as_root COMMAND...
@@ -50,4 +55,47 @@ fetch_source() {
   fi
   dpkg-source --no-check -x "$download"/*.dsc "$folder" >"$download/unpack.log" 2>&1 || { cat "$download/unpack.log" >&2; return 1; }
   rm -rf "$download"
+}
+
+host=x86_64-w64-mingw32
+
+# cmake_build OPTION...: configures the source in build-windows.
+cmake_build() {
+  cmake -S . -B build-windows -G Ninja -DCMAKE_TOOLCHAIN_FILE="$packaging/toolchain.cmake" -DCMAKE_BUILD_TYPE=Release \
+    -DCMAKE_INSTALL_PREFIX="$prefix" -DBUILD_SHARED_LIBS=OFF "$@"
+}
+
+# What a built library depends on: its source, its recipe and the compiler.
+fingerprint() {
+  local package=$1 sha256=$2
+  { echo "$sha256"; declare -f "build_$package" cmake_build; $host-g++-posix -dumpfullversion; } | sha256sum | cut -d ' ' -f 1
+}
+
+build() {
+  local package=$1 tar=$2 sha256=$3 log=$windows_cache/log/$1.log stamp=$prefix/built/$1 wanted
+  wanted=$(fingerprint "$package" "$sha256")
+  if [ -f "$stamp" ] && [ "$(<"$stamp")" = "$wanted" ]; then return; fi
+  echo "Building $package for Windows"
+  mkdir -p "$(dirname "$log")" "$(dirname "$stamp")"
+  fetch_source "$package" "$tar" "$sha256" "$windows_cache/build/$package"
+  if ! (cd "$windows_cache/build/$package" && set -e && "build_$package") >"$log" 2>&1 </dev/null; then
+    tail -n 30 "$log" >&2
+    echo "$package could not be built; the log is $log" >&2
+    return 1
+  fi
+  rm -rf "${windows_cache:?}/build/$package"
+  echo "$wanted" >"$stamp"
+}
+
+
+# Builds what is not built yet, one builder at a time: two checkouts may share the cache.
+build_all() {
+  local source
+  mkdir -p "$windows_cache"
+  exec 9>"$windows_cache/lock"
+  flock 9
+  for source in "${sources[@]}"; do
+    # shellcheck disable=SC2086
+    build $source
+  done
 }
