@@ -6,7 +6,7 @@ namespace rowvane {
 
 void ServerLifetime::add_object() {
   ++objects_;
-  deadline_.reset();
+  deadline_ = kNever;
 }
 
 void ServerLifetime::release_object(Time now) {
@@ -50,8 +50,8 @@ void ServerMonitor::watch() {
       end_message_loop_();
       return;
     }
-    if (const auto deadline = lifetime_.deadline()) {
-      changed_.wait_until(lock, *deadline);
+    if (const auto deadline = lifetime_.deadline(); deadline != ServerLifetime::kNever) {
+      changed_.wait_until(lock, deadline);
     } else {
       changed_.wait(lock);
     }

@@ -5,7 +5,6 @@
 #include <condition_variable>
 #include <functional>
 #include <mutex>
-#include <optional>
 #include <thread>
 
 namespace rowvane {
@@ -20,20 +19,21 @@ struct ServerTiming {
 class ServerLifetime {
  public:
   using Time = std::chrono::steady_clock::time_point;
+  static constexpr Time kNever = Time::max();
 
   explicit ServerLifetime(std::chrono::milliseconds time_out) : time_out_(time_out) {}
 
   void add_object();
   // A release without an object is ignored.
   void release_object(Time now);
-  // When the server ends; nothing while it is in use.
-  std::optional<Time> deadline() const { return deadline_; }
-  bool is_over(Time now) const { return deadline_ && now >= *deadline_; }
+  // When the server ends; kNever while it is in use.
+  Time deadline() const { return deadline_; }
+  bool is_over(Time now) const { return now >= deadline_; }
 
  private:
   std::chrono::milliseconds time_out_;
   int objects_ = 0;
-  std::optional<Time> deadline_;
+  Time deadline_ = kNever;
 };
 
 // Watches the lifetime on a thread of its own and calls END_MESSAGE_LOOP there, once, when it is over.

@@ -15,7 +15,7 @@ TEST(ServerLifetime, EndsSomeTimeAfterTheLastObject) {
   ServerLifetime lifetime(ServerTiming().time_out);
   EXPECT_FALSE(lifetime.is_over(start + std::chrono::hours(100)));  // nobody has come yet
   lifetime.release_object(start);
-  EXPECT_FALSE(lifetime.deadline());
+  EXPECT_EQ(lifetime.deadline(), ServerLifetime::kNever);
   lifetime.add_object();
   lifetime.add_object();
   lifetime.release_object(start);
