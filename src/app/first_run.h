@@ -11,8 +11,7 @@
 namespace rowvane {
 
 // Reads and deletes "startup.txt" in PROGRAM_FOLDER: its second character says whether the installation is
-// portable
-// ("1") or not. Nothing when there is no such file.
+// portable ("1") or not. Nothing when there is no such file.
 std::optional<bool> take_startup_file(const std::string& program_folder);
 
 // Where "sample.zip" is: beside a portable program, otherwise in the common documents for an administrator

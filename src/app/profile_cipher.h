@@ -10,8 +10,8 @@
 
 namespace rowvane {
 
-// What `encrypt` makes holds all that `decrypt` needs besides the password. kInvalidPassword when SEALED
-// does not fit to the password, be it wrong or SEALED damaged; a cipher may as well give other bytes then.
+// What `encrypt` makes holds all that `decrypt` needs besides the password. kInvalidPassword when SEALED does
+// not fit to the password, be it wrong or SEALED damaged; a cipher may as well give other bytes then.
 class ProfileCipher {
  public:
   virtual ~ProfileCipher() = default;

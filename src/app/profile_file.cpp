@@ -27,12 +27,22 @@ constexpr const char* kContent = "Content";
 constexpr unsigned kParsing = (pugi::parse_default & ~pugi::parse_eol) | pugi::parse_declaration |
                               pugi::parse_comments | pugi::parse_pi | pugi::parse_ws_pcdata_single;
 
+// Elements one within the other; the library removes elements by recursion.
+constexpr int kMaxDepth = 100;
+
+class DepthLimit final : public pugi::xml_tree_walker {
+ public:
+  bool for_each(pugi::xml_node&) override { return depth() < kMaxDepth; }
+};
+
 ErrorCode parse_document(const std::string& content, pugi::xml_document& document) {
   if (!is_valid_utf8(content)) return ErrorCode::kXmlUtf8Only;
   const pugi::xml_parse_result result =
       document.load_buffer(content.data(), content.size(), kParsing, pugi::encoding_utf8);
   if (result.status == pugi::status_out_of_memory) return ErrorCode::kXmlMemory;
-  return result && document.child(kRoot) ? ErrorCode::kOk : ErrorCode::kXmlElement;
+  DepthLimit limit;
+  return result && document.child(kRoot) && document.traverse(limit) ? ErrorCode::kOk
+                                                                     : ErrorCode::kXmlElement;
 }
 
 std::string document_text(const pugi::xml_document& document) {

@@ -24,8 +24,8 @@ namespace rowvane {
 inline constexpr std::string_view kProfileFileName = "settings.xml";
 inline constexpr std::string_view kProfileCheckText = "Profile File Password check";
 
-// Remembers the document that was loaded, so that elements and attributes that this version does not know
-// are written back, and the password, so that a protected profile stays one.
+// Remembers the document that was loaded, so that elements and attributes that this version does not know are
+// written back, and the password, so that a protected profile stays one.
 class ProfileFile {
  public:
   // CIPHER, which must outlive this, serves protected profiles; without one they can't be loaded or saved.
@@ -47,8 +47,8 @@ class ProfileFile {
   LoadResult load(const std::string& path, PasswordPrompt* prompt, profile::Settings& settings);
 
   // Replaces PATH in one step, making its folder when it is missing. A file there that is no readable profile
-  // is kept as PATH + ".bak". Errors: kFileCreate, kFileWrite and their kin, kFileEncrypt,
-  // kCryptographicKey; the former file is whole then.
+  // is kept as PATH + ".bak". Errors: kFileCreate, kFileWrite and their kin, kFileEncrypt, kCryptographicKey;
+  // the former file is whole then.
   ErrorCode save(const std::string& path, const profile::Settings& settings);
 
   bool is_protected() const { return !password_.empty(); }

@@ -121,8 +121,8 @@ concept MaybeConst = std::same_as<std::remove_const_t<Given>, Type>;
 #define LIST(Type, member, tag, most)
 #include "app/profile_settings.def"
 
-// Calls VISITOR.element(name, member), records(parent, element, key, most, member) and
-// list(element, most, member). Text file settings are no part of the walk.
+// Calls VISITOR.element(name, member), records(parent, element, key, most, member) and list(element, most,
+// member). Text file settings are no part of the walk.
 template <MaybeConst<Settings> Given, typename Visitor>
 void visit_elements(Given& settings, Visitor& visitor) {
 #define GROUP(Type)

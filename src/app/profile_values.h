@@ -27,8 +27,8 @@ std::optional<uint32_t> parse_color(std::string_view text);
 std::string placement_text(const FramePlacement& value);
 std::optional<FramePlacement> parse_placement(std::string_view text);
 
-// File extensions with blanks between them. Reading takes commas, semicolons, "*." and "." too and makes
-// them lower case; nothing when one is no extension.
+// File extensions with blanks between them. Reading takes commas, semicolons, "*." and "." too and makes them
+// lower case; nothing when one is no extension.
 std::string words_text(const std::vector<std::string>& words);
 std::optional<std::vector<std::string>> parse_words(std::string_view text);
 

@@ -242,9 +242,15 @@ TEST_F(ProfileFileTest, WhatIsNoProfileChangesNothingAndIsKeptWhenReplaced) {
       EXPECT_EQ(content_of(path_ + ".bak"), content);
     }
   }
+  std::string deep = "<Profile>";
+  for (int i = 0; i < 200'000; ++i) deep += "<a>";
+  for (int i = 0; i < 200'000; ++i) deep += "</a>";
+  EXPECT_EQ(ProfileFile().load(write(deep + "</Profile>"), nullptr, *std::make_unique<Settings>()).error,
+            ErrorCode::kXmlElement);
   EXPECT_EQ(ProfileFile().load(folder().path("none.xml"), nullptr, *std::make_unique<Settings>()).error,
             ErrorCode::kFileRead);
   // A good profile leaves no copy.
+  ASSERT_EQ(ProfileFile().save(path_, Settings()), ErrorCode::kOk);
   std::filesystem::remove(path_ + ".bak");
   ASSERT_EQ(ProfileFile().save(path_, Settings()), ErrorCode::kOk);
   EXPECT_FALSE(std::filesystem::exists(path_ + ".bak"));
