@@ -320,6 +320,11 @@ std::optional<Notice> check_decrypt_fields(const CWorkSheet& table, const FieldE
   return std::nullopt;
 }
 
+FieldType plain_type(const Field& field) {
+  const auto header = field.encrypted ? decode_field_header(field.encryption) : std::nullopt;
+  return header ? header->plain_type : field.type;
+}
+
 FieldEncryptionResult encrypt_fields(CWorkSheet& table, const FieldEncryptionSettings& settings, Progress& progress) {
   return replace_fields(table, settings, progress, kEncryptFieldsTitle, encrypt_column);
 }

@@ -36,6 +36,9 @@ std::optional<Notice> check_encrypt_fields(const CWorkSheet& table, const FieldE
 // not encrypted; kFileDecrypt when what decrypting needs is damaged; kInvalidCacheIndex as above.
 std::optional<Notice> check_decrypt_fields(const CWorkSheet& table, const FieldEncryptionSettings& settings);
 
+// The type of FIELD's values when they are not encrypted.
+FieldType plain_type(const Field& field);
+
 struct FieldEncryptionResult {
   ErrorCode error = ErrorCode::kOk;
   bool cancelled = false;
