@@ -18,9 +18,10 @@ void add_global_options(CLI::App& app, GlobalOptions& global) {
   app.add_flag("--quiet", global.quiet, "Show no progress and no report");
   app.add_flag("--yes", global.yes, "Answer Yes to all questions");
   app.add_option("--threads", global.threads, "Threads to use, 1 to 16")->check(CLI::Range(1, 16));
-  app.add_option("--password-file", global.password_file,
-                 "File whose first line is the password of the database; - asks for it. Without this option the "
-                 "environment variable RVB_PASSWORD is used");
+  app.add_option(
+      "--password-file", global.password_file,
+      "File whose first line is the password of the database; - asks for it. Without this option the "
+      "environment variable RVB_PASSWORD is used");
   app.set_version_flag("--version", std::string(message_text(MessageId::kProgramTitle)));
 }
 

@@ -11,10 +11,10 @@ namespace rowvane::cli {
 
 struct GlobalOptions {
   bool json = false;
-  bool quiet = false;  // no progress, no report of what was done
-  bool yes = false;    // answers Yes to all questions
-  int threads = 0;     // 0: as many as the machine has
-  std::string password_file;  // "-": ask; empty: RVB_PASSWORD, if it is there
+  bool quiet = false;                      // no progress, no report of what was done
+  bool yes = false;                        // answers Yes to all questions
+  int threads = 0;                         // 0: as many as the machine has
+  std::string password_file;               // "-": ask; empty: RVB_PASSWORD, if it is there
   std::shared_ptr<const Secret> password;  // of the databases; null: none was given
 
   Options engine_options() const {

@@ -1,4 +1,5 @@
-// Passwords from files, from the environment and from the terminal. They are never arguments: other users can see those.
+// Passwords from files, from the environment and from the terminal. They are never arguments: other users can
+// see those.
 #pragma once
 
 #include <string>
@@ -14,8 +15,8 @@ struct PasswordPlace {
   std::string prompt;    // "Password: "
 };
 
-// Reads the password at PLACE; an empty one when there is none. A new one (REPEATED not null) is asked twice on the
-// terminal; from elsewhere it counts as repeated. Answers a status and reports what is wrong.
+// Reads the password at PLACE; an empty one when there is none. A new one (REPEATED not null) is asked twice
+// on the terminal; from elsewhere it counts as repeated. Answers a status and reports what is wrong.
 int read_password(const PasswordPlace& place, Secret& password, Secret* repeated = nullptr);
 
 }  // namespace rowvane::cli

@@ -34,8 +34,7 @@ constexpr std::array kMessages = {
     Message{MessageId::kOldFormat,
             "This database file uses the old format.\nIt will be converted and saved under a new name when "
             "you use the Save command."},
-    Message{MessageId::kPasswordsDiffer,
-            "The entered passwords do not match. Please re-type your password."},
+    Message{MessageId::kPasswordsDiffer, "The entered passwords do not match. Please re-type your password."},
     Message{MessageId::kPasswordTooShort, "Please enter at least 6 characters as a password."},
     Message{MessageId::kReadOnlyOpenQuestion,
             "The protection option you've selected will allow anyone to open this database in the "

@@ -8,7 +8,8 @@
 
 namespace rowvane {
 
-// Deriving a key takes longer than packing a small member, so threads do it beside other work. Belongs to one thread.
+// Deriving a key takes longer than packing a small member, so threads do it beside other work. Belongs to one
+// thread.
 class EncryptorQueue {
  public:
   // COUNT encryptors for PROTECTION, which must outlive the queue; up to AHEAD of them wait to be taken.

@@ -2,9 +2,9 @@
 // describes each item.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
-#include <optional>
 #include <vector>
 
 #include "core/database.h"

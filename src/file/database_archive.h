@@ -20,9 +20,9 @@ struct EncryptedMember {
   bool deflated = false;  // what decrypting gives is deflated
 };
 
-// An open archive and the password of its encrypted members. After `unlock` everything const may be called from
-// several threads at once. Errors of encrypted members: kFileDecrypt when one is damaged, in whatever way, and
-// kCryptographicKey; all others are those of ZipReader.
+// An open archive and the password of its encrypted members. After `unlock` everything const may be called
+// from several threads at once. Errors of encrypted members: kFileDecrypt when one is damaged, in whatever
+// way, and kCryptographicKey; all others are those of ZipReader.
 class DatabaseArchive {
  public:
   ErrorCode open(const std::string& path) { return zip_.open(path); }
@@ -37,8 +37,9 @@ class DatabaseArchive {
   const EncryptedMember* encryption(const ZipMember& member) const;
   bool has_encrypted_members() const { return !encrypted_.empty(); }
 
-  // Takes the password for all members, or none (null). It is the right one when the digest of CHECKED, the member that
-  // is read first, is; kInvalidPassword otherwise, and without a password where the members don't tell their keys.
+  // Takes the password for all members, or none (null). It is the right one when the digest of CHECKED, the
+  // member that is read first, is; kInvalidPassword otherwise, and without a password where the members don't
+  // tell their keys.
   ErrorCode unlock(std::shared_ptr<const Secret> password, const ZipMember& checked);
   // The password as taken, without a check: of an archive that was just written.
   void set_password(std::shared_ptr<const Secret> password) { password_ = std::move(password); }

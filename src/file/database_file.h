@@ -55,9 +55,9 @@ class DatabaseFile {
   // Saves to PATH, which is replaced in one step once all is written; unless saved as a copy, the database
   // then belongs to that file. Tables and contents that did not change are copied without being packed again,
   // and so are members that the database does not know. Errors: kFileCreate, kFileInUse, kFileWrite,
-  // kTooManyZipStreams and kBinaryFieldsTooLarge (limits), kEncryptedDataChanged (a value of an encrypted field could
-  // not be decrypted any more), kInvalidPassword (open read-only), kCryptographicKey and kFileEncrypt, those of contents
-  // that can't be read. The old file is whole then.
+  // kTooManyZipStreams and kBinaryFieldsTooLarge (limits), kEncryptedDataChanged (a value of an encrypted
+  // field could not be decrypted any more), kInvalidPassword (open read-only), kCryptographicKey and
+  // kFileEncrypt, those of contents that can't be read. The old file is whole then.
   SaveResult save(const std::string& path, const SaveSettings& settings, const Options& options,
                   Progress& progress = Progress::none());
 
@@ -67,9 +67,11 @@ class DatabaseFile {
 
   // How the next save protects the file; null: not at all.
   const Protection* protection() const { return protection_ ? &*protection_ : nullptr; }
-  // Changes that, with the next save; nothing takes the protection away. kInvalidPassword when open read-only.
+  // Changes that, with the next save; nothing takes the protection away. kInvalidPassword when open
+  // read-only.
   ErrorCode set_protection(std::optional<Protection> protection);
-  // True when a protected file was opened without its password: what was read can be looked at, but not saved.
+  // True when a protected file was opened without its password: what was read can be looked at, but not
+  // saved.
   bool is_read_only() const { return read_only_; }
 
   // Variant of the opened file.
@@ -105,10 +107,10 @@ struct OpenedDatabase {
 
 // Opens a database file. QUESTIONS decides whether tables that are in the archive but not in its
 // configuration are added (message 183); without, they are not. Tables that can't be added give a notice and
-// stay in the archive as they are. PASSWORD opens a protected database; without one (null) it is opened read-only where
-// that is allowed. Errors: kInvalidPassword, kFileDecrypt (an encrypted member is damaged), kCryptographicKey; kFileOpen, kFileInUse, kFileRead; kInvalidBinaryFormat for a file
-// that is no archive or whose configuration is damaged; kManifest; kNewerVersion; the zip codes for damaged
-// members; kOutOfMemory.
+// stay in the archive as they are. PASSWORD opens a protected database; without one (null) it is opened
+// read-only where that is allowed. Errors: kInvalidPassword, kFileDecrypt (an encrypted member is damaged),
+// kCryptographicKey; kFileOpen, kFileInUse, kFileRead; kInvalidBinaryFormat for a file that is no archive or
+// whose configuration is damaged; kManifest; kNewerVersion; the zip codes for damaged members; kOutOfMemory.
 OpenedDatabase open_database(const std::string& path, const Options& options, Questions* questions = nullptr,
                              Progress& progress = Progress::none(),
                              std::shared_ptr<const Secret> password = nullptr);

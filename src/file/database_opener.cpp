@@ -320,7 +320,8 @@ Column DatabaseOpener::long_texts(uint32_t records, size_t field, const BinaryMe
        ++found) {
     const ZipMember& member = *found->second.front();
     used_.insert(member.name);
-    if (archive_->size(member) > 0) column.cells[found->first.second] = column.add(content_of_member(archive_, member));
+    if (archive_->size(member) > 0)
+      column.cells[found->first.second] = column.add(content_of_member(archive_, member));
   }
   return column;
 }

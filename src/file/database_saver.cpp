@@ -8,8 +8,8 @@
 #include "core/binary_names.h"
 #include "core/names.h"
 #include "core/parallel_blocks.h"
-#include "exchange/text_formatter.h"
 #include "crypto/field_encryption.h"
+#include "exchange/text_formatter.h"
 #include "file/archive_content.h"
 #include "file/config_dat.h"
 #include "file/member_blocks.h"
@@ -195,8 +195,7 @@ ErrorCode DatabaseSaver::write_config_member(const std::string& database_name) {
   std::jthread serialiser([&] {
     try {
       DatabaseConfig content = config_of(database_, tables_, database_name);
-      if (protection_ != nullptr)
-        content.protection = {protection_->algorithm, protection_->read_only_open};
+      if (protection_ != nullptr) content.protection = {protection_->algorithm, protection_->read_only_open};
       const std::string config = write_config(content);
       if (config.size() > kMaxConfigBytes) config_error = ErrorCode::kOutOfResources;
       if (config_error == ErrorCode::kOk) pipe.write(std::as_bytes(std::span(config)));
@@ -221,8 +220,8 @@ bool DatabaseSaver::is_unchanged(const CWorkSheet& table) const {
   return saved != file_.saved_.end() && saved->second.revision == table.revision();
 }
 
-// The member of the opened file that holds TABLE as it is and is encrypted or plain as it is to be; null when there is
-// none.
+// The member of the opened file that holds TABLE as it is and is encrypted or plain as it is to be; null when
+// there is none.
 const ZipMember* DatabaseSaver::member_to_copy(const CWorkSheet& table) const {
   if (!is_unchanged(table)) return nullptr;
   const ZipMember* member = file_.archive_->find(file_.saved_.at(&table).member);
@@ -232,7 +231,8 @@ const ZipMember* DatabaseSaver::member_to_copy(const CWorkSheet& table) const {
 }
 
 ErrorCode DatabaseSaver::copy_table(const ZipMember& member, const std::string& name) {
-  return protection_ == nullptr ? copy_member(file_.archive_->zip(), member, name) : recode_table(member, name);
+  return protection_ == nullptr ? copy_member(file_.archive_->zip(), member, name)
+                                : recode_table(member, name);
 }
 
 // Encrypts a table anew with a fresh salt and vector, without inflating it.

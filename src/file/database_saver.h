@@ -37,7 +37,8 @@ class DatabaseSaver {
   ErrorCode write_unused_member(const ZipMember& member);
   ErrorCode write_manifest_member();
   ErrorCode add_text(std::string_view name, std::string_view text);
-  void note_member(const std::string& name, bool deflated, std::optional<EncryptionRecord> encryption = std::nullopt);
+  void note_member(const std::string& name, bool deflated,
+                   std::optional<EncryptionRecord> encryption = std::nullopt);
   ZipMethod method_for(std::string_view file_name) const;
   uint64_t estimated_bytes() const;
   void adopt(const std::string& path);

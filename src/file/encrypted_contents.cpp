@@ -12,8 +12,8 @@ namespace {
 constexpr uint64_t kLargeContent = uint64_t{16} << 20;
 
 // The content as it is to be encrypted: packed.
-ErrorCode pack_content(const Content& content, const std::string& name, const ContentPacking& packing, bool& deflated,
-                       std::string& bytes) {
+ErrorCode pack_content(const Content& content, const std::string& name, const ContentPacking& packing,
+                       bool& deflated, std::string& bytes) {
   const auto* stored = dynamic_cast<const ArchiveContent*>(content.source().get());
   if (stored != nullptr && stored->place().is_encrypted()) {
     const ArchiveContent::Place place = stored->place();
@@ -27,8 +27,8 @@ ErrorCode pack_content(const Content& content, const std::string& name, const Co
   return error == ErrorCode::kOk ? Deflater(packing.level).deflate_block(raw, true, bytes) : error;
 }
 
-ErrorCode encrypt_content(const PendingContent& pending, const Protection& protection, const ContentPacking& packing,
-                          EncryptedContent& made, std::string& bytes) {
+ErrorCode encrypt_content(const PendingContent& pending, const Protection& protection,
+                          const ContentPacking& packing, EncryptedContent& made, std::string& bytes) {
   ErrorCode error = name_content(pending, made.name);
   if (error == ErrorCode::kOk)
     error = pack_content(pending.content, made.name, packing, made.deflated, bytes);

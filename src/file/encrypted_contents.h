@@ -34,14 +34,15 @@ struct ContentPacking {
 // Takes the next member; false to stop.
 using TakeEncrypted = std::function<bool(size_t index, EncryptedContent& member, std::string_view bytes)>;
 
-// Packs and encrypts CONTENTS on THREADS threads and hands them to TAKE in their order, on the calling thread; those
-// that can't be had come with their error. What lies encrypted in an archive is encrypted anew without being inflated.
-// Large contents are made one at a time, so that memory holds few of them. kOutOfMemory.
+// Packs and encrypts CONTENTS on THREADS threads and hands them to TAKE in their order, on the calling
+// thread; those that can't be had come with their error. What lies encrypted in an archive is encrypted anew
+// without being inflated. Large contents are made one at a time, so that memory holds few of them.
+// kOutOfMemory.
 ErrorCode encrypt_contents(const std::vector<PendingContent>& contents, const Protection& protection,
                            const ContentPacking& packing, int threads, const TakeEncrypted& take);
 
-// The name that PENDING's member gets. A long text that lies in an archive need not be read for it; one that can't be
-// read is called a plain text.
+// The name that PENDING's member gets. A long text that lies in an archive need not be read for it; one that
+// can't be read is called a plain text.
 ErrorCode name_content(const PendingContent& pending, std::string& name);
 
 // True for what makes a member of an archive unreadable for good.

@@ -12,8 +12,8 @@
 
 namespace rowvane {
 
-// Digests blocks that arrive in any order, in the order of the file. Whoever brings the next block works off those that
-// wait behind it, while others go on.
+// Digests blocks that arrive in any order, in the order of the file. Whoever brings the next block works off
+// those that wait behind it, while others go on.
 class OrderedDigest {
  public:
   explicit OrderedDigest(std::string_view type) : digest_(type) {}
@@ -31,8 +31,9 @@ class OrderedDigest {
   ContentDigest digest_;
 };
 
-// A member with a block index, plain or encrypted. `read` and `read_packed` may be called from several threads; of the
-// two only one is used, for each block once; then `check` tells whether all was as it was written.
+// A member with a block index, plain or encrypted. `read` and `read_packed` may be called from several
+// threads; of the two only one is used, for each block once; then `check` tells whether all was as it was
+// written.
 class MemberBlocks {
  public:
   // Both must outlive the object.

@@ -12,7 +12,8 @@ namespace rowvane {
 class MemberTextSource final : public TextSource {
  public:
   // Both must outlive the source.
-  MemberTextSource(const DatabaseArchive& archive, const ZipMember& member) : archive_(archive), member_(member) {}
+  MemberTextSource(const DatabaseArchive& archive, const ZipMember& member)
+      : archive_(archive), member_(member) {}
 
   uint64_t size() const override { return archive_.size(member_); }
   // An encrypted member is read whole: its digest decides before anything of it is used.

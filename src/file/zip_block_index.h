@@ -12,8 +12,8 @@
 //
 // Programs that do not know the field inflate the member in one go. Stored members may have an index too.
 //
-// The blocks of an encrypted member are deflated first and then encrypted as one stream; the archive stores the result.
-// Their sizes are those of the content, which the archive itself does not know.
+// The blocks of an encrypted member are deflated first and then encrypted as one stream; the archive stores
+// the result. Their sizes are those of the content, which the archive itself does not know.
 #pragma once
 
 #include <cstdint>
@@ -45,8 +45,8 @@ struct ZipBlockIndex {
 std::string encode_block_index(const ZipBlockIndex& index, size_t room);
 
 // Reads the CONTENT of the extra field of a member with the given sizes. False when it does not fit the
-// member: the blocks must add up to it and none may be larger than deflate can make it. The sizes of encrypted blocks
-// are only checked for the latter.
+// member: the blocks must add up to it and none may be larger than deflate can make it. The sizes of
+// encrypted blocks are only checked for the latter.
 bool decode_block_index(std::string_view content, uint64_t compressed_size, uint64_t size, bool stored,
                         ZipBlockIndex& index);
 

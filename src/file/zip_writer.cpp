@@ -144,8 +144,8 @@ ErrorCode ZipWriter::add_blocks(std::string_view name, ZipMethod method, uint64_
   return write_blocks(block_count, produce);
 }
 
-ErrorCode ZipWriter::add_packed_blocks(std::string_view name, const ZipBlockIndex& index, uint64_t content_size,
-                                       const ProduceBlock& produce, Encrypt encrypt) {
+ErrorCode ZipWriter::add_packed_blocks(std::string_view name, const ZipBlockIndex& index,
+                                       uint64_t content_size, const ProduceBlock& produce, Encrypt encrypt) {
   const auto error = open_member(name, ZipMethod::kStored, std::move(encrypt));
   if (error != ErrorCode::kOk) return error;
   index_.blocks_end_at_records = index.blocks_end_at_records;

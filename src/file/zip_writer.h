@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <ctime>
 #include <functional>
-#include <span>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -54,8 +54,8 @@ class ZipWriter {
   // Fills `out` with block BLOCK; called on several threads at once, each block once, handed out in rising
   // order. `out` is empty but may keep the memory of an old block. An error ends the member and the archive.
   using ProduceBlock = std::function<ErrorCode(uint64_t block, std::string& out)>;
-  // Encrypts the packed bytes of a member in place, piece by piece in their order, on the writer's thread. The archive
-  // stores what comes out of it.
+  // Encrypts the packed bytes of a member in place, piece by piece in their order, on the writer's thread.
+  // The archive stores what comes out of it.
   using Encrypt = std::function<ErrorCode(std::span<char> bytes)>;
 
   ZipWriter();
@@ -73,7 +73,8 @@ class ZipWriter {
   // Adds a whole member.
   ErrorCode add(std::string_view name, std::string_view bytes, ZipMethod method);
 
-  // Adds a member piece by piece: `begin`, any number of `write`, `end`. With ENCRYPT it is packed by METHOD first.
+  // Adds a member piece by piece: `begin`, any number of `write`, `end`. With ENCRYPT it is packed by METHOD
+  // first.
   ErrorCode begin(std::string_view name, ZipMethod method, Encrypt encrypt = {});
   ErrorCode write(std::string_view bytes);
   ErrorCode end();
@@ -83,8 +84,8 @@ class ZipWriter {
   ErrorCode add_blocks(std::string_view name, ZipMethod method, uint64_t block_count,
                        const ProduceBlock& produce, bool blocks_end_at_records = false, Encrypt encrypt = {});
 
-  // Adds a member whose blocks are packed already, by INDEX (without blocks: as one, of CONTENT_SIZE bytes when it is
-  // unpacked), and encrypts them.
+  // Adds a member whose blocks are packed already, by INDEX (without blocks: as one, of CONTENT_SIZE bytes
+  // when it is unpacked), and encrypts them.
   ErrorCode add_packed_blocks(std::string_view name, const ZipBlockIndex& index, uint64_t content_size,
                               const ProduceBlock& produce, Encrypt encrypt);
 
@@ -151,7 +152,7 @@ class ZipWriter {
   std::unordered_set<std::string> names_;
   uint64_t directory_bytes_ = 0;
 
-  ZipEntry entry_;  // the member being written
+  ZipEntry entry_;                         // the member being written
   ZipMethod method_ = ZipMethod::kStored;  // of packing, also where the archive stores encrypted bytes
   Encrypt encrypt_;
   uint64_t content_size_ = 0;

@@ -71,7 +71,8 @@ void add_protect_command(CLI::App& app, CommandContext& context) {
       "Examples:\n  rvb protect shop.rvb --new-password-file -\n  RVB_NEW_PASSWORD=... rvb protect shop.rvb "
       "--algorithm blowfish --read-only-open --yes\n  rvb --password-file old.txt protect shop.rvb "
       "--new-password-file new.txt");
-  command->add_option("DATABASE", arguments->database, "Database, or any file with tables (needs -o)")->required();
+  command->add_option("DATABASE", arguments->database, "Database, or any file with tables (needs -o)")
+      ->required();
   command->add_option("--algorithm", arguments->algorithm, "blowfish or twofish; the default is twofish")
       ->check(CLI::IsMember({"blowfish", "twofish"}));
   command->add_flag("--read-only-open", arguments->read_only_open,
@@ -88,9 +89,11 @@ void add_protect_command(CLI::App& app, CommandContext& context) {
 
 void add_unprotect_command(CLI::App& app, CommandContext& context) {
   auto arguments = std::make_shared<ProtectArguments>();
-  CLI::App* command = app.add_subcommand("unprotect", "Take the password away: the file is no longer encrypted");
-  command->footer("Examples:\n  rvb --password-file - unprotect shop.rvb\n  RVB_PASSWORD=... rvb unprotect shop.rvb "
-                  "-o plain.rvb");
+  CLI::App* command =
+      app.add_subcommand("unprotect", "Take the password away: the file is no longer encrypted");
+  command->footer(
+      "Examples:\n  rvb --password-file - unprotect shop.rvb\n  RVB_PASSWORD=... rvb unprotect shop.rvb "
+      "-o plain.rvb");
   command->add_option("DATABASE", arguments->database, "Database")->required();
   arguments->save.add_to(*command);
   command->callback([&context, arguments] {
