@@ -2,7 +2,7 @@
 
 #include "cli/report.h"
 #include "core/file_error.h"
-#include "platform/environment.h"
+#include "platform/environment_variables.h"
 #include "platform/file.h"
 #include "platform/terminal.h"
 
