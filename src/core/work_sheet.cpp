@@ -30,8 +30,8 @@ ErrorCode check_text(std::string_view text) {
   return count_characters(text) > kMaxTextCharacters ? ErrorCode::kOutputTooLong : ErrorCode::kOk;
 }
 
-// A column of COUNT cells that all hold FIELD's default value. Those of an encrypted field are empty: nobody can
-// encrypt the value without the password.
+// A column of COUNT cells that all hold FIELD's default value. Those of an encrypted field are empty: nobody
+// can encrypt the value without the password.
 Column default_cells(const Field& field, uint32_t count) {
   Column column = make_column(field.type);
   resize_column(column, count);

@@ -1,6 +1,6 @@
-// The ciphers: Blowfish and Twofish with 16-byte keys in cipher feedback mode. The feedback is a whole block (CFB-64
-// and CFB-128 of NIST SP 800-38A); the last block of a stream may be cut, so that a cipher text is as long as its
-// plain text.
+// The ciphers: Blowfish and Twofish with 16-byte keys in cipher feedback mode. The feedback is a whole block
+// (CFB-64 and CFB-128 of NIST SP 800-38A); the last block of a stream may be cut, so that a cipher text is as
+// long as its plain text.
 #pragma once
 
 #include <memory>
@@ -36,7 +36,8 @@ class CipherStream {
   CipherStream& operator=(CipherStream&&) noexcept;
 
   // KEY of kKeyBytes, IV of block_bytes(ALGORITHM). kCryptographicKey when they can't be used.
-  ErrorCode start(CipherAlgorithm algorithm, CipherDirection direction, const Secret& key, std::string_view iv);
+  ErrorCode start(CipherAlgorithm algorithm, CipherDirection direction, const Secret& key,
+                  std::string_view iv);
   // Another stream with the same key.
   ErrorCode restart(std::string_view iv);
   // Goes on with the next bytes, in place. kFileEncrypt or kFileDecrypt when the cipher fails.

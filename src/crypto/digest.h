@@ -8,7 +8,8 @@
 namespace rowvane {
 
 inline constexpr size_t kDigestBytes = 20;
-inline constexpr std::string_view kDigestOfStart = "SHA1/1K";  // of the first 1,024 bytes, or of all when less
+inline constexpr std::string_view kDigestOfStart =
+    "SHA1/1K";  // of the first 1,024 bytes, or of all when less
 inline constexpr std::string_view kDigestOfAll = "SHA1";
 
 // The digest of a content that comes in pieces. Belongs to one thread at a time.

@@ -119,7 +119,8 @@ ErrorCode decrypt_files(FieldCipher& cipher, const FileList& encrypted, CellValu
     std::string packed;
     ErrorCode error = file.content.read(bytes);
     if (error == ErrorCode::kOk) error = cipher.decrypt(bytes, packed);
-    if (error == ErrorCode::kOk && !unpack_file(packed, files.emplace_back())) error = ErrorCode::kFileDecrypt;
+    if (error == ErrorCode::kOk && !unpack_file(packed, files.emplace_back()))
+      error = ErrorCode::kFileDecrypt;
     if (error != ErrorCode::kOk) return error;
   }
   plain = std::move(files);
@@ -153,7 +154,10 @@ class ColumnPass {
   using Convert = std::function<ErrorCode(FieldCipher&, const CellValue&, CellValue&)>;
 
   ColumnPass(const Column& source, int threads, Progress& progress)
-      : source_(source), count_(column_size(source)), progress_(progress), ciphers_(static_cast<size_t>(threads)) {}
+      : source_(source),
+        count_(column_size(source)),
+        progress_(progress),
+        ciphers_(static_cast<size_t>(threads)) {}
 
   ErrorCode run(const Secret& key, std::string_view salt, const Convert& convert, Column& target) {
     for (FieldCipher& cipher : ciphers_) {
@@ -164,7 +168,8 @@ class ColumnPass {
     std::vector<CellValue> values;
     for (size_t first = 0; first < count_ && !progress_.cancelled(); first += kChunk) {
       values.assign(std::min(kChunk, count_ - first), CellValue());
-      if (const ErrorCode error = convert_chunk(first, convert, values); error != ErrorCode::kOk) return error;
+      if (const ErrorCode error = convert_chunk(first, convert, values); error != ErrorCode::kOk)
+        return error;
       for (size_t i = 0; i < values.size(); ++i) {
         if (!is_empty(values[i])) store_value(target, first + i, values[i]);
       }
@@ -176,17 +181,19 @@ class ColumnPass {
  private:
   ErrorCode convert_chunk(size_t first, const Convert& convert, std::vector<CellValue>& values) {
     std::vector<ErrorCode> errors(ciphers_.size(), ErrorCode::kOk);
-    parallel_blocks(values.size(), static_cast<int>(ciphers_.size()), [&](int thread, uint64_t from, uint64_t to) {
-      ErrorCode& error = errors[static_cast<size_t>(thread)];
-      try {
-        for (uint64_t i = from; i <= to && error == ErrorCode::kOk; ++i) {
-          const CellValue cell = cell_value(source_, first + i);
-          if (!is_empty(cell)) error = convert(ciphers_[static_cast<size_t>(thread)], cell, values[i]);
-        }
-      } catch (const std::bad_alloc&) {
-        error = ErrorCode::kOutOfMemory;
-      }
-    });
+    parallel_blocks(values.size(), static_cast<int>(ciphers_.size()),
+                    [&](int thread, uint64_t from, uint64_t to) {
+                      ErrorCode& error = errors[static_cast<size_t>(thread)];
+                      try {
+                        for (uint64_t i = from; i <= to && error == ErrorCode::kOk; ++i) {
+                          const CellValue cell = cell_value(source_, first + i);
+                          if (!is_empty(cell))
+                            error = convert(ciphers_[static_cast<size_t>(thread)], cell, values[i]);
+                        }
+                      } catch (const std::bad_alloc&) {
+                        error = ErrorCode::kOutOfMemory;
+                      }
+                    });
     const auto failed = std::ranges::find_if(errors, [](ErrorCode error) { return error != ErrorCode::kOk; });
     return failed == errors.end() ? ErrorCode::kOk : *failed;
   }
@@ -239,11 +246,12 @@ ErrorCode decrypt_column(const CWorkSheet& table, size_t index, const FieldEncry
       .run(key, header->salt, convert, made.column);
 }
 
-using MakeColumn = ErrorCode (*)(const CWorkSheet&, size_t, const FieldEncryptionSettings&, Progress&, NewColumn&);
+using MakeColumn = ErrorCode (*)(const CWorkSheet&, size_t, const FieldEncryptionSettings&, Progress&,
+                                 NewColumn&);
 
 // Makes all columns before the first one is replaced.
-FieldEncryptionResult replace_fields(CWorkSheet& table, const FieldEncryptionSettings& settings, Progress& progress,
-                                     std::string_view caption, MakeColumn make) {
+FieldEncryptionResult replace_fields(CWorkSheet& table, const FieldEncryptionSettings& settings,
+                                     Progress& progress, std::string_view caption, MakeColumn make) {
   FieldEncryptionResult result;
   progress.begin(caption);
   std::vector<NewColumn> columns(settings.fields.size());
@@ -267,9 +275,8 @@ FieldEncryptionResult replace_fields(CWorkSheet& table, const FieldEncryptionSet
 
 std::optional<Notice> check_indices(const CWorkSheet& table, const std::vector<size_t>& fields) {
   std::set<size_t> seen;
-  const bool valid = std::ranges::all_of(fields, [&](size_t index) {
-    return index < table.field_count() && seen.insert(index).second;
-  });
+  const bool valid = std::ranges::all_of(
+      fields, [&](size_t index) { return index < table.field_count() && seen.insert(index).second; });
   if (fields.empty() || !valid) return ErrorCode::kInvalidCacheIndex;
   return std::nullopt;
 }
@@ -291,8 +298,9 @@ bool is_intact(const Column& column, size_t position, const std::string& salt) {
   const auto* files = std::get_if<FilesColumn>(&column);
   const FileList* list = files != nullptr ? files->value(position) : nullptr;
   return files != nullptr && (list == nullptr || std::ranges::all_of(*list, [&salt](const FileObject& file) {
-           return file.content.source() != nullptr || is_field_value(file.content.in_memory(), salt);
-         }));
+                                return file.content.source() != nullptr ||
+                                       is_field_value(file.content.in_memory(), salt);
+                              }));
 }
 
 }  // namespace
@@ -320,28 +328,39 @@ std::optional<Notice> check_decrypt_fields(const CWorkSheet& table, const FieldE
   return std::nullopt;
 }
 
-FieldEncryptionResult encrypt_fields(CWorkSheet& table, const FieldEncryptionSettings& settings, Progress& progress) {
+FieldType plain_type(const Field& field) {
+  const auto header = field.encrypted ? decode_field_header(field.encryption) : std::nullopt;
+  return header ? header->plain_type : field.type;
+}
+
+FieldEncryptionResult encrypt_fields(CWorkSheet& table, const FieldEncryptionSettings& settings,
+                                     Progress& progress) {
   return replace_fields(table, settings, progress, kEncryptFieldsTitle, encrypt_column);
 }
 
-FieldEncryptionResult decrypt_fields(CWorkSheet& table, const FieldEncryptionSettings& settings, Progress& progress) {
+FieldEncryptionResult decrypt_fields(CWorkSheet& table, const FieldEncryptionSettings& settings,
+                                     Progress& progress) {
   return replace_fields(table, settings, progress, kDecryptFieldsTitle, decrypt_column);
 }
 
 ErrorCode check_encrypted_fields(const CWorkSheet& table, int threads) {
-  std::atomic<bool> intact = true;
-  for (size_t index = 0; index < table.field_count() && intact; ++index) {
+  std::atomic<ErrorCode> error = ErrorCode::kOk;
+  for (size_t index = 0; index < table.field_count() && error == ErrorCode::kOk; ++index) {
     if (!table.field(index).encrypted) continue;
     const auto header = decode_field_header(table.field(index).encryption);
     if (!header) return ErrorCode::kEncryptedDataChanged;
     const Column& column = table.column(index);
     parallel_blocks(table.record_count(), threads, [&](int, uint64_t from, uint64_t to) {
-      for (uint64_t position = from; position <= to && intact; ++position) {
-        if (!is_intact(column, position, header->salt)) intact = false;
+      try {
+        for (uint64_t position = from; position <= to && error == ErrorCode::kOk; ++position) {
+          if (!is_intact(column, position, header->salt)) error.store(ErrorCode::kEncryptedDataChanged);
+        }
+      } catch (const std::bad_alloc&) {
+        error.store(ErrorCode::kOutOfMemory);
       }
     });
   }
-  return intact ? ErrorCode::kOk : ErrorCode::kEncryptedDataChanged;
+  return error;
 }
 
 }  // namespace rowvane

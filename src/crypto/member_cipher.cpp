@@ -47,8 +47,8 @@ ErrorCode member_key(const EncryptionRecord& record, const Secret* password, Sec
   return ErrorCode::kOk;
 }
 
-ErrorCode decrypt_part(const EncryptionRecord& record, const Secret& key, uint64_t offset, std::string_view before,
-                       std::span<char> bytes) {
+ErrorCode decrypt_part(const EncryptionRecord& record, const Secret& key, uint64_t offset,
+                       std::string_view before, std::span<char> bytes) {
   CipherStream cipher;
   const ErrorCode error = cipher.start(record.algorithm, CipherDirection::kDecrypt, key,
                                        offset == 0 ? std::string_view(record.iv) : before);

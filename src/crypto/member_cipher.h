@@ -43,14 +43,14 @@ class MemberEncryptor {
   ContentDigest digest_;
 };
 
-// The key of a member: from the password, or without one (null) from the record. kInvalidPassword when there is
-// neither, kCryptographicKey.
+// The key of a member: from the password, or without one (null) from the record. kInvalidPassword when there
+// is neither, kCryptographicKey.
 ErrorCode member_key(const EncryptionRecord& record, const Secret* password, Secret& key);
 
-// Decrypts in place BYTES that begin at OFFSET of the member, on a block of the cipher. BEFORE is the encrypted block
-// before them; not used at the start of the member. kFileDecrypt, kCryptographicKey.
-ErrorCode decrypt_part(const EncryptionRecord& record, const Secret& key, uint64_t offset, std::string_view before,
-                       std::span<char> bytes);
+// Decrypts in place BYTES that begin at OFFSET of the member, on a block of the cipher. BEFORE is the
+// encrypted block before them; not used at the start of the member. kFileDecrypt, kCryptographicKey.
+ErrorCode decrypt_part(const EncryptionRecord& record, const Secret& key, uint64_t offset,
+                       std::string_view before, std::span<char> bytes);
 
 // Decrypts all of a member in place. kFileDecrypt when the digest differs from that of the record.
 ErrorCode decrypt_member(const EncryptionRecord& record, const Secret& key, std::span<char> bytes);

@@ -39,8 +39,9 @@ PasswordCheck check_protection(const ProtectionSettings& settings);
 // The protection that SETTINGS, which have passed the check, ask for. The password moves out of them.
 Protection make_protection(ProtectionSettings settings);
 
-// What the user is told when the records of a protected database go into a file of another format: kUseNativeFormat,
-// to be confirmed, for a database that is being saved; kRecordsNotProtected for a set of its records.
+// What the user is told when the records of a protected database go into a file of another format:
+// kUseNativeFormat, to be confirmed, for a database that is being saved; kRecordsNotProtected for a set of
+// its records.
 std::optional<MessageId> check_target_format(bool is_protected, FileFormat target, bool record_set);
 
 }  // namespace rowvane

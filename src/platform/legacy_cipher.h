@@ -16,7 +16,8 @@ class LegacyCipher {
   LegacyCipher(const LegacyCipher&) = delete;
   LegacyCipher& operator=(const LegacyCipher&) = delete;
 
-  // Starts a stream. The key has 128 bits when KEY_BITS is 128, otherwise 40. False when the system can't make it.
+  // Starts a stream. The key has 128 bits when KEY_BITS is 128, otherwise 40. False when the system can't
+  // make it.
   bool start(std::string_view password, int key_bits);
   // Goes on with the next bytes, in place. False without a stream, or when the system fails.
   bool run(std::span<std::byte> bytes);

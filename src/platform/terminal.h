@@ -11,9 +11,9 @@ bool is_output_terminal();
 bool is_error_terminal();
 bool is_input_terminal();
 
-// Shows PROMPT on the terminal and reads one line from it, without showing what is typed, whatever the standard streams
-// are. LINE gets it without its end, at most kMaxHiddenLine bytes of UTF-8; no other copy of it is left in memory. False
-// when there is no terminal, or when the user ends the input instead.
+// Shows PROMPT on the terminal and reads one line from it, without showing what is typed, whatever the
+// standard streams are. LINE gets it without its end, at most kMaxHiddenLine bytes of UTF-8; no other copy of
+// it is left in memory. False when there is no terminal, or when the user ends the input instead.
 inline constexpr size_t kMaxHiddenLine = 1000;
 bool ask_hidden(std::string_view prompt, std::string& line);
 

@@ -7,6 +7,7 @@
 #include "cli/commands/commands.h"
 #include "cli/report.h"
 #include "cli/session.h"
+#include "crypto/protection.h"
 #include "exchange/text_export.h"
 #include "file/export_archive.h"
 #include "platform/paths.h"
@@ -93,6 +94,8 @@ int run_export(const GlobalOptions& global, ExportArguments& arguments) {
   settings.threads = session.options().used_processor_cores;
   if (const std::string wrong = check_text_export_settings(*table, settings); !wrong.empty())
     return fail(wrong);
+  const bool is_protected = session.file().protection() != nullptr;
+  if (const auto warning = check_target_format(is_protected, FileFormat::kText, true)) warn(*warning);
   session.progress().begin("Saving Text File");
   const TextExportResult result = export_text(*table, target, settings, session.progress());
   if (result.error != ErrorCode::kOk) return fail(result.error);

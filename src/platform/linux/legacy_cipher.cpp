@@ -22,7 +22,8 @@ bool LegacyCipher::start(std::string_view password, int key_bits) {
   state_.reset();
   try {
     CryptoPP::SecByteBlock hash(CryptoPP::Weak::MD5::DIGESTSIZE);
-    CryptoPP::Weak::MD5().CalculateDigest(hash, reinterpret_cast<const byte*>(password.data()), password.size());
+    CryptoPP::Weak::MD5().CalculateDigest(hash, reinterpret_cast<const byte*>(password.data()),
+                                          password.size());
     auto state = std::make_unique<State>();
     state->stream.SetKey(hash, key_bits == 128 ? kLongKey : kShortKey);
     state_ = std::move(state);

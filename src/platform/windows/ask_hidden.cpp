@@ -74,11 +74,12 @@ bool ask_hidden(std::string_view prompt, std::string& line) {
   const QuietInput quiet(input.get());
   if (!quiet.is_quiet() || !show(output.get(), prompt)) return false;
   Line typed;
-  const BOOL done =
-      ReadConsoleW(input.get(), typed.text.data(), static_cast<DWORD>(typed.text.size()), &typed.length, nullptr);
+  const BOOL done = ReadConsoleW(input.get(), typed.text.data(), static_cast<DWORD>(typed.text.size()),
+                                 &typed.length, nullptr);
   show(output.get(), "\r\n");
   if (done == 0 || typed.length == 0) return false;
-  while (typed.length > 0 && (typed.text[typed.length - 1] == L'\n' || typed.text[typed.length - 1] == L'\r')) {
+  while (typed.length > 0 &&
+         (typed.text[typed.length - 1] == L'\n' || typed.text[typed.length - 1] == L'\r')) {
     --typed.length;
   }
   const auto count = static_cast<int>(typed.length);

@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <limits>
 
-#include <windows.h>
-
 #include <wincrypt.h>
+#include <windows.h>
 
 namespace rowvane::platform {
 namespace {
@@ -65,7 +64,8 @@ bool LegacyCipher::run(std::span<std::byte> bytes) {
     constexpr size_t kMost = std::numeric_limits<DWORD>::max();
     auto count = static_cast<DWORD>(std::min(bytes.size(), kMost));
     // Not the final part: the stream would start anew.
-    if (CryptDecrypt(state_->key, 0, FALSE, 0, reinterpret_cast<BYTE*>(bytes.data()), &count) == 0) return false;
+    if (CryptDecrypt(state_->key, 0, FALSE, 0, reinterpret_cast<BYTE*>(bytes.data()), &count) == 0)
+      return false;
     bytes = bytes.subspan(count);
   }
   return true;

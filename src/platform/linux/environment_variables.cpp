@@ -1,4 +1,4 @@
-#include "platform/environment.h"
+#include "platform/environment_variables.h"
 
 #include <cstdlib>
 
