@@ -97,6 +97,10 @@ void add_content(Figures& figures, const CWorkSheet& table) {
   figures.add("records", table.record_count()).add("delay", static_cast<int64_t>(delay));
 }
 
+std::shared_ptr<const Secret> bench_password() {
+  return std::make_shared<const Secret>("benchmark");
+}
+
 Options bench_options() {
   Options options;
   options.used_processor_cores = kThreads;
@@ -125,8 +129,8 @@ void save_database(DatabaseFile& file, const std::string& path, int level) {
   if (result.error != ErrorCode::kOk) fail(path + ": " + std::string(error_text(result.error)));
 }
 
-OpenedDatabase open_saved(const std::string& path) {
-  OpenedDatabase opened = open_database(path, bench_options());
+OpenedDatabase open_saved(const std::string& path, const std::shared_ptr<const Secret>& password = nullptr) {
+  OpenedDatabase opened = open_database(path, bench_options(), nullptr, Progress::none(), password);
   if (opened.error != ErrorCode::kOk) fail(path + ": " + std::string(error_text(opened.error)));
   return opened;
 }
@@ -180,16 +184,36 @@ void run_save(const Arguments& arguments) {
   Figures().add("ms", timed_ms([&] { save_database(file, arguments[1], level); })).print();
 }
 
-// FILE: opens a database.
-void run_open(const Arguments& arguments) {
+// TEXT TARGET CIPHER: saves the table of TEXT in a new protected database.
+void run_save_protected(const Arguments& arguments) {
+  Database database("bench", bench_options());
+  take_table(database, std::move(open_text(arguments[0]).table));
+  DatabaseFile file(database);
+  const auto algorithm = cipher_named(arguments[2]);
+  if (!algorithm) fail("no cipher " + arguments[2]);
+  if (file.set_protection(Protection{bench_password(), *algorithm}) != ErrorCode::kOk) fail("can't protect");
+  Figures().add("ms", timed_ms([&] { save_database(file, arguments[1], kDefaultDeflateLevel); })).print();
+}
+
+void open_and_print(const std::string& path, const std::shared_ptr<const Secret>& password) {
   const uint64_t before = resident_bytes();
   OpenedDatabase opened;
-  const double ms = timed_ms([&] { opened = open_saved(arguments[0]); });
+  const double ms = timed_ms([&] { opened = open_saved(path, password); });
   Figures figures;
   figures.add("ms", ms).add("notices", notice_numbers(opened.notices));
   figures.add("rss_growth", resident_bytes() - before).add("peak_growth", peak_bytes() - before);
   add_content(figures, *opened.database->tables().front());
   figures.print();
+}
+
+// FILE: opens a database.
+void run_open(const Arguments& arguments) {
+  open_and_print(arguments[0], nullptr);
+}
+
+// FILE: opens a protected database.
+void run_open_protected(const Arguments& arguments) {
+  open_and_print(arguments[0], bench_password());
 }
 
 // TEXT TARGET: saves a database of two tables, the table of TEXT and a small one.
@@ -255,6 +279,8 @@ const std::map<std::string, Operation, std::less<>> kOperations = {
     {"export", {2, run_export}},
     {"save", {3, run_save}},
     {"open", {1, run_open}},
+    {"save-protected", {3, run_save_protected}},
+    {"open-protected", {1, run_open_protected}},
     {"make-two-tables", {2, run_make_two_tables}},
     {"save-small", {1, run_save_small}},
     {"save-edited", {2, run_save_edited}},

@@ -6,6 +6,8 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/commands/commands.h"
+#include "cli/password_input.h"
+#include "cli/profile_option.h"
 #include "cli/report.h"
 #include "core/messages.h"
 
@@ -17,7 +19,19 @@ void add_global_options(CLI::App& app, GlobalOptions& global) {
   app.add_flag("--quiet", global.quiet, "Show no progress and no report");
   app.add_flag("--yes", global.yes, "Answer Yes to all questions");
   app.add_option("--threads", global.threads, "Threads to use, 1 to 16")->check(CLI::Range(1, 16));
+  app.add_option("--profile", global.profile_path, "Settings profile that steers the engine; only read");
+  app.add_option(
+      "--password-file", global.password_file,
+      "File whose first line is the password of the database; - asks for it. Without this option the "
+      "environment variable RVB_PASSWORD is used");
   app.set_version_flag("--version", std::string(message_text(MessageId::kProgramTitle)));
+}
+
+int read_database_password(GlobalOptions& global) {
+  Secret password;
+  const int status = read_password({global.password_file, "RVB_PASSWORD", "Password: "}, password);
+  if (!password.empty()) global.password = std::make_shared<const Secret>(std::move(password));
+  return status;
 }
 
 int report_usage(const CLI::App& app, const CLI::ParseError& error) {
@@ -43,13 +57,19 @@ int run(int count, const char* const* arguments) {
   add_insert_command(app, context);
   add_delete_command(app, context);
   add_compact_command(app, context);
+  add_protect_command(app, context);
+  add_unprotect_command(app, context);
+  add_encrypt_fields_command(app, context);
+  add_decrypt_fields_command(app, context);
   app.require_subcommand(1);
   try {
     app.parse(count, arguments);
   } catch (const CLI::ParseError& error) {
     return report_usage(app, error);
   }
-  return context.run();
+  if (const int status = load_profile(context.global); status != kDone) return status;
+  const int status = read_database_password(context.global);
+  return status == kDone ? context.run() : status;
 }
 
 }  // namespace

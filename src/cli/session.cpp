@@ -27,7 +27,7 @@ int text_import_for(const std::string& path, const TextOptions& text, TextImport
 int Session::open(const std::string& path, const TextOptions& text) {
   TextImport settings;
   if (const int status = text_import_for(path, text, settings); status != kDone) return status;
-  return adopt(open_document(path, settings, options_, &questions_, progress_));
+  return adopt(open_document(path, settings, options_, &questions_, progress_, global_.password));
 }
 
 int Session::open_or_create(const std::string& path, const TextOptions& text) {
@@ -87,6 +87,7 @@ int Session::save(const SaveOptions& save) {
   if (save.output.empty() && database_->file_format() != FileFormat::kNative) {
     return fail("the database comes from a file of another format: name the file to save with -o");
   }
+  if (file_->is_read_only()) warn("the database is open read-only: saving it needs its password");
   SaveSettings settings;
   settings.level = save.level;
   if (save.container == "zip32") settings.variant = SaveVariant::kZip32;

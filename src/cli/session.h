@@ -35,6 +35,7 @@ class Session {
 
   Database& database() { return *database_; }
   DatabaseFile& file() { return *file_; }
+  const DatabaseFile& file() const { return *file_; }
   bool is_new() const { return is_new_; }
   const GlobalOptions& global() const { return global_; }
   const Options& options() const { return options_; }

@@ -129,6 +129,8 @@ class Database {
   // True when something differs from the saved file.
   bool is_modified() const { return modified_; }
   void mark_saved() { modified_ = false; }
+  // For what is saved with the database but is not in it, such as its password.
+  void mark_modified() { modified_ = true; }
 
   // Keeps a change that was just made, with the table it changed (null: the tree or the settings).
   void record(std::unique_ptr<Change> change, const CWorkSheet* table);

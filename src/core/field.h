@@ -35,6 +35,7 @@ struct Field {
   FieldType type = FieldType::kText;
   bool link = false;           // a text that is shown and followed as a link
   bool encrypted = false;      // its values are encrypted in place and can't be edited
+  std::string encryption;      // of an encrypted field: what decrypting needs, and its plain type; text
   std::string formula;         // empty: the values are entered
   std::string validation;      // a formula that entered values must satisfy; empty: none
   std::string default_value;   // as text; stored in new records

@@ -12,11 +12,24 @@ struct Message {
 };
 
 constexpr std::array kMessages = {
+    Message{MessageId::kUninstall,
+            "You are about to uninstall Rowvane from your system.\n\nIf there are any databases in the "
+            "installation folder, they will be moved to the Recycle Bin.\n\nContinue?"},
+    Message{MessageId::kUninstalled,
+            "Rowvane was uninstalled.\nYou can now delete the remaining installation folder in the File "
+            "Explorer window."},
+    Message{MessageId::kUninstallForUser,
+            "You are about to uninstall Rowvane from your system.\n\nIf there are any databases in the "
+            "installation folder, they will be moved to the Recycle Bin.\n\nNote: A file type that was "
+            "registered as an administrator is removed only when you uninstall as an "
+            "administrator.\n\nContinue?"},
     Message{MessageId::kMaxRecordsChanged,
             "A new maximum number of records has been specified.\n\nYou must reload the database for the "
             "changes to take effect."},
     Message{MessageId::kTextNotNumeric,
             "Some data in the text table can not be converted to numeric field values."},
+    Message{MessageId::kServerRegistered, "COM interfaces were registered."},
+    Message{MessageId::kServerUnregistered, "COM interfaces were unregistered."},
     Message{MessageId::kTooManyRecordsInFile,
             "The number of records in the file is greater than the current\n'Settings > Maximum number of "
             "records' value.\nOverflowing records were discarded."},
@@ -31,9 +44,16 @@ constexpr std::array kMessages = {
             "opening large text, xBase and html files. Continue?"},
     Message{MessageId::kTooManyKeyFields, "Please select no more than %1!d! fields as sort keys."},
     Message{MessageId::kProgramTitle, "Rowvane 22.5"},
+    Message{MessageId::kFileTypeRegistered, "Rowvane *.rvb file type registered successfully."},
+    Message{MessageId::kFileTypeUnregistered, "Rowvane *.rvb file type unregistered successfully."},
     Message{MessageId::kOldFormat,
             "This database file uses the old format.\nIt will be converted and saved under a new name when "
             "you use the Save command."},
+    Message{MessageId::kPasswordsDiffer, "The entered passwords do not match. Please re-type your password."},
+    Message{MessageId::kPasswordTooShort, "Please enter at least 6 characters as a password."},
+    Message{MessageId::kReadOnlyOpenQuestion,
+            "The protection option you've selected will allow anyone to open this database in the "
+            "'read-only' mode without using the password.\nContinue?"},
     Message{MessageId::kUseNativeFormat,
             "To apply your current password protection and encryption settings for this workbook, you must "
             "use the native binary file format.\n\nClick OK to switch to the binary file format and to "
@@ -53,6 +73,8 @@ constexpr std::array kMessages = {
         "The database contains neither 'Long Text' nor 'Images/Files' fields.\nNo compacting is necessary."},
     Message{MessageId::kNoCompactingRequired, "The database doesn't require compacting."},
     Message{MessageId::kCompacted, "The database was successfully compacted."},
+    Message{MessageId::kNoRegistryPermission,
+            "Your account does not have permission to update the registry database."},
     Message{MessageId::kFieldNameNeedsLetter, "Please enter a valid field name starting with a letter."},
     Message{
         MessageId::kNewTablesFound,
@@ -62,6 +84,9 @@ constexpr std::array kMessages = {
         MessageId::kFileNearLimit,
         "WARNING!\nThe size of the file is either near or already beyond its maximum limit of 4GB. Before "
         "closing it, please split the data or replace largests of the inserted files by shortcuts."},
+    Message{MessageId::kProfileNotLoaded,
+            "There was a problem with loading the profile file.\nThe default application settings are being "
+            "used."},
     Message{MessageId::kUniqueNameNeeded, "Please enter a unique field or table name."},
     Message{MessageId::kFeaturesLostAsText,
             "You added some features to the databases that will be lost when saving in the current plain "

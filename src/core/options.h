@@ -14,6 +14,7 @@ struct Options {
   int used_processor_cores = 0;               // `UsedProcessorCores`: 1 to 16; 0: as many as the machine has
   size_t undo_level = 100;                    // `UndoLevel`: steps that can be undone
   bool backups = false;                       // `Backups`: keep the former file as .bak when saving
+  uint64_t text_export_row_limit = 0;         // `TextExportRowLimit`: records of one file; 0: no limit
   bool show_unused_members = false;           // `ShowUnusedZipStreams`
   // `NonDeflateFiles`: extensions, in lower case without the point, that are stored without compression
   // because their contents are compressed already.

@@ -30,13 +30,14 @@ ErrorCode check_text(std::string_view text) {
   return count_characters(text) > kMaxTextCharacters ? ErrorCode::kOutputTooLong : ErrorCode::kOk;
 }
 
-// A column of COUNT cells that all hold FIELD's default value.
+// A column of COUNT cells that all hold FIELD's default value. Those of an encrypted field are empty: nobody
+// can encrypt the value without the password.
 Column default_cells(const Field& field, uint32_t count) {
   Column column = make_column(field.type);
   resize_column(column, count);
   CellValue value;
   const bool has_default =
-      check_text(field.default_value) == ErrorCode::kOk &&
+      !field.encrypted && check_text(field.default_value) == ErrorCode::kOk &&
       value_from_text(field.type, field.default_value, NumberSeparators(), value) == ErrorCode::kOk;
   for (uint32_t i = 0; has_default && i < count; ++i) store_value(column, i, value);
   return column;
@@ -170,6 +171,8 @@ ErrorCode CWorkSheet::change_field(size_t index, Field definition) {
   const Field& present = data_.fields[index];
   definition.name = present.name;
   definition.type = present.type;
+  definition.encrypted = present.encrypted;
+  definition.encryption = present.encryption;
   if (definition == present) return ErrorCode::kOk;
   apply(std::make_unique<FieldChange>(*this, index, std::move(definition)));
   return ErrorCode::kOk;

@@ -64,7 +64,8 @@ class CWorkSheet {
   // kLastField.
   ErrorCode delete_field(size_t index);
   ErrorCode move_field(size_t from, size_t to);
-  // Replaces everything but the name and the type: those change by rename_field and convert_field.
+  // Replaces everything but the name, the type and the encryption: those change by rename_field,
+  // convert_field, encrypt_fields and decrypt_fields.
   ErrorCode change_field(size_t index, Field definition);
   // Replaces the column of a field and, with it, its type: conversions, recalculations and encryption. The
   // column must be of the kind that TYPE has and of record_count() cells.
@@ -73,8 +74,8 @@ class CWorkSheet {
   // kFieldTypeMismatch when VALUE is not of the field's kind or an infinite number, kOutputTooLong for a text
   // of more than 8169 characters, kTooManyContainerObjects, kInvalidUtf8, kValidation.
   ErrorCode set_value(uint32_t record, size_t field, const CellValue& value);
-  // Inserts COUNT records with the fields' default values before record BEFORE (record_count() + 1: at the
-  // end). kTooManyRecords.
+  // Inserts COUNT records with the fields' default values (encrypted fields are empty) before record BEFORE
+  // (record_count() + 1: at the end). kTooManyRecords.
   ErrorCode insert_records(uint32_t before, uint32_t count);
   // Deletes the records at these 0-based positions, which ascend.
   ErrorCode delete_records(std::span<const uint32_t> positions);

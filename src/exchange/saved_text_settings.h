@@ -42,6 +42,8 @@ class SavedTextSettings {
   // The lines of the menu that loads the entries.
   std::vector<std::string> menu_texts() const;
 
+  bool operator==(const SavedTextSettings&) const = default;
+
  private:
   std::vector<SavedTextSetting> entries_;
 };

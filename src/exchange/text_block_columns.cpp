@@ -86,6 +86,7 @@ void BlockReader::read(const TextBlock& block, size_t first, size_t column, Bloc
     case ColumnLoad::kLongText:
       return read_contents(block, first, column, out);
     case ColumnLoad::kText:
+    case ColumnLoad::kEncryptedText:
       return read_texts(block, first, column, out);
     default:
       break;
@@ -145,12 +146,13 @@ bool BlockReader::read_numbers(const TextBlock& block, size_t first, size_t colu
 void BlockReader::read_texts(const TextBlock& block, size_t first, size_t column, BlockColumn& out) {
   out.codes.resize(block.record_count() - first);
   const bool utf8 = code_page_ == nullptr;
+  const bool encrypted = plan_.column(column).load == ColumnLoad::kEncryptedText;
   const bool interning = !hints_.distinct[column].load(std::memory_order_relaxed);
   out.interned = interning;
   std::string_view last;
   TextPool::Code last_code = 0;
   for_each_cell(block, first, column, [&](size_t record, std::string_view cell) {
-    const std::string_view kept = cut_raw(cell, utf8);
+    const std::string_view kept = encrypted ? cell.substr(0, TextPool::kMaxTextBytes) : cut_raw(cell, utf8);
     findings.cut_cells = findings.cut_cells || kept.size() < cell.size();
     if (kept != last) {
       last = kept;

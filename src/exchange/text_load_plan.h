@@ -17,6 +17,7 @@ enum class ColumnLoad : uint8_t {
   kNumber,        // Number; cells that do not read as one stay empty and are counted
   kStoredNumber,  // Number as database files hold it: formula errors by name
   kText,
+  kEncryptedText,  // Text as database files hold encrypted values: as long as the pool takes, 65,535 bytes
   kLongText,
   kSkip,
 };

@@ -170,6 +170,7 @@ class StreamCutter {
 
   size_t cell_limit(const LoadJob& job, size_t column) const {
     if (!is_loaded(column)) return 0;
+    if (plan_.column(column).load == ColumnLoad::kEncryptedText) return TextPool::kMaxTextBytes;
     if (plan_.column(column).load != ColumnLoad::kLongText) return kMaxRawCell;
     return kMaxJobBytes - std::min(kMaxJobBytes, job.block.size());
   }

@@ -5,7 +5,7 @@
 #include <mutex>
 
 #include "core/content.h"
-#include "file/zip_reader.h"
+#include "file/database_archive.h"
 
 namespace rowvane {
 
@@ -13,25 +13,27 @@ namespace rowvane {
 // content is bound to the member in the new file, so that the old one can go.
 class ArchiveContent final : public ContentSource {
  public:
-  ArchiveContent(std::shared_ptr<const ZipReader> archive, const ZipMember& member)
+  ArchiveContent(std::shared_ptr<const DatabaseArchive> archive, const ZipMember& member)
       : archive_(std::move(archive)), member_(&member) {}
 
   ErrorCode read(std::string& out) const override;
 
   struct Place {
-    std::shared_ptr<const ZipReader> archive;
+    std::shared_ptr<const DatabaseArchive> archive;
     const ZipMember* member;
+
+    bool is_encrypted() const { return archive->encryption(*member) != nullptr; }
   };
   Place place() const;
-  void bind(std::shared_ptr<const ZipReader> archive, const ZipMember& member) const;
+  void bind(std::shared_ptr<const DatabaseArchive> archive, const ZipMember& member) const;
 
  private:
   mutable std::mutex mutex_;
-  mutable std::shared_ptr<const ZipReader> archive_;
+  mutable std::shared_ptr<const DatabaseArchive> archive_;
   mutable const ZipMember* member_;
 };
 
 // The member as a content.
-Content content_of_member(const std::shared_ptr<const ZipReader>& archive, const ZipMember& member);
+Content content_of_member(const std::shared_ptr<const DatabaseArchive>& archive, const ZipMember& member);
 
 }  // namespace rowvane

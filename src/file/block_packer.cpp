@@ -78,7 +78,7 @@ void BlockPacker::enqueue(Produce produce, ZipMethod method, bool last) {
   work_there_.notify_one();
 }
 
-const PackedBlock& BlockPacker::front() {
+PackedBlock& BlockPacker::front() {
   Slot& oldest = slot(taken_);
   std::unique_lock lock(mutex_);
   block_done_.wait(lock, [&] { return oldest.done; });

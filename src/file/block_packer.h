@@ -21,7 +21,7 @@ struct PackedBlock {
   uint32_t crc = 0;
   ErrorCode error = ErrorCode::kOk;
 
-  const std::string& bytes(ZipMethod method) const { return method == ZipMethod::kStored ? raw : deflated; }
+  std::string& bytes(ZipMethod method) { return method == ZipMethod::kStored ? raw : deflated; }
 };
 
 // Belongs to one thread, the owner, which puts blocks in at one end and takes them out at the other. The room
@@ -46,8 +46,8 @@ class BlockPacker {
   // The same for a block that is there already; RAW gets the buffer of an old block in exchange.
   void submit_bytes(std::string& raw, ZipMethod method, bool last);
 
-  // Waits for the oldest block; not when it is empty. The block stays until `pop`.
-  const PackedBlock& front();
+  // Waits for the oldest block; not when it is empty. The block is the owner's until `pop`.
+  PackedBlock& front();
   void pop();
 
   // Forgets all blocks, waiting for those in work.

@@ -15,6 +15,12 @@ namespace {
 constexpr uint8_t kLinkBit = 0x01;
 constexpr uint8_t kEncryptedBit = 0x02;
 constexpr uint8_t kHiddenBit = 0x04;
+constexpr uint16_t kLayoutWithoutProtection = 1;
+
+// The protection in one byte: 0 for none, otherwise the cipher's number and a bit.
+constexpr uint8_t kFirstCipher = 1;
+constexpr uint8_t kReadOnlyOpenBit = 0x80;
+constexpr uint8_t kCiphers = 2;
 
 // Smallest sizes of stored items: guards against counts that no file can hold.
 constexpr size_t kTextBytes = 4;
@@ -34,6 +40,21 @@ void put_field(const Field& field, ItemWriter& out) {
   }
   out.put_u16(field.width);
   out.put_u16(field.position);
+  if (field.encrypted) out.put_text(field.encryption);
+}
+
+void put_protection(const std::optional<StoredProtection>& protection, ItemWriter& out) {
+  if (!protection) return out.put_u8(0);
+  const auto number = static_cast<uint8_t>(kFirstCipher + static_cast<uint8_t>(protection->algorithm));
+  out.put_u8(static_cast<uint8_t>(number | (protection->read_only_open ? kReadOnlyOpenBit : 0)));
+}
+
+std::optional<StoredProtection> get_protection(ItemReader& in, bool& valid) {
+  const uint8_t byte = in.get_u8();
+  if (byte == 0) return std::nullopt;
+  const auto number = static_cast<uint8_t>((byte & ~kReadOnlyOpenBit) - kFirstCipher);
+  valid = valid && number < kCiphers;
+  return StoredProtection{static_cast<CipherAlgorithm>(number), (byte & kReadOnlyOpenBit) != 0};
 }
 
 std::string get_utf8(ItemReader& in) {
@@ -58,6 +79,7 @@ Field get_field(ItemReader& in, bool& valid) {
   }
   field.width = in.get_u16();
   field.position = in.get_u16();
+  if (field.encrypted) field.encryption = get_utf8(in);
   return field;
 }
 
@@ -181,6 +203,7 @@ std::string write_config(const DatabaseConfig& config) {
   out.put_u16(kConfigLayout);
   out.put_text(config.database_name);
   put_settings(config.settings, out);
+  put_protection(config.protection, out);
   out.put_u32(static_cast<uint32_t>(config.folders.size()));
   for (const StoredFolder& folder : config.folders) {
     out.put_u32(folder.parent);
@@ -196,9 +219,10 @@ ErrorCode read_config(std::string_view bytes, DatabaseConfig& config) {
   config = {};
   const uint16_t layout = in.get_u16();
   if (layout > kConfigLayout) return ErrorCode::kNewerVersion;
-  bool valid = layout == kConfigLayout;
+  bool valid = layout >= kLayoutWithoutProtection;
   config.database_name = in.get_text();
   config.settings = get_settings(in);
+  if (layout > kLayoutWithoutProtection) config.protection = get_protection(in, valid);
   const uint32_t folders = in.get_count(kFolderBytes);
   for (uint32_t i = 0; i < folders && valid && !in.failed(); ++i) {
     const uint32_t parent = in.get_u32();

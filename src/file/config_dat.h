@@ -2,16 +2,18 @@
 // describes each item.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "core/database.h"
 #include "core/error_code.h"
+#include "crypto/cipher.h"
 
 namespace rowvane {
 
-inline constexpr uint16_t kConfigLayout = 1;
+inline constexpr uint16_t kConfigLayout = 2;
 inline constexpr size_t kMaxConfigBytes = size_t{1} << 30;  // what a reader takes
 
 // A number of records in a row with equal flag words.
@@ -33,9 +35,16 @@ struct StoredFolder {
   uint32_t parent = 0;  // as StoredTable::folder; always one of the entries before
 };
 
+// What the configuration tells of the protection; the password is nowhere in the file.
+struct StoredProtection {
+  CipherAlgorithm algorithm = CipherAlgorithm::kTwofishCfb;
+  bool read_only_open = false;
+};
+
 struct DatabaseConfig {
   std::string database_name;  // under which the long texts and files are stored
   DatabaseSettings settings;
+  std::optional<StoredProtection> protection;
   std::vector<StoredFolder> folders;
   std::vector<StoredTable> tables;
 };

@@ -5,6 +5,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,8 +14,9 @@
 #include "core/progress.h"
 #include "core/questions.h"
 #include "core/status.h"
+#include "crypto/protection.h"
+#include "file/database_archive.h"
 #include "file/manifest.h"
-#include "file/zip_reader.h"
 #include "file/zip_writer.h"
 
 namespace rowvane {
@@ -53,14 +55,24 @@ class DatabaseFile {
   // Saves to PATH, which is replaced in one step once all is written; unless saved as a copy, the database
   // then belongs to that file. Tables and contents that did not change are copied without being packed again,
   // and so are members that the database does not know. Errors: kFileCreate, kFileInUse, kFileWrite,
-  // kTooManyZipStreams and kBinaryFieldsTooLarge (limits), those of contents that can't be read. The old file
-  // is whole then.
+  // kTooManyZipStreams and kBinaryFieldsTooLarge (limits), kEncryptedDataChanged (a value of an encrypted
+  // field could not be decrypted any more), kInvalidPassword (open read-only), kCryptographicKey and
+  // kFileEncrypt, those of contents that can't be read. The old file is whole then.
   SaveResult save(const std::string& path, const SaveSettings& settings, const Options& options,
                   Progress& progress = Progress::none());
 
   // True when compacting would make the file smaller.
   bool has_unused_members() const { return !unused_.empty(); }
   const std::vector<std::string>& unused_members() const { return unused_; }
+
+  // How the next save protects the file; null: not at all.
+  const Protection* protection() const { return protection_ ? &*protection_ : nullptr; }
+  // Changes that, with the next save; nothing takes the protection away. kInvalidPassword when open
+  // read-only.
+  ErrorCode set_protection(std::optional<Protection> protection);
+  // True when a protected file was opened without its password: what was read can be looked at, but not
+  // saved.
+  bool is_read_only() const { return read_only_; }
 
   // Variant of the opened file.
   ZipVariant variant() const { return variant_; }
@@ -76,7 +88,9 @@ class DatabaseFile {
   };
 
   Database& database_;
-  std::shared_ptr<const ZipReader> archive_;
+  std::shared_ptr<const DatabaseArchive> archive_;
+  std::optional<Protection> protection_;  // without a password when read-only
+  bool read_only_ = false;
   ZipVariant variant_ = ZipVariant::kZip64;
   std::map<const CWorkSheet*, SavedTable> saved_;
   std::vector<std::string> unused_;
@@ -93,11 +107,13 @@ struct OpenedDatabase {
 
 // Opens a database file. QUESTIONS decides whether tables that are in the archive but not in its
 // configuration are added (message 183); without, they are not. Tables that can't be added give a notice and
-// stay in the archive as they are. Errors: kFileOpen, kFileInUse, kFileRead; kInvalidBinaryFormat for a file
-// that is no archive or whose configuration is damaged; kManifest; kNewerVersion; the zip codes for damaged
-// members; kOutOfMemory.
+// stay in the archive as they are. PASSWORD opens a protected database; without one (null) it is opened
+// read-only where that is allowed. Errors: kInvalidPassword, kFileDecrypt (an encrypted member is damaged),
+// kCryptographicKey; kFileOpen, kFileInUse, kFileRead; kInvalidBinaryFormat for a file that is no archive or
+// whose configuration is damaged; kManifest; kNewerVersion; the zip codes for damaged members; kOutOfMemory.
 OpenedDatabase open_database(const std::string& path, const Options& options, Questions* questions = nullptr,
-                             Progress& progress = Progress::none());
+                             Progress& progress = Progress::none(),
+                             std::shared_ptr<const Secret> password = nullptr);
 
 struct CompactResult {
   SaveResult save;

@@ -5,10 +5,12 @@
 #include <new>
 
 #include "core/names.h"
+#include "core/parallel_blocks.h"
 #include "exchange/file_list_text.h"
 #include "exchange/text_import.h"
 #include "exchange/text_pipeline.h"
 #include "file/archive_content.h"
+#include "file/member_blocks.h"
 #include "file/member_text_source.h"
 #include "file/stored_table.h"
 #include "platform/paths.h"
@@ -22,9 +24,9 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 constexpr uint64_t kMaxBlockBytes = uint64_t{1} << 26;  // what this program writes is far smaller
 
-bool has_record_blocks(const ZipMember& member) {
+bool has_record_blocks(const DatabaseArchive& archive, const ZipMember& member) {
   const auto& blocks = member.index.blocks;
-  return member.index.blocks_end_at_records && !blocks.empty() &&
+  return member.index.blocks_end_at_records && MemberBlocks::is_readable(archive, member) &&
          std::all_of(blocks.begin(), blocks.end(),
                      [](const ZipBlock& block) { return block.size <= kMaxBlockBytes; });
 }
@@ -54,8 +56,12 @@ std::vector<std::string_view> split_lines(std::string_view text) {
 }  // namespace
 
 DatabaseOpener::DatabaseOpener(const std::string& path, const Options& options, Questions* questions,
-                               Progress& progress)
-    : path_(path), options_(options), questions_(questions), progress_(progress) {}
+                               Progress& progress, std::shared_ptr<const Secret> password)
+    : path_(path),
+      options_(options),
+      questions_(questions),
+      progress_(progress),
+      password_(std::move(password)) {}
 
 OpenedDatabase DatabaseOpener::run() {
   progress_.begin("Opening Database");
@@ -77,6 +83,7 @@ ErrorCode DatabaseOpener::read_all() {
   ErrorCode error = open_archive();
   if (error == ErrorCode::kOk) error = check_version();
   if (error == ErrorCode::kOk) error = check_manifest();
+  if (error == ErrorCode::kOk) error = check_password();
   if (error == ErrorCode::kOk) error = read_configuration();
   if (error == ErrorCode::kOk) error = build_folders();
   if (error == ErrorCode::kOk) error = read_tables();
@@ -92,7 +99,7 @@ ErrorCode DatabaseOpener::read_all() {
 
 ErrorCode DatabaseOpener::open_archive() {
   platform::remove_stale_replacements(path_);
-  archive_ = std::make_shared<ZipReader>();
+  archive_ = std::make_shared<DatabaseArchive>();
   const ErrorCode error = archive_->open(path_);
   const bool is_broken = error == ErrorCode::kZipCorrupted || error == ErrorCode::kZipUnexpectedEnd;
   return is_broken && !starts_as_archive(path_) ? ErrorCode::kInvalidBinaryFormat : error;
@@ -114,7 +121,7 @@ ErrorCode DatabaseOpener::check_manifest() {
   const ZipMember* member = use(kManifestName);
   if (member == nullptr) return ErrorCode::kManifest;
   std::string text;
-  if (const ErrorCode error = archive_->read(*member, kMaxManifestBytes, text); error != ErrorCode::kOk)
+  if (const ErrorCode error = archive_->zip().read(*member, kMaxManifestBytes, text); error != ErrorCode::kOk)
     return error;
   std::vector<ManifestEntry> entries;
   if (const ErrorCode error = read_manifest(text, entries); error != ErrorCode::kOk) return error;
@@ -124,9 +131,16 @@ ErrorCode DatabaseOpener::check_manifest() {
   for (const ManifestEntry& entry : entries) {
     if (archive_->find(entry.name) == nullptr) missing_.push_back(entry.name);
   }
-  const bool encrypted = std::any_of(entries.begin(), entries.end(),
-                                     [](const ManifestEntry& entry) { return entry.encryption.has_value(); });
-  return encrypted ? ErrorCode::kInvalidPassword : ErrorCode::kOk;
+  archive_->set_manifest(entries);
+  return ErrorCode::kOk;
+}
+
+// Nothing else is read before the password has proved to be the right one.
+ErrorCode DatabaseOpener::check_password() {
+  if (!archive_->has_encrypted_members()) return ErrorCode::kOk;
+  progress_.begin("Opening Encrypted Database");
+  const ZipMember* config = use(kConfigName);
+  return config == nullptr ? ErrorCode::kManifest : archive_->unlock(password_, *config);
 }
 
 ErrorCode DatabaseOpener::check_version() {
@@ -134,7 +148,7 @@ ErrorCode DatabaseOpener::check_version() {
   const ZipMember* member = use(kMinVersionName);
   if (member == nullptr) return ErrorCode::kOk;
   std::string text;
-  if (const ErrorCode error = archive_->read(*member, kMaxVersionBytes, text); error != ErrorCode::kOk)
+  if (const ErrorCode error = archive_->zip().read(*member, kMaxVersionBytes, text); error != ErrorCode::kOk)
     return error;
   int version = 0;
   if (std::from_chars(text.data(), text.data() + text.size(), version).ec != std::errc()) {
@@ -157,6 +171,7 @@ ErrorCode DatabaseOpener::build_folders() {
   result_.file = std::make_unique<DatabaseFile>(*result_.database);
   Database& database = *result_.database;
   database.set_file(path_, FileFormat::kNative);
+  take_protection();
   if (database.change_settings(config_.settings) != ErrorCode::kOk) return ErrorCode::kInvalidBinaryFormat;
   folders_.push_back(&database.root());
   for (const StoredFolder& stored : config_.folders) {
@@ -169,11 +184,30 @@ ErrorCode DatabaseOpener::build_folders() {
   return ErrorCode::kOk;
 }
 
+// The configuration tells the protection; the manifest does for files of other programs.
+void DatabaseOpener::take_protection() {
+  const ZipMember* member = archive_->find(kConfigName);
+  const EncryptedMember* encrypted = archive_->encryption(*member);
+  DatabaseFile& file = *result_.file;
+  file.read_only_ = archive_->has_encrypted_members() && password_ == nullptr;
+  if (encrypted == nullptr) return;
+  const StoredProtection stored = config_.protection.value_or(
+      StoredProtection{encrypted->record.algorithm, !encrypted->record.key.empty()});
+  file.protection_ = Protection{password_, stored.algorithm, stored.read_only_open};
+}
+
 ErrorCode DatabaseOpener::read_tables() {
+  std::vector<const ZipMember*> members;
+  for (const StoredTable& stored : config_.tables) members.push_back(archive_->find(member_name(stored)));
+  archive_->prepare_keys(members, thread_count(options_.used_processor_cores));
   for (const StoredTable& stored : config_.tables) {
     if (const ErrorCode error = read_table(stored); error != ErrorCode::kOk) return error;
   }
   return ErrorCode::kOk;
+}
+
+std::string DatabaseOpener::member_name(const StoredTable& stored) const {
+  return Database::join_path(folders_[stored.folder]->path(), stored.name) + ".txt";
 }
 
 ErrorCode DatabaseOpener::add_table(std::string name, TableData data, Folder& folder, CWorkSheet** added) {
@@ -184,8 +218,7 @@ ErrorCode DatabaseOpener::add_table(std::string name, TableData data, Folder& fo
 
 ErrorCode DatabaseOpener::read_table(const StoredTable& stored) {
   Folder& folder = *folders_[stored.folder];
-  const std::string member_name = Database::join_path(folder.path(), stored.name) + ".txt";
-  const ZipMember* member = use(member_name);
+  const ZipMember* member = use(member_name(stored));
   if (member == nullptr) return ErrorCode::kInvalidBinaryFormat;
   TableData loaded;
   ErrorCode error = load_records(*member, stored_table_plan(stored, options_), loaded);
@@ -200,7 +233,7 @@ ErrorCode DatabaseOpener::read_table(const StoredTable& stored) {
 }
 
 ErrorCode DatabaseOpener::load_records(const ZipMember& member, const TextLoadPlan& plan, TableData& data) {
-  const bool in_blocks = has_record_blocks(member);
+  const bool in_blocks = has_record_blocks(*archive_, member);
   const ErrorCode error = in_blocks ? load_blocks(member, plan, data) : ErrorCode::kOk;
   // Columns that were added by hand may have to be read twice, which only the stream can.
   const bool complete = in_blocks && (error != ErrorCode::kOk || !data.columns.empty());
@@ -208,24 +241,24 @@ ErrorCode DatabaseOpener::load_records(const ZipMember& member, const TextLoadPl
 }
 
 ErrorCode DatabaseOpener::load_blocks(const ZipMember& member, const TextLoadPlan& plan, TableData& data) {
-  const size_t count = ZipReader::block_count(member);
-  std::vector<uint32_t> crcs(count);
+  MemberBlocks blocks(*archive_, member);
+  if (const ErrorCode error = blocks.start(); error != ErrorCode::kOk) return error;
   std::atomic<uint64_t> done = 0;
-  TextLoader loader(plan, member.size);
+  const uint64_t total = archive_->size(member);
+  TextLoader loader(plan, total);
   const auto read_block = [&](uint64_t index, LoadJob& job) {
-    const auto size = static_cast<size_t>(ZipReader::block_size(member, index));
+    const auto size = static_cast<size_t>(blocks.size(index));
     char* const text = job.block.reserve(size);
-    const ErrorCode error = archive_->read_block(member, index, std::span(text, size), crcs[index]);
-    if (error != ErrorCode::kOk) return error;
+    if (const auto error = blocks.read(index, std::span(text, size)); error != ErrorCode::kOk) return error;
     const bool marked = index == 0 && std::string_view(text, size).starts_with(kByteOrderMark);
     const size_t skipped = marked ? kByteOrderMark.size() : 0;
     if (skipped > 0) std::copy(text + skipped, text + size, text);
     job.block.set_size(size - skipped);
-    progress_.report(done += size, member.size);
+    progress_.report(done += size, total);
     return progress_.cancelled() ? ErrorCode::kZipState : ErrorCode::kOk;
   };
-  ErrorCode error = load_text_blocks(loader, plan, count, read_block);
-  if (error == ErrorCode::kOk) error = ZipReader::check_blocks(member, crcs);
+  ErrorCode error = load_text_blocks(loader, plan, blocks.count(), read_block);
+  if (error == ErrorCode::kOk) error = blocks.check();
   if (error != ErrorCode::kOk || !loader.columns_to_reload().empty()) return error;
   for (const Notice& notice : loader.notices()) add_notice(notice);
   data = loader.finish();
@@ -287,7 +320,8 @@ Column DatabaseOpener::long_texts(uint32_t records, size_t field, const BinaryMe
        ++found) {
     const ZipMember& member = *found->second.front();
     used_.insert(member.name);
-    if (member.size > 0) column.cells[found->first.second] = column.add(content_of_member(archive_, member));
+    if (archive_->size(member) > 0)
+      column.cells[found->first.second] = column.add(content_of_member(archive_, member));
   }
   return column;
 }
@@ -394,8 +428,8 @@ void DatabaseOpener::collect_unused() {
 }
 
 OpenedDatabase open_database(const std::string& path, const Options& options, Questions* questions,
-                             Progress& progress) {
-  return DatabaseOpener(path, options, questions, progress).run();
+                             Progress& progress, std::shared_ptr<const Secret> password) {
+  return DatabaseOpener(path, options, questions, progress, std::move(password)).run();
 }
 
 }  // namespace rowvane

@@ -13,7 +13,8 @@ namespace rowvane {
 
 class DatabaseOpener {
  public:
-  DatabaseOpener(const std::string& path, const Options& options, Questions* questions, Progress& progress);
+  DatabaseOpener(const std::string& path, const Options& options, Questions* questions, Progress& progress,
+                 std::shared_ptr<const Secret> password);
 
   OpenedDatabase run();
 
@@ -24,11 +25,14 @@ class DatabaseOpener {
   ErrorCode read_all();
   ErrorCode open_archive();
   ErrorCode check_manifest();
+  ErrorCode check_password();
   ErrorCode check_version();
   ErrorCode read_configuration();
   ErrorCode build_folders();
+  void take_protection();
   ErrorCode read_tables();
   ErrorCode read_table(const StoredTable& stored);
+  std::string member_name(const StoredTable& stored) const;
   ErrorCode load_records(const ZipMember& member, const TextLoadPlan& plan, TableData& data);
   ErrorCode load_blocks(const ZipMember& member, const TextLoadPlan& plan, TableData& data);
   ErrorCode load_stream(const ZipMember& member, const TextLoadPlan& plan, TableData& data);
@@ -50,8 +54,9 @@ class DatabaseOpener {
   const Options& options_;
   Questions* questions_;
   Progress& progress_;
+  std::shared_ptr<const Secret> password_;
   OpenedDatabase result_;
-  std::shared_ptr<ZipReader> archive_;
+  std::shared_ptr<DatabaseArchive> archive_;
   std::vector<std::string> missing_;  // members that the manifest lists in vain
   DatabaseConfig config_;
   std::vector<Folder*> folders_;

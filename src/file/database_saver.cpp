@@ -8,9 +8,11 @@
 #include "core/binary_names.h"
 #include "core/names.h"
 #include "core/parallel_blocks.h"
+#include "crypto/field_encryption.h"
 #include "exchange/text_formatter.h"
 #include "file/archive_content.h"
 #include "file/config_dat.h"
+#include "file/member_blocks.h"
 #include "file/member_names.h"
 #include "file/save_time.h"
 #include "platform/paths.h"
@@ -26,12 +28,6 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 // Where a ZIP32 file begins to count as near its limit.
 uint64_t near_limit(uint64_t max_bytes) {
   return max_bytes - max_bytes / 16;
-}
-
-// True for what makes a member of an archive unreadable for good.
-bool is_damage(ErrorCode error) {
-  return error == ErrorCode::kZipCorrupted || error == ErrorCode::kZipUnexpectedEnd ||
-         error == ErrorCode::kFileDecrypt || error == ErrorCode::kZlibUnknown;
 }
 
 // The name of the folder of long texts and files: that of the file, as far as members may be called so.
@@ -71,17 +67,15 @@ uint64_t binary_bytes(const std::vector<CWorkSheet*>& tables) {
   return bytes;
 }
 
-// The file name of a long text. One that lies in an archive under such a name already need not be read for
-// that.
-ErrorCode name_long_text(const Content& content, std::string& name) {
-  if (const auto* stored = dynamic_cast<const ArchiveContent*>(content.source().get())) {
-    name = platform::file_name(stored->place().member->name);
-    if (name == kRichTextFileName || name == kPlainTextFileName) return ErrorCode::kOk;
-  }
-  std::string text;
-  const ErrorCode error = content.read(text);
-  name = long_text_file_name(text);
-  return is_damage(error) ? ErrorCode::kOk : error;
+// What encrypts a member on its way into the archive; nothing where it stays plain.
+ZipWriter::Encrypt encrypt_with(std::optional<MemberEncryptor>& encryptor) {
+  if (!encryptor) return {};
+  return [&encryptor](std::span<char> bytes) { return encryptor->run(bytes); };
+}
+
+std::optional<EncryptionRecord> record_of(std::optional<MemberEncryptor>& encryptor, uint64_t size) {
+  if (!encryptor) return std::nullopt;
+  return encryptor->finish(size);
 }
 
 }  // namespace
@@ -94,6 +88,8 @@ DatabaseSaver::DatabaseSaver(DatabaseFile& file, const SaveSettings& settings, c
       options_(options),
       progress_(progress),
       tables_(file.database_.tables()),
+      protection_(file.protection()),
+      threads_(thread_count(options.used_processor_cores)),
       variant_(settings.variant == SaveVariant::kAuto    ? file.variant_
                : settings.variant == SaveVariant::kZip32 ? ZipVariant::kZip32
                                                          : ZipVariant::kZip64) {
@@ -112,6 +108,10 @@ uint64_t DatabaseSaver::estimated_bytes() const {
 
 SaveResult DatabaseSaver::run(const std::string& path) {
   SaveResult result;
+  if (file_.is_read_only()) {
+    result.error = ErrorCode::kInvalidPassword;
+    return result;
+  }
   progress_.begin("Saving Database");
   try {
     result.error = write_all(path);
@@ -133,16 +133,18 @@ SaveResult DatabaseSaver::run(const std::string& path) {
 
 ErrorCode DatabaseSaver::write_all(const std::string& path) {
   if (binary_bytes(tables_) > kMaxBinaryBytes) return ErrorCode::kBinaryFieldsTooLarge;
+  if (const ErrorCode error = check_encrypted_values(); error != ErrorCode::kOk) return error;
   platform::remove_stale_replacements(path);
   ZipWriterOptions writer_options;
   writer_options.variant = variant_;
   writer_options.level = settings_.level;
-  writer_options.threads = thread_count(options_.used_processor_cores);
+  writer_options.threads = threads_;
   writer_options.save_time = save_time_now();
   writer_options.max_zip32_bytes = settings_.max_zip32_bytes;
   ErrorCode error = writer_.create(path, writer_options);
   if (error != ErrorCode::kOk) return error;
   writer_.set_progress(progress_, estimated_bytes());
+  if (protection_ != nullptr) encryptors_.emplace(*protection_, tables_.size() + 1, threads_);
 
   const std::string database_name = stored_database_name(path);
   const std::string version = std::to_string(kFormatVersion);
@@ -156,8 +158,23 @@ ErrorCode DatabaseSaver::write_all(const std::string& path) {
   return error;
 }
 
-void DatabaseSaver::note_member(const std::string& name, bool deflated) {
-  manifest_.push_back({name, deflated, std::nullopt});
+void DatabaseSaver::note_member(const std::string& name, bool deflated,
+                                std::optional<EncryptionRecord> encryption) {
+  manifest_.push_back({name, deflated, std::move(encryption)});
+}
+
+// Values of encrypted fields that were changed by anything but decrypting would be lost.
+ErrorCode DatabaseSaver::check_encrypted_values() const {
+  for (const CWorkSheet* table : tables_) {
+    if (is_unchanged(*table)) continue;
+    if (const auto error = check_encrypted_fields(*table, threads_); error != ErrorCode::kOk) return error;
+  }
+  return ErrorCode::kOk;
+}
+
+// An encryptor for the next member, where the file is protected.
+ErrorCode DatabaseSaver::start_encryptor(std::optional<MemberEncryptor>& encryptor) {
+  return encryptors_ ? encryptors_->take(encryptor.emplace()) : ErrorCode::kOk;
 }
 
 ErrorCode DatabaseSaver::add_text(std::string_view name, std::string_view text) {
@@ -169,13 +186,17 @@ ErrorCode DatabaseSaver::add_text(std::string_view name, std::string_view text) 
 ErrorCode DatabaseSaver::write_config_member(const std::string& database_name) {
   platform::BytePipe pipe;
   if (!pipe.create(kPipeBytes)) return ErrorCode::kOutOfResources;
-  note_member(std::string(kConfigName), true);
-  ErrorCode error = writer_.begin(kConfigName, ZipMethod::kDeflated);
+  std::optional<MemberEncryptor> encryptor;
+  ErrorCode error = start_encryptor(encryptor);
+  if (error == ErrorCode::kOk)
+    error = writer_.begin(kConfigName, ZipMethod::kDeflated, encrypt_with(encryptor));
   if (error != ErrorCode::kOk) return error;
   ErrorCode config_error = ErrorCode::kOk;
   std::jthread serialiser([&] {
     try {
-      const std::string config = write_config(config_of(database_, tables_, database_name));
+      DatabaseConfig content = config_of(database_, tables_, database_name);
+      if (protection_ != nullptr) content.protection = {protection_->algorithm, protection_->read_only_open};
+      const std::string config = write_config(content);
       if (config.size() > kMaxConfigBytes) config_error = ErrorCode::kOutOfResources;
       if (config_error == ErrorCode::kOk) pipe.write(std::as_bytes(std::span(config)));
     } catch (const std::bad_alloc&) {
@@ -189,19 +210,67 @@ ErrorCode DatabaseSaver::write_config_member(const std::string& database_name) {
   }
   serialiser.join();
   if (error == ErrorCode::kOk) error = config_error;
-  return error == ErrorCode::kOk ? writer_.end() : error;
+  if (error == ErrorCode::kOk) error = writer_.end();
+  note_member(std::string(kConfigName), true, record_of(encryptor, writer_.content_size()));
+  return error;
+}
+
+bool DatabaseSaver::is_unchanged(const CWorkSheet& table) const {
+  const auto saved = file_.saved_.find(&table);
+  return saved != file_.saved_.end() && saved->second.revision == table.revision();
+}
+
+// The member of the opened file that holds TABLE as it is and is encrypted or plain as it is to be; null when
+// there is none.
+const ZipMember* DatabaseSaver::member_to_copy(const CWorkSheet& table) const {
+  if (!is_unchanged(table)) return nullptr;
+  const ZipMember* member = file_.archive_->find(file_.saved_.at(&table).member);
+  if (member == nullptr) return nullptr;
+  const bool is_encrypted = file_.archive_->encryption(*member) != nullptr;
+  return is_encrypted == (protection_ != nullptr) ? member : nullptr;
+}
+
+ErrorCode DatabaseSaver::copy_table(const ZipMember& member, const std::string& name) {
+  return protection_ == nullptr ? copy_member(file_.archive_->zip(), member, name)
+                                : recode_table(member, name);
+}
+
+// Encrypts a table anew with a fresh salt and vector, without inflating it.
+ErrorCode DatabaseSaver::recode_table(const ZipMember& member, const std::string& name) {
+  const DatabaseArchive& archive = *file_.archive_;
+  const EncryptedMember& former = *archive.encryption(member);
+  std::optional<MemberEncryptor> encryptor;
+  ErrorCode error = start_encryptor(encryptor);
+  if (error != ErrorCode::kOk) return error;
+  const uint64_t size = former.record.size;
+  if (MemberBlocks::is_readable(archive, member)) {
+    MemberBlocks blocks(archive, member);
+    const auto read = [&blocks](uint64_t block, std::string& out) { return blocks.read_packed(block, out); };
+    error = blocks.start();
+    if (error == ErrorCode::kOk)
+      error = writer_.add_packed_blocks(name, member.index, size, read, encrypt_with(encryptor));
+    if (error == ErrorCode::kOk) error = blocks.check();
+  } else {
+    const auto read = [&](uint64_t, std::string& out) { return archive.read_decrypted(member, out); };
+    error = writer_.add_packed_blocks(name, {}, size, read, encrypt_with(encryptor));
+  }
+  note_member(name, former.deflated, record_of(encryptor, size));
+  return error;
 }
 
 // Blocks of records are formatted and packed on all processors; each block ends with a record, so that
 // opening can read them side by side.
 ErrorCode DatabaseSaver::write_table(CWorkSheet& table) {
   const std::string name = table_member_name(table);
-  note_member(name, true);
-  const auto saved = file_.saved_.find(&table);
-  if (saved != file_.saved_.end() && saved->second.revision == table.revision()) {
-    const ZipMember* member = file_.archive_->find(saved->second.member);
-    if (member != nullptr) return writer_.copy(*file_.archive_, *member, name);
+  if (const ZipMember* member = member_to_copy(table)) {
+    const ErrorCode error = copy_table(*member, name);
+    // The file was damaged since it was opened: the next save writes the table from memory.
+    if (is_damage(error)) file_.saved_.erase(&table);
+    return error;
   }
+  std::optional<MemberEncryptor> encryptor;
+  ErrorCode error = start_encryptor(encryptor);
+  if (error != ErrorCode::kOk) return error;
   table.clean_pools();
   std::vector<size_t> fields(table.field_count());
   for (size_t i = 0; i < fields.size(); ++i) fields[i] = i;
@@ -211,7 +280,7 @@ ErrorCode DatabaseSaver::write_table(CWorkSheet& table) {
   const uint32_t records = table.record_count();
   const uint32_t step = records_per_block(formatter, records);
   const uint64_t blocks = std::max<uint64_t>(1, (uint64_t{records} + step - 1) / step);
-  return writer_.add_blocks(
+  error = writer_.add_blocks(
       name, ZipMethod::kDeflated, blocks,
       [&](uint64_t block, std::string& out) {
         if (block == 0) {
@@ -221,7 +290,9 @@ ErrorCode DatabaseSaver::write_table(CWorkSheet& table) {
         const auto first = static_cast<uint32_t>(block * step);
         return formatter.append_range(first, std::min(records - first, step) + first, out);
       },
-      true);
+      true, encrypt_with(encryptor));
+  note_member(name, true, record_of(encryptor, writer_.content_size()));
+  return error;
 }
 
 ZipMethod DatabaseSaver::method_for(std::string_view file_name) const {
@@ -231,19 +302,52 @@ ZipMethod DatabaseSaver::method_for(std::string_view file_name) const {
                                                                             : ZipMethod::kDeflated;
 }
 
-ErrorCode DatabaseSaver::write_content(const std::string& name, const Content& content) {
-  if (const auto* stored = dynamic_cast<const ArchiveContent*>(content.source().get())) {
+ErrorCode DatabaseSaver::write_contents(const std::vector<PendingContent>& contents) {
+  if (protection_ != nullptr) return write_encrypted_contents(contents);
+  for (const PendingContent& pending : contents) {
+    if (const ErrorCode error = write_content(pending); error != ErrorCode::kOk) return error;
+  }
+  return ErrorCode::kOk;
+}
+
+ErrorCode DatabaseSaver::write_content(const PendingContent& pending) {
+  std::string name;
+  ErrorCode error = name_content(pending, name);
+  if (error != ErrorCode::kOk) return error;
+  const Content& content = pending.content;
+  const auto* stored = dynamic_cast<const ArchiveContent*>(content.source().get());
+  if (stored != nullptr && !stored->place().is_encrypted()) {
     const ArchiveContent::Place place = stored->place();
-    const ErrorCode error = copy_member(*place.archive, *place.member, name);
+    error = copy_member(place.archive->zip(), *place.member, name);
     if (error == ErrorCode::kOk) written_contents_.emplace_back(content.source(), name);
     return leave_out_if_damaged(error);
   }
-  const ZipMethod method = method_for(name);
-  note_member(name, method == ZipMethod::kDeflated);
-  if (content.source() == nullptr) return writer_.add(name, content.in_memory(), method);
   std::string bytes;
-  const ErrorCode error = content.read(bytes);
-  return error == ErrorCode::kOk ? writer_.add(name, bytes, method) : error;
+  if (content.source() != nullptr) error = content.read(bytes);
+  if (error != ErrorCode::kOk) return stored != nullptr ? leave_out_if_damaged(error) : error;
+  const ZipMethod method = method_for(name);
+  error = writer_.add(name, content.source() != nullptr ? bytes : content.in_memory(), method);
+  if (error != ErrorCode::kOk) return error;
+  if (stored != nullptr) written_contents_.emplace_back(content.source(), name);
+  note_member(name, method == ZipMethod::kDeflated);
+  return ErrorCode::kOk;
+}
+
+ErrorCode DatabaseSaver::write_encrypted_contents(const std::vector<PendingContent>& contents) {
+  ErrorCode failure = ErrorCode::kOk;
+  const ContentPacking packing{settings_.level, [this](std::string_view name) { return method_for(name); }};
+  const auto write = [&](size_t i, EncryptedContent& made, std::string_view bytes) {
+    const auto* stored = dynamic_cast<const ArchiveContent*>(contents[i].content.source().get());
+    failure = stored != nullptr ? leave_out_if_damaged(made.error) : made.error;
+    if (made.error != ErrorCode::kOk) return failure == ErrorCode::kOk;
+    failure = writer_.add(made.name, bytes, ZipMethod::kStored);
+    if (failure != ErrorCode::kOk) return false;
+    if (stored != nullptr) written_contents_.emplace_back(contents[i].content.source(), made.name);
+    note_member(made.name, made.deflated, std::move(made.record));
+    return true;
+  };
+  const ErrorCode error = encrypt_contents(contents, *protection_, packing, threads_, write);
+  return error == ErrorCode::kOk ? failure : error;
 }
 
 ErrorCode DatabaseSaver::copy_member(const ZipReader& archive, const ZipMember& member,
@@ -266,26 +370,21 @@ ErrorCode DatabaseSaver::write_field_binaries(const CWorkSheet& table, size_t fi
     return binary_folder_name(database_name, table_name, static_cast<uint32_t>(i) + 1, field + 1);
   };
   const Column& column = table.column(field);
-  ErrorCode error = ErrorCode::kOk;
+  std::vector<PendingContent> pending;
   if (const auto* contents = std::get_if<ContentColumn>(&column)) {
-    for (size_t i = 0; i < contents->cells.size() && error == ErrorCode::kOk; ++i) {
-      const Content* content = contents->value(i);
-      if (content == nullptr) continue;
-      std::string file_name;
-      error = name_long_text(*content, file_name);
-      if (error == ErrorCode::kOk) error = write_content(folder(i) + file_name, *content);
+    for (size_t i = 0; i < contents->cells.size(); ++i) {
+      if (const Content* content = contents->value(i)) pending.push_back({folder(i), *content, true});
     }
   } else if (const auto* files = std::get_if<FilesColumn>(&column)) {
-    for (size_t i = 0; i < files->cells.size() && error == ErrorCode::kOk; ++i) {
+    for (size_t i = 0; i < files->cells.size(); ++i) {
       const FileList* list = files->value(i);
-      if (list == nullptr) continue;
-      for (const FileObject& file : *list) {
-        if (!file.is_shortcut() && error == ErrorCode::kOk)
-          error = write_content(folder(i) + file.name, file.content);
+      for (size_t k = 0; list != nullptr && k < list->size(); ++k) {
+        const FileObject& file = (*list)[k];
+        if (!file.is_shortcut()) pending.push_back({folder(i) + file.name, file.content, false});
       }
     }
   }
-  return error;
+  return write_contents(pending);
 }
 
 ErrorCode DatabaseSaver::write_binaries(const std::string& database_name) {
@@ -315,14 +414,22 @@ ErrorCode DatabaseSaver::write_unused(const std::string& database_name) {
   for (const std::string& name : file_.unused_) {
     const ZipMember* member = file_.archive_->find(name);
     if (member == nullptr || names_value(name)) continue;
-    const ErrorCode error = copy_member(*file_.archive_, *member, name);
+    const size_t listed = manifest_.size();
+    const ErrorCode error = write_unused_member(*member);
     if (error == ErrorCode::kNameNotUnique) continue;
-    if (error == ErrorCode::kOk) written_unused_.push_back(name);
+    if (error == ErrorCode::kOk && manifest_.size() > listed) written_unused_.push_back(name);
     if (error == ErrorCode::kInvalidPath) left_out_ = true;
     if (error == ErrorCode::kInvalidPath) continue;
     if (leave_out_if_damaged(error) != ErrorCode::kOk) return error;
   }
   return ErrorCode::kOk;
+}
+
+// A member that nothing refers to is protected like all others: it may be a value that was deleted.
+ErrorCode DatabaseSaver::write_unused_member(const ZipMember& member) {
+  if (protection_ == nullptr && file_.archive_->encryption(member) == nullptr)
+    return copy_member(file_.archive_->zip(), member, member.name);
+  return write_contents({{member.name, content_of_member(file_.archive_, member), false}});
 }
 
 ErrorCode DatabaseSaver::write_manifest_member() {
@@ -331,8 +438,10 @@ ErrorCode DatabaseSaver::write_manifest_member() {
 
 // From now on the new file is the one that unchanged parts are copied from.
 void DatabaseSaver::adopt(const std::string& path) {
-  auto archive = std::make_shared<ZipReader>();
+  auto archive = std::make_shared<DatabaseArchive>();
   if (archive->open(path) != ErrorCode::kOk) return;
+  archive->set_manifest(manifest_);
+  if (protection_ != nullptr) archive->set_password(protection_->password);
   for (const auto& [source, name] : written_contents_) {
     if (const ZipMember* member = archive->find(name)) {
       dynamic_cast<const ArchiveContent&>(*source).bind(archive, *member);
@@ -356,6 +465,13 @@ std::string check_save_variant(SaveVariant variant) {
 SaveResult DatabaseFile::save(const std::string& path, const SaveSettings& settings, const Options& options,
                               Progress& progress) {
   return DatabaseSaver(*this, settings, options, progress).run(path);
+}
+
+ErrorCode DatabaseFile::set_protection(std::optional<Protection> protection) {
+  if (read_only_) return ErrorCode::kInvalidPassword;
+  protection_ = std::move(protection);
+  database_.mark_modified();
+  return ErrorCode::kOk;
 }
 
 CompactResult compact_database(Database& database, DatabaseFile& file, const Options& options,

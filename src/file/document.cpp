@@ -50,10 +50,11 @@ OpenedDatabase open_text(const std::string& path, const TextImport& text, const 
 }  // namespace
 
 OpenedDatabase open_document(const std::string& path, const TextImport& text, const Options& options,
-                             Questions* questions, Progress& progress) {
+                             Questions* questions, Progress& progress,
+                             std::shared_ptr<const Secret> password) {
   const std::string extension = platform::extension(path);
   const bool database = extension == "rvb" || extension == "zip" || is_database_file(path);
-  return database ? open_database(path, options, questions, progress)
+  return database ? open_database(path, options, questions, progress, std::move(password))
                   : open_text(path, text, options, progress);
 }
 

@@ -15,9 +15,10 @@ TextFileSettings suggested_text_settings(const std::string& path);
 bool is_database_file(const std::string& path);
 
 // Opens a database file, or any other file as an unsaved database with its tables: a text becomes one table
-// named after the file. TEXT says how a text is read (its table name is not used). Errors as open_database
-// and import_text_file.
+// named after the file. TEXT says how a text is read (its table name is not used), PASSWORD opens a protected
+// database. Errors as open_database and import_text_file.
 OpenedDatabase open_document(const std::string& path, const TextImport& text, const Options& options,
-                             Questions* questions = nullptr, Progress& progress = Progress::none());
+                             Questions* questions = nullptr, Progress& progress = Progress::none(),
+                             std::shared_ptr<const Secret> password = nullptr);
 
 }  // namespace rowvane

@@ -19,21 +19,9 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr size_t kPlainColumns = 2;
 constexpr size_t kEncryptedColumns = 10;
 
-struct CipherName {
-  CipherAlgorithm algorithm;
-  std::string_view name;
-  size_t iv_bytes;
-};
-constexpr std::array kCiphers{CipherName{CipherAlgorithm::kBlowfishCfb, "Blowfish CFB", 8},
-                              CipherName{CipherAlgorithm::kTwofishCfb, "Twofish CFB", 16}};
-
-const CipherName& cipher(CipherAlgorithm algorithm) {
-  return kCiphers[static_cast<size_t>(algorithm)];
-}
-
 void append_encryption(const EncryptionRecord& record, std::string& text) {
   const std::array columns{std::to_string(record.size),  record.digest_type,
-                           base64_encode(record.digest), std::string(cipher(record.algorithm).name),
+                           base64_encode(record.digest), std::string(cipher_name(record.algorithm)),
                            base64_encode(record.iv),     record.key,
                            base64_encode(record.salt),   std::to_string(record.iterations)};
   for (const std::string& column : columns) text.append("\t").append(column);
@@ -74,10 +62,9 @@ bool parse_base64(std::string_view text, std::string& bytes) {
 }
 
 bool parse_algorithm(std::string_view text, CipherAlgorithm& algorithm) {
-  const auto found = std::ranges::find(kCiphers, text, &CipherName::name);
-  if (found == kCiphers.end()) return false;
-  algorithm = found->algorithm;
-  return true;
+  const auto named = cipher_named(text);
+  if (named) algorithm = *named;
+  return named.has_value();
 }
 
 bool parse_encryption(const std::vector<std::string_view>& columns, EncryptionRecord& record) {
@@ -105,15 +92,11 @@ bool is_column_text(std::string_view text) {
 
 bool is_valid_encryption(const EncryptionRecord& record) {
   return is_column_text(record.digest_type) && record.digest.size() == kDigestBytes &&
-         record.iv.size() == iv_bytes(record.algorithm) && is_column_text(record.key) &&
+         record.iv.size() == block_bytes(record.algorithm) && is_column_text(record.key) &&
          record.key.size() <= kMaxManifestKey && record.salt.size() == kSaltBytes && record.iterations >= 0;
 }
 
 }  // namespace
-
-size_t iv_bytes(CipherAlgorithm algorithm) {
-  return cipher(algorithm).iv_bytes;
-}
 
 bool is_valid_manifest_entry(const ManifestEntry& entry) {
   if (!is_safe_member_name(entry.name) || !is_column_text(entry.name)) return false;

@@ -11,31 +11,12 @@
 #include <vector>
 
 #include "core/error_code.h"
+#include "crypto/member_cipher.h"
 
 namespace rowvane {
 
 inline constexpr std::string_view kManifestName = "META-INF/manifest.txt";
-inline constexpr size_t kDigestBytes = 20;
-inline constexpr size_t kSaltBytes = 16;
 inline constexpr size_t kMaxManifestKey = 63;
-
-enum class CipherAlgorithm { kBlowfishCfb, kTwofishCfb };
-
-// Bytes of the initialisation vector: one block of the cipher.
-size_t iv_bytes(CipherAlgorithm algorithm);
-
-struct EncryptionRecord {
-  uint64_t size = 0;        // of the member before encryption
-  std::string digest_type;  // text
-  std::string digest;       // kDigestBytes bytes
-  CipherAlgorithm algorithm = CipherAlgorithm::kBlowfishCfb;
-  std::string iv;      // iv_bytes(algorithm) bytes
-  std::string key;     // text, at most kMaxManifestKey bytes
-  std::string salt;    // kSaltBytes bytes
-  int iterations = 0;  // not negative
-
-  bool operator==(const EncryptionRecord&) const = default;
-};
 
 struct ManifestEntry {
   std::string name;

@@ -6,10 +6,10 @@
 namespace rowvane {
 namespace {
 
-ColumnLoad stored_load(FieldType type) {
-  switch (type) {
+ColumnLoad stored_load(const Field& field) {
+  switch (field.type) {
     case FieldType::kText:
-      return ColumnLoad::kText;
+      return field.encrypted ? ColumnLoad::kEncryptedText : ColumnLoad::kText;
     case FieldType::kNumber:
       return ColumnLoad::kStoredNumber;
     case FieldType::kFiles:
@@ -35,7 +35,7 @@ TextLoadPlan stored_table_plan(const StoredTable& stored, const Options& options
   plan.rules = text_rules(TextFileSettings());
   plan.rules.keep_controls = true;
   plan.region = platform::RegionalSettings::generic();
-  for (const Field& field : stored.fields) plan.columns.push_back({stored_load(field.type), false});
+  for (const Field& field : stored.fields) plan.columns.push_back({stored_load(field), false});
   plan.further = {ColumnLoad::kAnalyze, false};
   plan.max_records = options.max_records;
   plan.threads = thread_count(options.used_processor_cores);
@@ -52,7 +52,7 @@ TableData assemble_table(const StoredTable& stored, TableData loaded,
   for (size_t i = 0; i < stored.fields.size(); ++i) {
     const FieldType type = stored.fields[i].type;
     Column column = make_column(type);
-    if (stored_load(type) != ColumnLoad::kSkip && next < loaded.columns.size()) {
+    if (stored_load(stored.fields[i]) != ColumnLoad::kSkip && next < loaded.columns.size()) {
       Column& read = loaded.columns[next++];
       if (type == FieldType::kFiles) {
         file_lists.emplace_back(i, std::move(std::get<ContentColumn>(read)));

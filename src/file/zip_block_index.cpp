@@ -10,6 +10,7 @@ namespace {
 
 constexpr char kVersion = 1;
 constexpr char kEndsAtRecordsFlag = 1;
+constexpr char kEncryptedFlag = 2;
 constexpr size_t kExtraHeaderSize = 4;
 constexpr size_t kLeadSize = 2;  // version and flags
 constexpr size_t kBlockSize = 8;
@@ -46,7 +47,8 @@ std::string encode_block_index(const ZipBlockIndex& index, size_t room) {
   append_u16(extra, kBlockIndexExtraId);
   append_u16(extra, static_cast<uint16_t>(kLeadSize + blocks.size() * kBlockSize));
   extra += kVersion;
-  extra += index.blocks_end_at_records ? kEndsAtRecordsFlag : char{0};
+  extra += static_cast<char>((index.blocks_end_at_records ? kEndsAtRecordsFlag : 0) |
+                             (index.encrypted ? kEncryptedFlag : 0));
   for (const ZipBlock& block : blocks) {
     append_u32(extra, static_cast<uint32_t>(block.compressed_size));
     append_u32(extra, static_cast<uint32_t>(block.size));
@@ -59,19 +61,22 @@ bool decode_block_index(std::string_view content, uint64_t compressed_size, uint
   if (content.size() <= kLeadSize || content[0] != kVersion) return false;
   if ((content.size() - kLeadSize) % kBlockSize != 0) return false;
 
-  ZipBlockIndex result{.blocks_end_at_records = (content[1] & kEndsAtRecordsFlag) != 0, .blocks = {}};
+  ZipBlockIndex result{.blocks_end_at_records = (content[1] & kEndsAtRecordsFlag) != 0,
+                       .encrypted = (content[1] & kEncryptedFlag) != 0,
+                       .blocks = {}};
+  if (result.encrypted && !stored) return false;
   uint64_t compressed_sum = 0;
   uint64_t sum = 0;
   for (size_t position = kLeadSize; position < content.size(); position += kBlockSize) {
     const ZipBlock block{.offset = compressed_sum,
                          .compressed_size = u32_at(content, position),
                          .size = u32_at(content, position + 4)};
-    if (!is_plausible(block, stored)) return false;
+    if (!is_plausible(block, stored && !result.encrypted)) return false;
     compressed_sum += block.compressed_size;
     sum += block.size;
     result.blocks.push_back(block);
   }
-  if (compressed_sum != compressed_size || sum != size) return false;
+  if (compressed_sum != compressed_size || (!result.encrypted && sum != size)) return false;
   index = std::move(result);
   return true;
 }

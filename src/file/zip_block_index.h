@@ -5,12 +5,15 @@
 // The index tells where. The extra field has the header id 0x5652 and holds, all numbers little-endian:
 //
 //   1 byte   version, 1
-//   1 byte   flags; bit 0: each block ends where a record ends
+//   1 byte   flags; bit 0: each block ends where a record ends; bit 1: the blocks are encrypted
 //   for each block, in the order of the file:
 //     4 bytes  compressed size
 //     4 bytes  size
 //
 // Programs that do not know the field inflate the member in one go. Stored members may have an index too.
+//
+// The blocks of an encrypted member are deflated first and then encrypted as one stream; the archive stores
+// the result. Their sizes are those of the content, which the archive itself does not know.
 #pragma once
 
 #include <cstdint>
@@ -33,6 +36,7 @@ struct ZipBlock {
 
 struct ZipBlockIndex {
   bool blocks_end_at_records = false;
+  bool encrypted = false;
   std::vector<ZipBlock> blocks;  // empty: the member has no index
 };
 
@@ -41,7 +45,8 @@ struct ZipBlockIndex {
 std::string encode_block_index(const ZipBlockIndex& index, size_t room);
 
 // Reads the CONTENT of the extra field of a member with the given sizes. False when it does not fit the
-// member: the blocks must add up to it and none may be larger than deflate can make it.
+// member: the blocks must add up to it and none may be larger than deflate can make it. The sizes of
+// encrypted blocks are only checked for the latter.
 bool decode_block_index(std::string_view content, uint64_t compressed_size, uint64_t size, bool stored,
                         ZipBlockIndex& index);
 

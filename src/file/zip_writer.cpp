@@ -107,8 +107,8 @@ ErrorCode ZipWriter::write_known_member(std::string_view bytes) {
   return ErrorCode::kOk;
 }
 
-ErrorCode ZipWriter::begin(std::string_view name, ZipMethod method) {
-  if (const ErrorCode error = open_member(name, method); error != ErrorCode::kOk) return error;
+ErrorCode ZipWriter::begin(std::string_view name, ZipMethod method, Encrypt encrypt) {
+  if (const auto error = open_member(name, method, std::move(encrypt)); error != ErrorCode::kOk) return error;
   index_.blocks_end_at_records = false;
   return ErrorCode::kOk;
 }
@@ -138,9 +138,23 @@ ErrorCode ZipWriter::end() {
 }
 
 ErrorCode ZipWriter::add_blocks(std::string_view name, ZipMethod method, uint64_t block_count,
-                                const ProduceBlock& produce, bool blocks_end_at_records) {
-  if (const ErrorCode error = open_member(name, method); error != ErrorCode::kOk) return error;
+                                const ProduceBlock& produce, bool blocks_end_at_records, Encrypt encrypt) {
+  if (const auto error = open_member(name, method, std::move(encrypt)); error != ErrorCode::kOk) return error;
   index_.blocks_end_at_records = blocks_end_at_records;
+  return write_blocks(block_count, produce);
+}
+
+ErrorCode ZipWriter::add_packed_blocks(std::string_view name, const ZipBlockIndex& index,
+                                       uint64_t content_size, const ProduceBlock& produce, Encrypt encrypt) {
+  const auto error = open_member(name, ZipMethod::kStored, std::move(encrypt));
+  if (error != ErrorCode::kOk) return error;
+  index_.blocks_end_at_records = index.blocks_end_at_records;
+  for (const ZipBlock& block : index.blocks) block_sizes_.push_back(block.size);
+  if (block_sizes_.empty()) block_sizes_.push_back(content_size);
+  return write_blocks(block_sizes_.size(), produce);
+}
+
+ErrorCode ZipWriter::write_blocks(uint64_t block_count, const ProduceBlock& produce) {
   ErrorCode error = pack_produced(block_count, produce);
   if (error == ErrorCode::kOk) error = write_packed_blocks();
   if (error == ErrorCode::kOk) error = close_member();
@@ -233,6 +247,9 @@ ErrorCode ZipWriter::check_new_member(std::string_view name) const {
 
 void ZipWriter::prepare_entry(std::string_view name, ZipMethod method) {
   method_ = method;
+  encrypt_ = nullptr;
+  content_size_ = 0;
+  block_sizes_.clear();
   index_ = {};
   entry_ = {.name = std::string(name),
             .flags = kZipFlagUtf8,
@@ -243,10 +260,13 @@ void ZipWriter::prepare_entry(std::string_view name, ZipMethod method) {
             .extra = {}};
 }
 
-ErrorCode ZipWriter::open_member(std::string_view name, ZipMethod method) {
+ErrorCode ZipWriter::open_member(std::string_view name, ZipMethod method, Encrypt encrypt) {
   if (const ErrorCode error = check_new_member(name); error != ErrorCode::kOk) return error;
   if (const ErrorCode error = check_cancelled(); error != ErrorCode::kOk) return error;
   prepare_entry(name, method);
+  encrypt_ = std::move(encrypt);
+  index_.encrypted = encrypt_ != nullptr;
+  if (encrypt_) entry_.method = static_cast<uint16_t>(ZipMethod::kStored);
   const ErrorCode error = write_new_header(options_.variant == ZipVariant::kZip64, 0);
   if (error == ErrorCode::kOk) state_ = State::kInMember;
   return error;
@@ -292,18 +312,26 @@ ErrorCode ZipWriter::write_packed_blocks() {
 }
 
 ErrorCode ZipWriter::write_front_block() {
-  const PackedBlock& block = packer_->front();
+  PackedBlock& block = packer_->front();
   if (block.error != ErrorCode::kOk) return block.error;
-  const std::string& bytes = block.bytes(method_);
-  entry_.crc = crc32_combined(entry_.crc, block.crc, block.raw.size());
-  entry_.size += block.raw.size();
+  std::string& bytes = block.bytes(method_);
+  const uint64_t size = block_sizes_.empty() ? block.raw.size() : block_sizes_[index_.blocks.size()];
+  content_size_ += size;
+  if (encrypt_) {
+    if (const ErrorCode error = encrypt_(bytes); error != ErrorCode::kOk) return error;
+    entry_.crc = crc32_of(bytes, entry_.crc);
+    entry_.size += bytes.size();
+  } else {
+    entry_.crc = crc32_combined(entry_.crc, block.crc, size);
+    entry_.size += size;
+  }
   const uint64_t offset = entry_.compressed_size;
   entry_.compressed_size += bytes.size();
   if (!bytes.empty()) {
-    index_.blocks.push_back({.offset = offset, .compressed_size = bytes.size(), .size = block.raw.size()});
+    index_.blocks.push_back({.offset = offset, .compressed_size = bytes.size(), .size = size});
   }
   if (const ErrorCode error = write_data(bytes); error != ErrorCode::kOk) return error;
-  count_unpacked(block.raw.size());
+  count_unpacked(size);
   packer_->pop();
   return ErrorCode::kOk;
 }

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -53,6 +54,9 @@ class ZipWriter {
   // Fills `out` with block BLOCK; called on several threads at once, each block once, handed out in rising
   // order. `out` is empty but may keep the memory of an old block. An error ends the member and the archive.
   using ProduceBlock = std::function<ErrorCode(uint64_t block, std::string& out)>;
+  // Encrypts the packed bytes of a member in place, piece by piece in their order, on the writer's thread.
+  // The archive stores what comes out of it.
+  using Encrypt = std::function<ErrorCode(std::span<char> bytes)>;
 
   ZipWriter();
   ~ZipWriter();
@@ -69,15 +73,21 @@ class ZipWriter {
   // Adds a whole member.
   ErrorCode add(std::string_view name, std::string_view bytes, ZipMethod method);
 
-  // Adds a member piece by piece: `begin`, any number of `write`, `end`.
-  ErrorCode begin(std::string_view name, ZipMethod method);
+  // Adds a member piece by piece: `begin`, any number of `write`, `end`. With ENCRYPT it is packed by METHOD
+  // first.
+  ErrorCode begin(std::string_view name, ZipMethod method, Encrypt encrypt = {});
   ErrorCode write(std::string_view bytes);
   ErrorCode end();
 
   // Adds a member of BLOCK_COUNT blocks. With BLOCKS_END_AT_RECORDS the caller promises that no record
   // continues in the next block, which readers learn from the block index.
   ErrorCode add_blocks(std::string_view name, ZipMethod method, uint64_t block_count,
-                       const ProduceBlock& produce, bool blocks_end_at_records = false);
+                       const ProduceBlock& produce, bool blocks_end_at_records = false, Encrypt encrypt = {});
+
+  // Adds a member whose blocks are packed already, by INDEX (without blocks: as one, of CONTENT_SIZE bytes
+  // when it is unpacked), and encrypts them.
+  ErrorCode add_packed_blocks(std::string_view name, const ZipBlockIndex& index, uint64_t content_size,
+                              const ProduceBlock& produce, Encrypt encrypt);
 
   // Adds MEMBER of READER as it is, without inflating it; method, time and block index are kept. Errors of
   // the source are those of ZipReader.
@@ -90,6 +100,8 @@ class ZipWriter {
   // Size that the file has now and, in addition, what its directory will take.
   uint64_t bytes_written() const;
   uint64_t member_count() const { return entries_.size(); }
+  // Bytes, before packing and encrypting, of the member that `begin` or `add_...blocks` wrote last.
+  uint64_t content_size() const { return content_size_; }
   bool size_limit_reached() const { return size_limit_reached_; }
   bool cancelled() const { return cancelled_; }
 
@@ -98,7 +110,8 @@ class ZipWriter {
 
   ErrorCode check_new_member(std::string_view name) const;
   void prepare_entry(std::string_view name, ZipMethod method);
-  ErrorCode open_member(std::string_view name, ZipMethod method);
+  ErrorCode open_member(std::string_view name, ZipMethod method, Encrypt encrypt);
+  ErrorCode write_blocks(uint64_t block_count, const ProduceBlock& produce);
   ErrorCode close_member();
   ErrorCode add_small(std::string_view name, std::string_view bytes, ZipMethod method);
   ErrorCode write_known_member(std::string_view bytes);
@@ -139,8 +152,11 @@ class ZipWriter {
   std::unordered_set<std::string> names_;
   uint64_t directory_bytes_ = 0;
 
-  ZipEntry entry_;  // the member being written
-  ZipMethod method_ = ZipMethod::kStored;
+  ZipEntry entry_;                         // the member being written
+  ZipMethod method_ = ZipMethod::kStored;  // of packing, also where the archive stores encrypted bytes
+  Encrypt encrypt_;
+  uint64_t content_size_ = 0;
+  std::vector<uint64_t> block_sizes_;  // of the content, for blocks that came packed
   ZipBlockIndex index_;
   std::string pending_;  // of a stream: what does not fill a block yet
   std::unique_ptr<BlockPacker> packer_;

@@ -1,4 +1,5 @@
 // The commands as a script sees them: arguments in; status, standard output and standard error out.
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -202,6 +203,42 @@ TEST_F(CommandTest, ChoosingTheOlderContainerHasToBeConfirmed) {
   EXPECT_THAT(output({"info", database}), HasSubstr("zip32"));
   output({"set", database, "fruit", "1", "Price=4"});
   EXPECT_THAT(output({"info", database}), HasSubstr("zip32"));
+}
+
+TEST_F(CommandTest, AProfileSteersTheEngine) {
+  const std::string profile =
+      write("settings.xml",
+            "<Profile><GeneralOptions MaxRecords='2' TextExportRowLimit='1' Backups='on' "
+            "UndoLevel='x'/></Profile>");
+  const std::string source = write("four.csv", "A\n1\n2\n3\n4\n");
+  const Outcome counted = rvb({"count", source, "--profile", profile});
+  EXPECT_EQ(counted.status, 0);
+  EXPECT_EQ(counted.out, "2\n");
+  EXPECT_THAT(counted.err, HasSubstr("warning message 123: "));
+  EXPECT_THAT(counted.err, HasSubstr("warning the profile's value of GeneralOptions/UndoLevel"));
+  EXPECT_EQ(output({"export", source, path("out.csv"), "--profile", profile}),
+            path("out.csv") + "\n" + path("out(1).csv") + "\n");
+  EXPECT_EQ(output({"export", source, path("all.csv"), "--profile", profile, "--row-limit", "0"}),
+            path("all.csv") + "\n");
+  const std::string database = make_shop();
+  output({"set", database, "fruit", "1", "Price=2", "--profile", profile});
+  EXPECT_TRUE(std::filesystem::exists(database + ".bak"));
+  EXPECT_EQ(read("settings.xml").find("22.5"), std::string::npos);  // never written
+}
+
+TEST_F(CommandTest, AProfileThatCanNotBeReadIsAnError) {
+  const std::string source = write("a.csv", "A\n1\n");
+  const std::pair<std::string, const char*> cases[] = {
+      {path("none.xml"), "rvb: error 65: "},
+      {write("broken.xml", "<Profile"), "rvb: error 91: "},
+      {write("locked.xml", "<Profile encrypted='true'/>"), "rvb: error 37: Invalid password"},
+  };
+  for (const auto& [profile, text] : cases) {
+    const Outcome outcome = rvb({"--profile", profile, "count", source});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_THAT(outcome.err, StartsWith(text));
+  }
 }
 
 }  // namespace

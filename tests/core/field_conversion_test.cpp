@@ -152,7 +152,7 @@ TEST_F(Conversion, RefusesMissingAndEncryptedFields) {
   EXPECT_EQ(refusal(9, FieldType::kText), error_text(ErrorCode::kInvalidCacheIndex));
   Field secret = table.field(kText);
   secret.encrypted = true;
-  ASSERT_EQ(table.change_field(kText, secret), ErrorCode::kOk);
+  ASSERT_EQ(table.replace_column(kText, secret, table.column(kText)), ErrorCode::kOk);
   EXPECT_EQ(refusal(kText, FieldType::kNumber),
             "Encrypted fields can't be edited. You need to decrypt them first.");
 }

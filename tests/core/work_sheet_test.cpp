@@ -146,7 +146,7 @@ TEST_F(WorkSheet, ReadsLongTexts) {
 TEST_F(WorkSheet, GuardsEncryptedFields) {
   Field secret = table.field(kText);
   secret.encrypted = true;
-  ASSERT_EQ(table.change_field(kText, secret), ErrorCode::kOk);
+  ASSERT_EQ(table.replace_column(kText, secret, table.column(kText)), ErrorCode::kOk);
   EXPECT_EQ(table.set_value(1, kText, std::string("a")), ErrorCode::kEncryptedField);
   EXPECT_EQ(table.set_value(1, kNumber, 1.0), ErrorCode::kOk);
 }

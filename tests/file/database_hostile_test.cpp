@@ -146,6 +146,9 @@ DatabaseConfig small_config() {
   config.folders = {{"f", 0}, {"g", 1}};
   Field field = make_field("name", FieldType::kNumber);
   field.formula = "1";
+  field.encrypted = true;
+  field.encryption = "header";
+  config.protection = StoredProtection{CipherAlgorithm::kTwofishCfb, true};
   config.tables = {{"t", 2, 3, {field, make_field("b")}, {{1, 4096}, {2, 0}}}};
   return config;
 }

@@ -22,7 +22,7 @@ EncryptionRecord record_of(CipherAlgorithm algorithm) {
           .digest_type = "SHA1",
           .digest = counting(20),
           .algorithm = algorithm,
-          .iv = counting(iv_bytes(algorithm)),
+          .iv = counting(block_bytes(algorithm)),
           .key = std::string(63, 'k'),
           .salt = counting(16),
           .iterations = 2147483647};

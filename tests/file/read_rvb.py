@@ -42,16 +42,19 @@ def read_field(items):
         field[name] = items.text()
     field["width"] = items.number(2)
     field["position"] = items.number(2)
+    if field["bits"] & 2:
+        field["encryption"] = items.text()
     return field
 
 
 def read_config(data):
     items = Items(data)
-    if items.number(2) != 1:
+    if items.number(2) != 2:
         raise ValueError("unknown layout")
     config = {"name": items.text()}
     config["flag types"] = items.many(lambda: (items.text(), items.number(4)))
     config["lists"] = items.many(lambda: (items.text(), items.many(items.text)))
+    items.number(1)  # the protection
     folders = [""]
     for _ in range(items.number(4)):
         parent = folders[items.number(4)]

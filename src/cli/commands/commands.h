@@ -27,5 +27,9 @@ void add_set_command(CLI::App& app, CommandContext& context);
 void add_insert_command(CLI::App& app, CommandContext& context);
 void add_delete_command(CLI::App& app, CommandContext& context);
 void add_compact_command(CLI::App& app, CommandContext& context);
+void add_protect_command(CLI::App& app, CommandContext& context);
+void add_unprotect_command(CLI::App& app, CommandContext& context);
+void add_encrypt_fields_command(CLI::App& app, CommandContext& context);
+void add_decrypt_fields_command(CLI::App& app, CommandContext& context);
 
 }  // namespace rowvane::cli

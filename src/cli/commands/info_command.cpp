@@ -7,6 +7,7 @@
 #include "cli/json.h"
 #include "cli/report.h"
 #include "cli/session.h"
+#include "crypto/field_encryption.h"
 
 namespace rowvane::cli {
 namespace {
@@ -36,7 +37,7 @@ void append_json_field(const Field& field, std::string& out) {
   out += '{';
   append_json_member("name", field.name, out);
   out += ", ";
-  append_json_member("type", field_type_name(field.type), out);
+  append_json_member("type", field_type_name(plain_type(field)), out);
   out += field.link ? ", \"link\": true" : ", \"link\": false";
   for (const auto& [key, text] :
        {std::pair("formula", &field.formula), std::pair("validation", &field.validation),
@@ -64,12 +65,22 @@ void print_json(Session& session, const std::vector<CWorkSheet*>& tables) {
   append_json_member("format", format_name(session.database()), out);
   out += ", ";
   append_json_member("container", container_name(session), out);
-  out += ", \"protected\": false}\n";
+  const Protection* protection = session.file().protection();
+  if (protection != nullptr) {
+    out += ", \"protected\": true, ";
+    append_json_member("algorithm", cipher_name(protection->algorithm), out);
+    out += protection->read_only_open ? ", \"read_only_open\": true" : ", \"read_only_open\": false";
+    out += session.file().is_read_only() ? ", \"read_only\": true}\n" : ", \"read_only\": false}\n";
+  } else {
+    out += ", \"protected\": false}\n";
+  }
   std::fwrite(out.data(), 1, out.size(), stdout);
 }
 
 void print_field(const Field& field) {
-  std::string line = "  " + field_list_text(field);
+  Field plain = field;
+  plain.type = plain_type(field);
+  std::string line = "  " + field_list_text(plain);
   if (!field.formula.empty()) line += "  = " + field.formula;
   if (!field.default_value.empty()) line += "  default " + field.default_value;
   if (!field.format.empty()) line += "  format " + field.format;
@@ -78,12 +89,21 @@ void print_field(const Field& field) {
   std::printf("%s\n", line.c_str());
 }
 
+std::string protection_text(Session& session) {
+  const Protection* protection = session.file().protection();
+  if (protection == nullptr) return "not protected";
+  std::string text = "protected with " + std::string(cipher_name(protection->algorithm));
+  if (protection->read_only_open) text += ", anyone may read";
+  if (session.file().is_read_only()) text += ", open read-only";
+  return text;
+}
+
 void print_text(Session& session, const std::vector<CWorkSheet*>& tables) {
   const std::string container(container_name(session));
-  std::printf("%s: %s%s, %zu table%s, not protected\n", session.database().name().c_str(),
+  std::printf("%s: %s%s, %zu table%s, %s\n", session.database().name().c_str(),
               std::string(format_name(session.database())).c_str(),
               container.empty() ? "" : (", " + container).c_str(), tables.size(),
-              tables.size() == 1 ? "" : "s");
+              tables.size() == 1 ? "" : "s", protection_text(session).c_str());
   for (const CWorkSheet* table : tables) {
     std::printf("\n%s: %u record%s, %zu field%s\n", table->path().c_str(), table->record_count(),
                 table->record_count() == 1 ? "" : "s", table->field_count(),

@@ -1,11 +1,13 @@
 #include <cstdio>
 #include <memory>
+#include <optional>
 
 #include <CLI/CLI.hpp>
 
 #include "cli/commands/commands.h"
 #include "cli/report.h"
 #include "cli/session.h"
+#include "crypto/protection.h"
 #include "exchange/text_export.h"
 #include "file/export_archive.h"
 #include "platform/paths.h"
@@ -62,7 +64,7 @@ struct ExportArguments {
   std::vector<std::string> fields;
   bool files_zip = false;
   bool long_text_zip = false;
-  uint64_t row_limit = 0;
+  std::optional<uint64_t> row_limit;
   TextOptions text;
 };
 
@@ -88,10 +90,12 @@ int run_export(const GlobalOptions& global, ExportArguments& arguments) {
   settings.save_files = arguments.files_zip;
   settings.save_long_texts = arguments.long_text_zip;
   settings.make_archive = make_export_archive;
-  settings.row_limit = arguments.row_limit;
-  settings.threads = global.threads;
+  settings.row_limit = arguments.row_limit.value_or(session.options().text_export_row_limit);
+  settings.threads = session.options().used_processor_cores;
   if (const std::string wrong = check_text_export_settings(*table, settings); !wrong.empty())
     return fail(wrong);
+  const bool is_protected = session.file().protection() != nullptr;
+  if (const auto warning = check_target_format(is_protected, FileFormat::kText, true)) warn(*warning);
   session.progress().begin("Saving Text File");
   const TextExportResult result = export_text(*table, target, settings, session.progress());
   if (result.error != ErrorCode::kOk) return fail(result.error);

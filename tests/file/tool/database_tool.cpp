@@ -3,9 +3,13 @@
 //   database_tool save-loop FILE     saves one state after the other until it is killed
 //   database_tool check FILE         fails unless FILE holds one state of save-loop, whole
 //   database_tool dump FILE          everything that FILE holds, as text
+//   database_tool protect FILE CIPHER            protects FILE with the password
+//   database_tool protect-read-only FILE CIPHER  and lets everybody read it
+// The password is the environment variable RVB_PASSWORD.
 #include <bit>
 #include <cinttypes>
 #include <cstdio>
+#include <cstdlib>
 #include <limits>
 #include <string>
 
@@ -190,8 +194,27 @@ void dump_field(const Field& one) {
   std::printf("\n");
 }
 
+std::shared_ptr<const Secret> password() {
+  const char* const value = std::getenv("RVB_PASSWORD");
+  return value != nullptr ? std::make_shared<const Secret>(value) : nullptr;
+}
+
+OpenedDatabase open(const std::string& path) {
+  return open_database(path, Options(), nullptr, Progress::none(), password());
+}
+
+int protect(const std::string& path, const std::string& cipher, bool read_only_open) {
+  const OpenedDatabase opened = open(path);
+  if (opened.error != ErrorCode::kOk) return fail(path, opened.error);
+  const auto algorithm = cipher_named(cipher);
+  if (!algorithm) return fail(cipher, ErrorCode::kCryptographicKey);
+  expect(opened.file->set_protection(Protection{password(), *algorithm, read_only_open}));
+  const ErrorCode error = opened.file->save(path, {}, Options()).error;
+  return error == ErrorCode::kOk ? 0 : fail(path, error);
+}
+
 int dump(const std::string& path) {
-  const OpenedDatabase opened = open_database(path, Options());
+  const OpenedDatabase opened = open(path);
   if (opened.error != ErrorCode::kOk) return fail(path, opened.error);
   for (const RecordFlagType& type : opened.database->settings().record_flag_types) {
     std::printf("flag type %s %06x\n", hex(type.name).c_str(), type.color);
@@ -217,11 +240,13 @@ int dump(const std::string& path) {
 }  // namespace
 
 int main(int count, char** arguments) {
-  const std::string command = count == 3 ? arguments[1] : "";
+  const std::string command = count >= 3 ? arguments[1] : "";
+  if (count == 4 && command == "protect") return protect(arguments[2], arguments[3], false);
+  if (count == 4 && command == "protect-read-only") return protect(arguments[2], arguments[3], true);
   if (command == "make") return make(arguments[2]);
   if (command == "save-loop") return save_loop(arguments[2]);
   if (command == "check") return check(arguments[2]);
   if (command == "dump") return dump(arguments[2]);
-  std::fprintf(stderr, "usage: database_tool make|save-loop|check|dump FILE\n");
+  std::fprintf(stderr, "usage: database_tool make|save-loop|check|dump FILE\n       database_tool protect|protect-read-only FILE CIPHER\n");
   return 2;
 }

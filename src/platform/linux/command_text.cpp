@@ -1,0 +1,9 @@
+#include "platform/command_text.h"
+
+namespace rowvane::platform {
+
+std::optional<std::string> command_text() {
+  return std::nullopt;
+}
+
+}  // namespace rowvane::platform
