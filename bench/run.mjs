@@ -239,6 +239,39 @@ function editOperations() {
   ];
 }
 
+// Against the same without protection.
+function protectedOperations(cipher) {
+  const name = cipher.split(' ')[0];
+  const saved = output(onDisk(`${name}.rvb`));
+  const plain = output(onDisk(`${name}-plain.rvb`));
+  ours('save-protected', flights, saved, cipher);
+  ours('save', flights, plain, '1');
+  const open = (operation, path) => {
+    const found = ours(operation, path);
+    check(`${operation}, ${name}`, found);
+    return found;
+  };
+  const save = (operation, choice) => ours(operation, flights, output(onDisk(`${name}-saved.rvb`)), choice);
+  return [
+    {
+      name: `save protected by ${name}`,
+      goal: 1.6,
+      contenders: {
+        Rowvane: () => save('save-protected', cipher),
+        'Rowvane, plain': () => save('save', '1'),
+      },
+    },
+    {
+      name: `open protected by ${name}`,
+      goal: 1.6,
+      contenders: {
+        Rowvane: () => open('open-protected', saved),
+        'Rowvane, plain': () => open('open', plain),
+      },
+    },
+  ];
+}
+
 // ---- measuring
 
 function measure(operations) {
@@ -395,6 +428,8 @@ const operations = [
   saveOperation(6, 'to memory', inMemory),
   openDatabaseOperation(),
   ...editOperations(),
+  ...protectedOperations('Blowfish CFB'),
+  ...protectedOperations('Twofish CFB'),
 ];
 const results = measure(operations);
 const parts = [machine(), timesTable(results), memoryTable(results[0].best.Rowvane), levelsTable()];

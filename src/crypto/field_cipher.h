@@ -1,11 +1,9 @@
 // The encrypted form of a field's values.
 //
-//   value   16 bytes vector, the encrypted plain bytes, 8 bytes tag: the first of the SHA-1 of salt, vector
-//   and
-//           encrypted bytes
-//   header  of the field, base64: 1 byte version 1, 1 byte type of the plain field, 16 bytes salt, 16 bytes
-//   vector, 16
-//           bytes check: a known text, encrypted
+//   value   16 bytes vector; the encrypted plain bytes; 8 bytes tag, the first of the SHA-1 of salt, vector
+//           and encrypted bytes
+//   header  of the field, in base64: 1 byte version, 1; 1 byte type of the plain field; 16 bytes salt;
+//           16 bytes vector; 16 bytes check, a known text encrypted
 //
 // The key comes from password and salt (key_derivation.h), the cipher is Twofish CFB. The tag tells changed
 // values without the password; the check tells a wrong password before any value is touched.

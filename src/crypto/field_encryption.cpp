@@ -344,19 +344,23 @@ FieldEncryptionResult decrypt_fields(CWorkSheet& table, const FieldEncryptionSet
 }
 
 ErrorCode check_encrypted_fields(const CWorkSheet& table, int threads) {
-  std::atomic<bool> intact = true;
-  for (size_t index = 0; index < table.field_count() && intact; ++index) {
+  std::atomic<ErrorCode> error = ErrorCode::kOk;
+  for (size_t index = 0; index < table.field_count() && error == ErrorCode::kOk; ++index) {
     if (!table.field(index).encrypted) continue;
     const auto header = decode_field_header(table.field(index).encryption);
     if (!header) return ErrorCode::kEncryptedDataChanged;
     const Column& column = table.column(index);
     parallel_blocks(table.record_count(), threads, [&](int, uint64_t from, uint64_t to) {
-      for (uint64_t position = from; position <= to && intact; ++position) {
-        if (!is_intact(column, position, header->salt)) intact = false;
+      try {
+        for (uint64_t position = from; position <= to && error == ErrorCode::kOk; ++position) {
+          if (!is_intact(column, position, header->salt)) error.store(ErrorCode::kEncryptedDataChanged);
+        }
+      } catch (const std::bad_alloc&) {
+        error.store(ErrorCode::kOutOfMemory);
       }
     });
   }
-  return intact ? ErrorCode::kOk : ErrorCode::kEncryptedDataChanged;
+  return error;
 }
 
 }  // namespace rowvane

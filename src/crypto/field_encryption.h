@@ -2,12 +2,11 @@
 //
 // An empty value stays empty, so that records can still be inserted. doc/file-format.md describes the form of
 // the others.
-// - Texts and numbers become texts: the field's type is Text until it is decrypted. So nothing of a number is
-// lost, a
-//   formula error included, and a text may be as long as a text field allows.
+// - Texts and numbers become texts: the type of the field is Text until it is decrypted. So nothing of a
+//   number is lost, a formula error included, and a text may be as long as a text field allows.
 // - Long texts and codes become long texts and codes.
-// - Images and files: each object becomes a file "1.encrypted", "2.encrypted" ... that holds name, shortcut
-// and bytes.
+// - Images and files: each object becomes a file "1.encrypted", "2.encrypted" ... that holds its name, its
+//   shortcut and its bytes.
 #pragma once
 
 #include <vector>

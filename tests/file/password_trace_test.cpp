@@ -1,7 +1,7 @@
 // What is left of a password in the memory of the process: nothing, once the databases are closed.
 //
-// The whole writable memory is searched. The test itself knows the password masked only and never holds it in one piece;
-// that the search finds it while a database is open shows that it works.
+// The whole writable memory is searched. The test itself knows the password masked only and never holds it in
+// one piece; that the search finds it while a database is open shows that it works.
 #if defined(__linux__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 
 #include <array>
@@ -15,7 +15,8 @@ namespace rowvane {
 namespace {
 
 constexpr unsigned char kMask = 0x5A;
-constexpr size_t kLength = 24;
+constexpr size_t kLength = 96;
+constexpr size_t kSearched = 32;  // bytes at the end: freeing memory overwrites what stands first in it
 
 class PasswordTrace : public testing::Test {
  protected:
@@ -30,14 +31,14 @@ class PasswordTrace : public testing::Test {
     return made;
   }
 
-  bool is_password(const char* bytes) const {
-    for (size_t i = 0; i < kLength; ++i) {
-      if ((static_cast<unsigned char>(bytes[i]) ^ kMask) != masked_[i]) return false;
+  bool is_password_end(const char* bytes) const {
+    for (size_t i = 0; i < kSearched; ++i) {
+      if ((static_cast<unsigned char>(bytes[i]) ^ kMask) != masked_[kLength - kSearched + i]) return false;
     }
     return true;
   }
 
-  // Places of the process's writable memory that hold the password.
+  // Places of the process's writable memory that hold the end of the password.
   size_t count() const {
     std::ifstream memory("/proc/self/mem", std::ios::binary);
     std::ifstream maps("/proc/self/maps");
@@ -56,7 +57,7 @@ class PasswordTrace : public testing::Test {
       memory.seekg(static_cast<std::streamoff>(first));
       memory.read(piece.data(), static_cast<std::streamsize>(piece.size()));
       const auto read = static_cast<size_t>(std::max<std::streamsize>(memory.gcount(), 0));
-      for (size_t at = 0; at + kLength <= read; ++at) found += is_password(piece.data() + at);
+      for (size_t at = 0; at + kSearched <= read; ++at) found += is_password_end(piece.data() + at);
       wipe(piece);
     }
     return found;
