@@ -72,7 +72,8 @@ TEST_F(ProtectionCommands, PasswordsComeFromFilesAndTheEnvironment) {
   EXPECT_EQ(rvb({"count", database_}).out, "2\n");
   EXPECT_EQ(rvb({"set", database_, "1", "Price=3"}).status, 0);
   EXPECT_EQ(rvb({"show", database_, "--format", "csv"}).out, "Name,Price\r\napple,3\r\npear,2\r\n");
-  EXPECT_EQ(rvb({"info", database_, "--password-file", path("new.txt")}).err, "rvb: error 37: Invalid password\n");
+  EXPECT_EQ(rvb({"info", database_, "--password-file", path("new.txt")}).err,
+            "rvb: error 37: Invalid password\n");
   EXPECT_EQ(rvb({"info", database_, "--password-file", path("none.txt")}).status, 1);
   const Outcome exported = rvb({"export", database_, path("out.csv")});
   EXPECT_EQ(exported.status, 0);
@@ -101,7 +102,8 @@ TEST_F(ProtectionCommands, ProtectionIsChangedAndTakenAway) {
 TEST_F(ProtectionCommands, AnyoneMayReadWhenTheOwnerSaysYes) {
   const ScopedEnvironment new_password("RVB_NEW_PASSWORD", "secret one");
   const std::string plain = bytes();
-  EXPECT_THAT(rvb({"protect", database_, "--read-only-open"}).err, HasSubstr("allow anyone to open this database"));
+  EXPECT_THAT(rvb({"protect", database_, "--read-only-open"}).err,
+              HasSubstr("allow anyone to open this database"));
   EXPECT_EQ(bytes(), plain);
   EXPECT_EQ(rvb({"--yes", "protect", database_, "--read-only-open"}).status, 0);
   EXPECT_EQ(rvb({"count", database_}).out, "2\n");
@@ -136,7 +138,8 @@ TEST_F(ProtectionCommands, FieldsAreEncryptedAndDecrypted) {
   EXPECT_EQ(rvb({"decrypt-fields", database_}).err, "rvb: error 37: Invalid password\n");
   const ScopedEnvironment right("RVB_FIELD_PASSWORD", "field secret");
   EXPECT_EQ(rvb({"decrypt-fields", database_, "--fields", "Price"}).status, 0);
-  EXPECT_THAT(rvb({"decrypt-fields", database_, "--fields", "Price"}).err, HasSubstr("\"Price\" is not encrypted"));
+  EXPECT_THAT(rvb({"decrypt-fields", database_, "--fields", "Price"}).err,
+              HasSubstr("\"Price\" is not encrypted"));
   EXPECT_EQ(rvb({"decrypt-fields", database_}).status, 0);
   EXPECT_EQ(rvb({"show", database_, "--format", "csv"}).out, shown);
 }

@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <limits>
 
-#include <wincrypt.h>
+// wincrypt.h needs what windows.h declares.
+// clang-format off
 #include <windows.h>
+#include <wincrypt.h>
+// clang-format on
 
 namespace rowvane::platform {
 namespace {

@@ -247,6 +247,8 @@ int main(int count, char** arguments) {
   if (command == "save-loop") return save_loop(arguments[2]);
   if (command == "check") return check(arguments[2]);
   if (command == "dump") return dump(arguments[2]);
-  std::fprintf(stderr, "usage: database_tool make|save-loop|check|dump FILE\n       database_tool protect|protect-read-only FILE CIPHER\n");
+  std::fprintf(stderr,
+               "usage: database_tool make|save-loop|check|dump FILE\n       database_tool "
+               "protect|protect-read-only FILE CIPHER\n");
   return 2;
 }
