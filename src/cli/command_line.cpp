@@ -41,6 +41,8 @@ int run(int count, char** arguments) {
   add_set_command(app, context);
   add_insert_command(app, context);
   add_delete_command(app, context);
+  add_eval_command(app, context);
+  add_recalc_command(app, context);
   add_compact_command(app, context);
   app.require_subcommand(1);
   try {

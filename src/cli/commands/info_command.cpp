@@ -70,7 +70,7 @@ void print_json(Session& session, const std::vector<CWorkSheet*>& tables) {
 
 void print_field(const Field& field) {
   std::string line = "  " + field_list_text(field);
-  if (!field.formula.empty()) line += "  = " + field.formula;
+  if (!field.formula.empty()) line += "  " + field.formula;
   if (!field.default_value.empty()) line += "  default " + field.default_value;
   if (!field.format.empty()) line += "  format " + field.format;
   if (!field.validation.empty()) line += "  valid when " + field.validation;
