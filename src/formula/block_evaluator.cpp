@@ -41,7 +41,7 @@ BlockNodePointer BlockEvaluator::make_nodes() {
       const Value& value = step.value;
       stack.push_back(value.kind == Kind::kReference
                           ? make_field_node(context_.table, value.reference.first_column)
-                          : make_constant_node(value.scalar));
+                          : make_constant_node(value.single()));
       continue;
     }
     const bool calls = step.kind == FormulaStep::Kind::kCall;

@@ -91,7 +91,7 @@ Scalar FormulaEvaluator::read_reference(const Reference& given) {
 
 Scalar FormulaEvaluator::single(const Value& value) {
   if (value.kind == Kind::kReference) return read_reference(value.reference);
-  if (!value.is_array()) return value.scalar;
+  if (!value.is_array()) return value.single();
   return value.array.size() > 0 ? value.array.cells[0] : Scalar::of(FormulaError::kValue);
 }
 
