@@ -12,7 +12,7 @@
 namespace rowvane {
 namespace {
 
-constexpr uint32_t kRecords = 1800;  // more than a block
+constexpr uint32_t kRecords = 1200;  // more than a block
 
 double random_cell(std::mt19937_64& random) {
   constexpr double kOdd[] = {0.0, -0.0, 1.0, -1.0, 1e308, -1e308, 5e-324, 2.2250738585072014e-308,
@@ -45,7 +45,7 @@ TableData random_data(const CWorkSheet& sample, uint64_t seed) {
     resize_column(column, kRecords);
     for (uint32_t i = 0; i < kRecords; ++i) {
       if (auto* numbers = std::get_if<NumberColumn>(&column)) {
-        const bool plain = field % 2 == 0 && i < 1400;
+        const bool plain = field % 2 == 0 && i < 800;
         numbers->cells[i] = plain ? static_cast<double>(random() % 1000) / 8 : random_cell(random);
       } else if (std::holds_alternative<TextColumn>(column)) {
         store_value(column, i, random_text(random, data.fields[field].name != "Name"));
