@@ -104,8 +104,9 @@ constexpr Way kWays[] = {
 void register_all() {
   for (const std::string formula : kFormulas) {
     for (const Way& way : kWays) {
-      benchmark::RegisterBenchmark((std::string(way.name) + " " + formula).c_str(),
-                                   [formula, run = way.run](benchmark::State& state) { run(state, formula); });
+      benchmark::RegisterBenchmark(
+          (std::string(way.name) + " " + formula).c_str(),
+          [formula, run = way.run](benchmark::State& state) { run(state, formula); });
     }
   }
 }

@@ -1,11 +1,12 @@
 // Passes over columns give what the evaluator gives, bit for bit.
-#include <gtest/gtest.h>
+#include "formula/block_evaluator.h"
 
 #include <bit>
 #include <limits>
 #include <random>
 
-#include "formula/block_evaluator.h"
+#include <gtest/gtest.h>
+
 #include "formula_table.h"
 #include "sample_formula_tables.h"
 
@@ -15,26 +16,35 @@ namespace {
 constexpr uint32_t kRecords = 1200;  // more than a block
 
 double random_cell(std::mt19937_64& random) {
-  constexpr double kOdd[] = {0.0, -0.0, 1.0, -1.0, 1e308, -1e308, 5e-324, 2.2250738585072014e-308,
-                             0.1, 1e15, 123456789012345678.0, 30.0, 100.0, -2.5};
+  constexpr double kOdd[] = {
+      0.0,  -0.0,  1.0, -1.0, 1e308, -1e308, 5e-324, 2.2250738585072014e-308, 0.1, 1e15, 123456789012345678.0,
+      30.0, 100.0, -2.5};
   switch (random() % 8) {
-    case 0: return kEmptyNumber;
-    case 1: return error_number(static_cast<FormulaError>(32 * (1 + random() % 7)));
-    case 2: return random() % 4 == 0 ? error_number(FormulaError::kNotAvailable) : std::bit_cast<double>(random());
-    case 3: return kOdd[random() % std::size(kOdd)];
-    case 4: return static_cast<double>(static_cast<int>(random() % 200)) - 100;
-    default: return std::uniform_real_distribution<double>(-1000, 1000)(random);
+    case 0:
+      return kEmptyNumber;
+    case 1:
+      return error_number(static_cast<FormulaError>(32 * (1 + random() % 7)));
+    case 2:
+      return random() % 4 == 0 ? error_number(FormulaError::kNotAvailable) : std::bit_cast<double>(random());
+    case 3:
+      return kOdd[random() % std::size(kOdd)];
+    case 4:
+      return static_cast<double>(static_cast<int>(random() % 200)) - 100;
+    default:
+      return std::uniform_real_distribution<double>(-1000, 1000)(random);
   }
 }
 
 std::string random_text(std::mt19937_64& random, bool repeating) {
-  static const std::string kTexts[] = {"", "a", "A", "Lamp", "42", " 7 ", "1e3", "ä", "Ä", "straße", "#DATA!", "-", "1.5"};
+  static const std::string kTexts[] = {"",  "a", "A",      "Lamp",   "42", " 7 ", "1e3",
+                                       "ä", "Ä", "straße", "#DATA!", "-",  "1.5"};
   if (repeating || random() % 3 == 0) return kTexts[random() % std::size(kTexts)];
   if (random() % 50 == 0) return std::string(random() % 8169, 'x');
   return "text " + std::to_string(random());
 }
 
-// All fields of the sample table with random values; half of the number columns without gaps and errors in most blocks.
+// All fields of the sample table with random values; half of the number columns without gaps and errors in
+// most blocks.
 TableData random_data(const CWorkSheet& sample, uint64_t seed) {
   std::mt19937_64 random(seed);
   TableData data;
@@ -59,11 +69,13 @@ TableData random_data(const CWorkSheet& sample, uint64_t seed) {
 }
 
 testing::AssertionResult same_scalar(const Scalar& a, const Scalar& b) {
-  const bool same = a.kind == b.kind && a.error == b.error && a.text == b.text &&
-                    (!a.is_number() || std::bit_cast<uint64_t>(a.number) == std::bit_cast<uint64_t>(b.number));
+  const bool same =
+      a.kind == b.kind && a.error == b.error && a.text == b.text &&
+      (!a.is_number() || std::bit_cast<uint64_t>(a.number) == std::bit_cast<uint64_t>(b.number));
   if (same) return testing::AssertionSuccess();
-  return testing::AssertionFailure() << int(a.kind) << " " << a.number << " '" << a.text.substr(0, 40) << "' against "
-                                     << int(b.kind) << " " << b.number << " '" << b.text.substr(0, 40) << "'";
+  return testing::AssertionFailure() << int(a.kind) << " " << a.number << " '" << a.text.substr(0, 40)
+                                     << "' against " << int(b.kind) << " " << b.number << " '"
+                                     << b.text.substr(0, 40) << "'";
 }
 
 class BlockEvaluation : public testing::Test {
@@ -88,7 +100,8 @@ class BlockEvaluation : public testing::Test {
       for (size_t i = 0; i < count; ++i) {
         evaluator.set_record(first + static_cast<uint32_t>(i));
         evaluator.evaluate(formula);
-        ASSERT_TRUE(same_scalar(results.at(i), evaluator.result())) << formula << ", record " << first + i + 1;
+        ASSERT_TRUE(same_scalar(results.at(i), evaluator.result()))
+            << formula << ", record " << first + i + 1;
       }
       first += static_cast<uint32_t>(count);
     }
@@ -105,7 +118,8 @@ TEST_F(BlockEvaluation, EveryFormulaOfTheTables) {
     for (const TableRow& row : read_formula_table(name)) {
       for (const SeparatorSet set : {SeparatorSet::kGeneric, SeparatorSet::kRegional}) {
         // Formulas without fields have one value; those of whole columns take long.
-        if (row.cells[0].find('!') != std::string::npos && row.cells[0].find("orders") != std::string::npos) continue;
+        if (row.cells[0].find('!') != std::string::npos && row.cells[0].find("orders") != std::string::npos)
+          continue;
         check(row.cells[0], set);
         if (HasFatalFailure()) return;
       }
@@ -116,8 +130,10 @@ TEST_F(BlockEvaluation, EveryFormulaOfTheTables) {
 
 TEST_F(BlockEvaluation, FormsOfOperands) {
   const std::string kOperators[] = {"+", "-", "*", "/", "^", "&", "=", "<", "<=", ">", ">=", "<>"};
-  const std::string kOperands[] = {"Price", "Quantity", "a", "Digits", "Name", "Status", "Notes", "Nothing", "2", "\"42\"",
-                                   "\"\"", "#REF!", "foo", "(Price>30)", "(Digits&1)", "(Name&Digits)", "(Digits&Status)"};
+  const std::string kOperands[] = {"Price",         "Quantity",       "a",       "Digits",     "Name",
+                                   "Status",        "Notes",          "Nothing", "2",          "\"42\"",
+                                   "\"\"",          "#REF!",          "foo",     "(Price>30)", "(Digits&1)",
+                                   "(Name&Digits)", "(Digits&Status)"};
   for (const std::string& left : kOperands) {
     for (const std::string& right : kOperands) {
       for (const std::string& operation : kOperators) {

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "formula/formula_program.h"
-#include "platform/characters.h"
 #include "allocation_counter.h"
+#include "formula/formula_program.h"
 #include "formula_table.h"
+#include "platform/characters.h"
 #include "sample_formula_tables.h"
 
 namespace rowvane {
@@ -47,15 +47,28 @@ struct TokenCase {
 };
 
 TEST_F(Evaluator, CodesOfTokens) {
-  const std::vector<TokenCase> cases = {
-      {"=", 1}, {"<", 2}, {"<=", 3}, {">", 4}, {">=", 5}, {"<>", 6}, {"+", 7}, {"-", 8}, {"&", 9}, {"*", 10}, {"/", 11},
-      {"^", 12}, {"%", 14}, {"_", 15}, {"!", 16}, {":", 17}, {"1", 32}, {"TRUE", 32}, {"#ref!", 32}, {"'a'", 256},
-      {"name", 256}, {"(", 1024}, {")", 2048}, {"", 4096}, {" ", 4096}, {std::string("\0+", 2), 4096}, {",", 8192},
-      {"Sum(", 16384}, {"{1}", 32768}, {"\t", 0}, {"?", 0}, {"{1", 0}, {"\xC3", 0}, {"\xFF", 0}};
+  const std::vector<TokenCase> cases = {{"=", 1},       {"<", 2},
+                                        {"<=", 3},      {">", 4},
+                                        {">=", 5},      {"<>", 6},
+                                        {"+", 7},       {"-", 8},
+                                        {"&", 9},       {"*", 10},
+                                        {"/", 11},      {"^", 12},
+                                        {"%", 14},      {"_", 15},
+                                        {"!", 16},      {":", 17},
+                                        {"1", 32},      {"TRUE", 32},
+                                        {"#ref!", 32},  {"'a'", 256},
+                                        {"name", 256},  {"(", 1024},
+                                        {")", 2048},    {"", 4096},
+                                        {" ", 4096},    {std::string("\0+", 2), 4096},
+                                        {",", 8192},    {"Sum(", 16384},
+                                        {"{1}", 32768}, {"\t", 0},
+                                        {"?", 0},       {"{1", 0},
+                                        {"\xC3", 0},    {"\xFF", 0}};
   for (const TokenCase& each : cases) {
     size_t cursor = 0;
     Token token;
-    EXPECT_EQ(static_cast<int>(evaluator_.next_token(each.text, cursor, token, SeparatorSet::kGeneric)), each.kind)
+    EXPECT_EQ(static_cast<int>(evaluator_.next_token(each.text, cursor, token, SeparatorSet::kGeneric)),
+              each.kind)
         << each.text;
     EXPECT_LE(cursor, each.text.size());
   }
@@ -75,7 +88,8 @@ TEST_F(Evaluator, StringsOfOneFormula) {
   const std::string half(12'247, 'x');
   EXPECT_EQ(value("=len(\"" + half + "\"&\"" + half + "\")"), "24494");
   EXPECT_EQ(value("=len(\"" + half + "\")+len(\"" + half + "y\")"), "#NAME?");
-  EXPECT_EQ(value("=len(\"" + half + "\"&\"" + half + "\"&1)"), "#MEMORY!") << "no text is longer than the pool";
+  EXPECT_EQ(value("=len(\"" + half + "\"&\"" + half + "\"&1)"), "#MEMORY!")
+      << "no text is longer than the pool";
 }
 
 TEST_F(Evaluator, ItemsOnTheStacks) {
@@ -114,7 +128,8 @@ TEST_F(Evaluator, AllocatesNothingForARecord) {
   evaluator_.set_table(add_sample_tables(database));
   for (const std::string formula :
        {"=Price*2+Quantity/3", "=if(Price>30,\"late\",\"on time\")", "=Name&\"-\"&Digits&0.1", "=größe*2",
-        "=sum({1,2;3,4}*Price,Price:Quantity)", "=round(Price/3,2)&left(Name,2)", "=\"ä\"=\"Ä\"", "=foo", "=1+"}) {
+        "=sum({1,2;3,4}*Price,Price:Quantity)", "=round(Price/3,2)&left(Name,2)", "=\"ä\"=\"Ä\"", "=foo",
+        "=1+"}) {
     for (uint32_t record : {0U, 1U}) {
       evaluator_.set_record(record);
       evaluator_.evaluate(formula);

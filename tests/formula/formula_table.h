@@ -16,7 +16,8 @@ struct TableRow {
 };
 
 inline std::string with_control_characters(std::string text) {
-  for (const auto& [picture, character] : {std::pair("␉", '\t'), std::pair("␤", '\n'), std::pair("␍", '\r')}) {
+  for (const auto& [picture, character] :
+       {std::pair("␉", '\t'), std::pair("␤", '\n'), std::pair("␍", '\r')}) {
     for (size_t at = text.find(picture); at != std::string::npos; at = text.find(picture)) {
       text.replace(at, std::string_view(picture).size(), 1, character);
     }

@@ -1,9 +1,10 @@
-#include <gtest/gtest.h>
+#include "formula_table.h"
 
 #include <cmath>
 
+#include <gtest/gtest.h>
+
 #include "formula/formula_program.h"
-#include "formula_table.h"
 #include "sample_formula_tables.h"
 
 namespace rowvane {

@@ -15,7 +15,8 @@ constexpr auto kText = FieldType::kText;
 class Calculated : public testing::Test {
  protected:
   Calculated() {
-    table_ = add_sample_table(database_, "", "lines", {sample_field("Price", kNumber), sample_field("Name", kText)});
+    table_ = add_sample_table(database_, "", "lines",
+                              {sample_field("Price", kNumber), sample_field("Name", kText)});
     require(table_->insert_records(1, 3));
     for (uint32_t record = 1; record <= 3; ++record) {
       require(table_->set_value(record, 0, 10.0 * record));
@@ -35,7 +36,9 @@ class Calculated : public testing::Test {
     const CWorkSheet& source = table != nullptr ? *table : *table_;
     return source.value_text(record, *source.find_field(field));
   }
-  RecalculationResult run(const Recalculation& settings = {}) { return recalculate(database_, settings, formulas_); }
+  RecalculationResult run(const Recalculation& settings = {}) {
+    return recalculate(database_, settings, formulas_);
+  }
 
   const FormulaSettings formulas_;
   Database database_;
@@ -229,7 +232,8 @@ TEST_F(Calculated, Validation) {
 }
 
 TEST_F(Calculated, TextsOfManyThreads) {
-  CWorkSheet* many = add_sample_table(database_, "", "many", {sample_field("n", kNumber), sample_field("t", kText)});
+  CWorkSheet* many =
+      add_sample_table(database_, "", "many", {sample_field("n", kNumber), sample_field("t", kText)});
   require(many->insert_records(1, 50'000));
   Column numbers = many->column(0);
   for (uint32_t i = 0; i < 50'000; ++i) std::get<NumberColumn>(numbers).cells[i] = i;

@@ -71,8 +71,8 @@ inline CWorkSheet* add_sample_tables(Database& database) {
     if (definition.name == "Status") definition.formula = "=#DATA!";
     require(orders->change_field(i, definition));
   }
-  CWorkSheet* rates =
-      add_sample_table(database, "folder", "rates", {sample_field("Rate", kNumber), sample_field("Label", kText)});
+  CWorkSheet* rates = add_sample_table(database, "folder", "rates",
+                                       {sample_field("Rate", kNumber), sample_field("Label", kText)});
   require(rates->insert_records(1, 3));
   for (uint32_t record = 1; record <= 3; ++record) require(rates->set_value(record, 0, double(record)));
   require(rates->set_value(1, 1, "x"));
