@@ -15,10 +15,21 @@ bool read_operand(double& cell) {
   return true;
 }
 
+// `holds` on two numbers, in a form that compilers turn into vector instructions.
+template <Kind operation>
+bool compares(double a, double b) {
+  if constexpr (operation == Kind::kEqual) return a == b;
+  if constexpr (operation == Kind::kLess) return a < b;
+  if constexpr (operation == Kind::kLessOrEqual) return a <= b;
+  if constexpr (operation == Kind::kGreater) return a > b;
+  if constexpr (operation == Kind::kGreaterOrEqual) return a >= b;
+  return a != b;
+}
+
 template <Kind operation>
 double combine(double a, double b) {
   if constexpr (operation < Kind::kAdd) {
-    return holds(operation, a <=> b) ? 1.0 : 0.0;
+    return compares<operation>(a, b) ? 1.0 : 0.0;
   } else {
     return compute(operation, a, b);
   }
@@ -114,13 +125,20 @@ void compute_cells(Kind operation, const double* operand, size_t count, double* 
   }
 }
 
-void truth_of_cells(const double* cells, size_t count, uint8_t* truth) {
+bool truth_of_cells(const double* cells, size_t count, uint8_t* truth) {
+  bool plain = true;
   for (size_t i = 0; i < count; ++i) {
-    const double cell = cells[i];
-    const bool number = cell == cell || is_empty_number(cell);
-    const bool zero = cell == 0 || cell != cell;
-    truth[i] = number ? (zero ? kIsFalse : kIsTrue) : kIsError;
+    truth[i] = cells[i] != 0 ? kIsTrue : kIsFalse;
+    plain &= cells[i] == cells[i];
   }
+  if (plain) return false;
+  bool errors = false;
+  for (size_t i = 0; i < count; ++i) {
+    if (cells[i] == cells[i]) continue;
+    truth[i] = is_empty_number(cells[i]) ? kIsFalse : kIsError;
+    errors = errors || truth[i] == kIsError;
+  }
+  return errors;
 }
 
 }  // namespace rowvane

@@ -19,8 +19,8 @@ void compute_cells(Kind operation, const NumberOperand& a, const NumberOperand& 
                    double* result);
 // kNegate or kPercent.
 void compute_cells(Kind operation, const double* operand, size_t count, double* result);
-// Whether each of CELLS counts as true.
+// Whether each of CELLS counts as true. Answers whether there is an error among them.
 enum : uint8_t { kIsFalse, kIsTrue, kIsError };
-void truth_of_cells(const double* cells, size_t count, uint8_t* truth);
+bool truth_of_cells(const double* cells, size_t count, uint8_t* truth);
 
 }  // namespace rowvane

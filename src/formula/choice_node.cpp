@@ -19,12 +19,18 @@ class Test {
     node_->run(context);
     const BlockVector& values = node_->out();
     if (values.form == Form::kNumbers) {
-      truth_of_cells(values.numbers, context.count, truth_.data());
+      has_errors_ = truth_of_cells(values.numbers, context.count, truth_.data());
     } else {
-      for (size_t i = 0; i < context.count; ++i) truth_[i] = truth_of(values.at(i), context.scalars);
+      has_errors_ = false;
+      for (size_t i = 0; i < context.count; ++i) {
+        truth_[i] = truth_of(values.at(i), context.scalars);
+        has_errors_ = has_errors_ || truth_[i] == kIsError;
+      }
     }
     return truth_.data();
   }
+  // Whether there is a kIsError in the block.
+  bool has_errors() const { return has_errors_; }
 
   // Of the records where the truth is kIsError.
   FormulaError error_at(size_t i) const {
@@ -40,6 +46,7 @@ class Test {
 
   BlockNodePointer node_;
   std::array<uint8_t, kBlockRecords> truth_;
+  bool has_errors_ = false;
 };
 
 // Branches that are numbers.
@@ -56,8 +63,8 @@ class NumberChoiceNode final : public BlockNode {
     const uint8_t* truth = test_.run(context);
     const double* if_false = cells(0, context);
     const double* if_true = cells(1, context);
-    for (size_t i = 0; i < context.count; ++i) {
-      cells_[i] = truth[i] == kIsTrue ? if_true[i] : if_false[i];
+    for (size_t i = 0; i < context.count; ++i) cells_[i] = truth[i] == kIsTrue ? if_true[i] : if_false[i];
+    for (size_t i = 0; test_.has_errors() && i < context.count; ++i) {
       if (truth[i] == kIsError) cells_[i] = error_number(test_.error_at(i));
     }
   }
@@ -98,25 +105,40 @@ class CodeChoiceNode final : public BlockNode {
 
   void run(BlockContext& context) override {
     const uint8_t* truth = test_.run(context);
-    std::array<const uint32_t*, 2> codes;
-    for (size_t i = 0; i < 2; ++i) {
-      branches_[i]->run(context);
-      codes[i] = branches_[i]->out().codes;
+    for (const BlockNodePointer& branch : branches_) branch->run(context);
+    const bool constants = branches_[0]->form() == Form::kConstant && branches_[1]->form() == Form::kConstant;
+    if (constants) {
+      choose_constants(truth, context.count);
+    } else {
+      choose_codes(truth, context.count);
     }
-    for (size_t i = 0; i < context.count; ++i) {
-      if (truth[i] == kIsError) {
-        codes_[i] = code_of_error(test_.error_at(i));
-        continue;
-      }
-      const size_t branch = truth[i];
-      const uint32_t code = codes[branch] != nullptr ? codes[branch][i] : 0;
-      uint32_t& known = known_[branch][code];
-      if (known == 0) known = add(branches_[branch]->out().at(i)) + 1;
-      codes_[i] = known - 1;
+    for (size_t i = 0; test_.has_errors() && i < context.count; ++i) {
+      if (truth[i] == kIsError) codes_[i] = code_of_error(test_.error_at(i));
     }
   }
 
  private:
+  void choose_constants(const uint8_t* truth, size_t count) {
+    const uint32_t if_false = code_of(0, 0, 0);
+    const uint32_t if_true = code_of(1, 0, 0);
+    for (size_t i = 0; i < count; ++i) codes_[i] = truth[i] == kIsTrue ? if_true : if_false;
+  }
+
+  void choose_codes(const uint8_t* truth, size_t count) {
+    for (size_t i = 0; i < count; ++i) {
+      const size_t branch = truth[i] == kIsTrue ? 1 : 0;
+      const uint32_t* codes = branches_[branch]->out().codes;
+      codes_[i] = code_of(branch, codes != nullptr ? codes[i] : 0, i);
+    }
+  }
+
+  // The code that stands for CODE of a branch, seen in record I.
+  uint32_t code_of(size_t branch, uint32_t code, size_t i) {
+    uint32_t& known = known_[branch][code];
+    if (known == 0) known = add(branches_[branch]->out().at(i)) + 1;
+    return known - 1;
+  }
+
   static size_t bound_of(const BlockNode& branch) {
     return branch.form() == Form::kCodes ? branch.out().dictionary->bound : 1;
   }
