@@ -50,7 +50,6 @@ struct Value {
   bool is_array() const { return kind == Kind::kArray || kind == Kind::kArrayResult; }
   // Of a value that is no reference and no array.
   Scalar single() const { return scalar.is_error() ? Scalar::of(scalar.error) : scalar; }
-  bool is_name() const { return kind == Kind::kText && !literal && scalar.is_error(); }
 
   static Kind kind_of(const Scalar& scalar) {
     return scalar.is_number() ? Kind::kNumber : scalar.is_text() ? Kind::kText : Kind::kNoValue;
