@@ -35,7 +35,7 @@ std::unique_ptr<CWorkSheet> make_table() {
   }
   const double cells[] = {1.5, error_number(FormulaError::kRef), -3};
   for (uint32_t i = 0; i < kRecords; ++i) {
-    for (const size_t field : {0, 2, 4}) store_value(data.columns[field], i, cells[i]);
+    for (const size_t field : {0u, 2u, 4u}) store_value(data.columns[field], i, cells[i]);
     store_value(data.columns[3], i, std::string(i, 'x'));
   }
   return std::make_unique<CWorkSheet>("table", std::move(data));
