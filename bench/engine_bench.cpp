@@ -15,6 +15,7 @@
 #include "exchange/text_export.h"
 #include "exchange/text_import.h"
 #include "file/database_file.h"
+#include "formula/recalculation.h"
 #include "sample_text.h"
 
 namespace rowvane::bench {
@@ -252,6 +253,40 @@ void run_save_edited(const Arguments& arguments) {
   Figures().add("ms", ms).print();
 }
 
+// What a peer must find in the same column: the sum of its numbers, or the bytes of its texts.
+double column_sum(const Column& column) {
+  double sum = 0;
+  if (const auto* numbers = std::get_if<NumberColumn>(&column)) {
+    for (const double cell : numbers->cells) sum += is_empty_number(cell) ? 0 : cell;
+  } else {
+    const auto& texts = std::get<TextColumn>(column);
+    for (size_t i = 0; i < texts.cells.size(); ++i) sum += static_cast<double>(texts.text(i).size());
+  }
+  return sum;
+}
+
+// TEXT TYPE FORMULA: calculates a field of TYPE, number or text, for the table of TEXT.
+void run_calculate(const Arguments& arguments) {
+  Database database("bench", bench_options());
+  take_table(database, std::move(open_text(arguments[0]).table));
+  CWorkSheet& table = *database.tables().front();
+  Field field;
+  field.name = "calculated";
+  field.type = arguments[1] == "number" ? FieldType::kNumber : FieldType::kText;
+  field.formula = arguments[2];
+  const size_t index = table.field_count();
+  if (table.insert_field(index, field) != ErrorCode::kOk) fail("can't add the field");
+  Recalculation settings;
+  settings.threads = kThreads;
+  RecalculationResult result;
+  const double ms = timed_ms([&] { result = recalculate(database, settings, FormulaSettings()); });
+  if (result.error != ErrorCode::kOk || result.fields != 1) fail("can't calculate");
+  Figures figures;
+  figures.add("ms", ms).add("sum", static_cast<int64_t>(column_sum(table.column(index)) + 0.5));
+  add_content(figures, table);
+  figures.print();
+}
+
 // TEXT: records and delays without the engine.
 void run_sum(const Arguments& arguments) {
   const TextSum sum = sum_text(arguments[0]);
@@ -284,6 +319,7 @@ const std::map<std::string, Operation, std::less<>> kOperations = {
     {"make-two-tables", {2, run_make_two_tables}},
     {"save-small", {1, run_save_small}},
     {"save-edited", {2, run_save_edited}},
+    {"calculate", {3, run_calculate}},
     {"sum", {1, run_sum}},
     {"make-records", {3, run_make_records}},
     {"make-wide", {3, run_make_wide}},

@@ -2,6 +2,7 @@
 //
 //   node peers.mjs PEER open TEXT
 //   node peers.mjs PEER export TEXT TARGET
+//   node peers.mjs PEER calculate TEXT FORMULA
 //   node peers.mjs duckdb make-text PARQUET TARGET
 import { createRequire } from 'node:module';
 
@@ -15,6 +16,20 @@ async function timed(work) {
 }
 
 const quoted = (text) => `'${text.replaceAll("'", "''")}'`;
+
+// The formulas of the benchmarks, by their names, in the peers' languages.
+const sql = {
+  numbers: ['delay * 2 + distance / 3', 'sum(v)'],
+  choice: ["case when delay > 30 then 'late' else 'on time' end", 'sum(strlen(v))'],
+  join: ["origin || '-' || destination", 'sum(strlen(v))'],
+};
+
+function polarsExpression(pl, formula) {
+  const { col, lit, when, concatString } = pl;
+  if (formula === 'numbers') return col('delay').mul(2).plus(col('distance').div(3));
+  if (formula === 'choice') return when(col('delay').gt(30)).then(lit('late')).otherwise(lit('on time'));
+  return concatString([col('origin'), lit('-'), col('destination')], '');
+}
 
 async function duckdb(operation, source, target, readOptions = '') {
   const { DuckDBInstance } = require('@duckdb/node-api');
@@ -31,6 +46,13 @@ async function duckdb(operation, source, target, readOptions = '') {
     const [records, delay] = sums.getRowsJson()[0].map(Number);
     return { ms: opened.ms, records, delay };
   }
+  if (operation === 'calculate') {
+    const [expression, sum] = sql[target];
+    const { ms } = await timed(() => connection.run(`create table calculated as select ${expression} as v from flights`));
+    const sums = await connection.runAndReadAll(`select count(*), ${sum} from calculated`);
+    const [records, found] = sums.getRowsJson()[0].map(Number);
+    return { ms, records, sum: found };
+  }
   return { ms: (await timed(() => connection.run(`copy flights to ${quoted(target)} (format csv, header)`))).ms };
 }
 
@@ -38,6 +60,13 @@ async function polars(operation, source, target) {
   const pl = require('nodejs-polars');
   const { ms, result: table } = await timed(() => pl.readCSV(source));
   if (operation === 'open') return { ms, records: table.height, delay: Number(table.getColumn('delay').sum()) };
+  if (operation === 'calculate') {
+    const expression = polarsExpression(pl, target).alias('v');
+    const calculated = await timed(() => table.select(expression));
+    const column = calculated.result.getColumn('v');
+    const sum = target === 'numbers' ? column : column.str.lengths();
+    return { ms: calculated.ms, records: calculated.result.height, sum: Number(sum.sum()) };
+  }
   return { ms: (await timed(() => table.writeCSV(target))).ms };
 }
 

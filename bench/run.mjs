@@ -272,6 +272,28 @@ function protectedOperations(cipher) {
   ];
 }
 
+// A field worked out for all records.
+function calculateOperation(label, name, type, formula) {
+  let sum;
+  const contender = (who, calculate) => [who, () => {
+    const found = calculate();
+    sum ??= found.sum;
+    if (found.records !== flightsRecords || Math.abs(found.sum - sum) > 1e-9 * sum) {
+      stop(`${who}, ${label}: ${found.records} records, sum ${found.sum}, not ${sum}`);
+    }
+    return found;
+  }];
+  return {
+    name: label,
+    goal: 1.0,
+    contenders: Object.fromEntries([
+      contender('Rowvane', () => ours('calculate', flights, type, formula)),
+      contender('DuckDB', () => peer('duckdb', 'calculate', flights, name)),
+      contender('Polars', () => peer('polars', 'calculate', flights, name)),
+    ]),
+  };
+}
+
 // ---- measuring
 
 function measure(operations) {
@@ -430,6 +452,9 @@ const operations = [
   ...editOperations(),
   ...protectedOperations('Blowfish CFB'),
   ...protectedOperations('Twofish CFB'),
+  calculateOperation('calculate `=delay*2+distance/3`', 'numbers', 'number', '=delay*2+distance/3'),
+  calculateOperation('calculate `=if(delay>30,"late","on time")`', 'choice', 'text', '=if(delay>30,"late","on time")'),
+  calculateOperation('calculate `=origin&"-"&destination`', 'join', 'text', '=origin&"-"&destination'),
 ];
 const results = measure(operations);
 const parts = [machine(), timesTable(results), memoryTable(results[0].best.Rowvane), levelsTable()];

@@ -56,6 +56,8 @@ int run(int count, const char* const* arguments) {
   add_set_command(app, context);
   add_insert_command(app, context);
   add_delete_command(app, context);
+  add_eval_command(app, context);
+  add_recalc_command(app, context);
   add_compact_command(app, context);
   add_protect_command(app, context);
   add_unprotect_command(app, context);

@@ -13,6 +13,8 @@ inline constexpr int kDone = 0;
 inline constexpr int kFailed = 1;
 inline constexpr int kWrongArguments = 2;
 
+inline constexpr std::string_view kInvalidFormula = "Invalid formula!";
+
 // Each prints one line, "rvb: ..." (line ends within a text become blanks), and answers kFailed.
 int fail(ErrorCode error);
 int fail(MessageId message);

@@ -35,6 +35,7 @@ int Session::open_or_create(const std::string& path, const TextOptions& text) {
   database_ = std::make_unique<Database>(platform::file_stem(path), options_);
   file_ = std::make_unique<DatabaseFile>(*database_);
   database_->set_file(path, FileFormat::kNative);
+  attach_formulas();
   is_new_ = true;
   return kDone;
 }
@@ -47,7 +48,13 @@ int Session::adopt(OpenedDatabase opened) {
   warn(opened.notices);
   database_ = std::move(opened.database);
   file_ = std::move(opened.file);
+  attach_formulas();
   return kDone;
+}
+
+void Session::attach_formulas() {
+  formulas_ = std::make_unique<FormulaHooks>(*database_, FormulaSettings(), options_.used_processor_cores);
+  database_->set_hooks(formulas_.get());
 }
 
 CWorkSheet* Session::take_table(std::vector<std::string>& arguments) {

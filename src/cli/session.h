@@ -10,6 +10,7 @@
 #include "cli/terminal_questions.h"
 #include "cli/text_options.h"
 #include "file/document.h"
+#include "formula/formula_hooks.h"
 
 namespace rowvane::cli {
 
@@ -54,12 +55,15 @@ class Session {
 
  private:
   int adopt(OpenedDatabase opened);
+  // Validation and the update of calculated fields begin.
+  void attach_formulas();
   bool is_to_be_converted(const SaveOptions& save);
 
   GlobalOptions global_;
   Options options_;
   TerminalQuestions questions_;
   TerminalProgress progress_;
+  std::unique_ptr<FormulaHooks> formulas_;  // of the database, which goes first
   std::unique_ptr<Database> database_;
   std::unique_ptr<DatabaseFile> file_;
   bool is_new_ = false;

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <string>
 
 #include "core/cell_value.h"
@@ -18,6 +20,21 @@ class FieldHooks {
   // Called only for fields that have one.
   virtual bool accepts(const CWorkSheet& table, uint32_t record, size_t field,
                        const CellValue& value) const = 0;
+
+  // Called inside the undo step of a change to TABLE, after it, so that what the hook changes belongs to the
+  // step: new values in FIELD (nothing: in all fields) at the 0-based POSITIONS. No positions: records were
+  // deleted.
+  virtual void values_changed(CWorkSheet& table, std::optional<size_t> field,
+                              std::span<const uint32_t> positions) const {
+    (void)table;
+    (void)field;
+    (void)positions;
+  }
+  // The same for a field whose formula is new.
+  virtual void formula_changed(CWorkSheet& table, size_t field) const {
+    (void)table;
+    (void)field;
+  }
 
   // NUMBER as the display format code FORMAT shows it. Called only for fields that have one.
   virtual std::string format_number(const std::string& format, double number) const = 0;

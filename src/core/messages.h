@@ -85,6 +85,14 @@ inline constexpr std::string_view kZip32Limits =
     "party\nzip archivers may use their own zip64 format variants\nso if for any reasons you need to edit "
     "such files without\nRowvane you should make sure the data exchange is possible.\n\nContinue?";
 
+inline constexpr std::string_view kInvalidFormula = "  Invalid formula!  ";
+inline constexpr std::string_view kAutomaticUpdateMode =
+    "This will switch to the automatic update mode for calculated fields.\n\nContinue?";
+inline constexpr std::string_view kManualUpdateMode =
+    "This will switch to the manual (F9) update mode for calculated fields.\n\nContinue?";
+inline constexpr std::string_view kDisplayedUpdateSlow =
+    "Updating all formulas in all displayed records may take a long time. Continue?";
+
 }  // namespace texts
 
 }  // namespace rowvane

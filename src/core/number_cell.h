@@ -13,9 +13,11 @@
 
 namespace rowvane {
 
-// The values that a failed formula has. Multiples of 32.
+// The values that a failed formula has. Multiples of 32, but for the one that only lookups answer and that
+// formulas can't be written with.
 enum class FormulaError : uint8_t {
   kNone = 0,
+  kNotAvailable = 16,
   kValue = 32,
   kName = 64,
   kRef = 96,

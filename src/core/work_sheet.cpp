@@ -123,6 +123,15 @@ void CWorkSheet::apply(std::unique_ptr<Change> change) {
   if (database_ != nullptr) database_->record(std::move(change), this);
 }
 
+template <typename Tell>
+void CWorkSheet::apply_and_tell(std::unique_ptr<Change> change, const Tell& tell) {
+  const FieldHooks* hooks = database_ != nullptr ? database_->hooks() : nullptr;
+  if (hooks == nullptr) return apply(std::move(change));
+  const ChangeGroup group(*database_, {});
+  apply(std::move(change));
+  tell(*hooks);
+}
+
 ErrorCode CWorkSheet::check_editable_field(size_t field) const {
   if (field >= field_count()) return ErrorCode::kInvalidCacheIndex;
   return data_.fields[field].encrypted ? ErrorCode::kEncryptedField : ErrorCode::kOk;
@@ -140,7 +149,11 @@ ErrorCode CWorkSheet::insert_field(size_t index, Field field) {
   if (record_bytes(field_count() + 1) > kMaxRecordBytes) return ErrorCode::kRecordSize;
   Column column = make_column(field.type);
   resize_column(column, record_count());
-  apply(std::make_unique<FieldPresenceChange>(*this, index, std::move(field), std::move(column)));
+  const bool calculated = !field.formula.empty();
+  auto change = std::make_unique<FieldPresenceChange>(*this, index, std::move(field), std::move(column));
+  apply_and_tell(std::move(change), [&](const FieldHooks& hooks) {
+    if (calculated) hooks.formula_changed(*this, index);
+  });
   return ErrorCode::kOk;
 }
 
@@ -174,8 +187,31 @@ ErrorCode CWorkSheet::change_field(size_t index, Field definition) {
   definition.encrypted = present.encrypted;
   definition.encryption = present.encryption;
   if (definition == present) return ErrorCode::kOk;
-  apply(std::make_unique<FieldChange>(*this, index, std::move(definition)));
+  const bool new_formula = definition.formula != present.formula;
+  apply_and_tell(std::make_unique<FieldChange>(*this, index, std::move(definition)),
+                 [&](const FieldHooks& hooks) {
+                   if (new_formula) hooks.formula_changed(*this, index);
+                 });
   return ErrorCode::kOk;
+}
+
+ErrorCode CWorkSheet::store_results(size_t field, std::vector<uint32_t> positions, Column cells) {
+  if (field >= field_count() || column_size(cells) != positions.size()) return ErrorCode::kInvalidCacheIndex;
+  if (cells.index() != data_.columns[field].index()) return ErrorCode::kFieldTypeMismatch;
+  const auto is_missing = [this](uint32_t position) { return position >= record_count(); };
+  if (std::ranges::any_of(positions, is_missing)) return ErrorCode::kInvalidCacheIndex;
+  if (!positions.empty()) {
+    apply(std::make_unique<CellsChange>(*this, field, std::move(positions), std::move(cells)));
+  }
+  return ErrorCode::kOk;
+}
+
+void CWorkSheet::store_outcomes(std::span<const RecordFlags> outcomes) {
+  if (data_.flags.empty()) data_.flags.resize(data_.record_count, RecordFlags{0});
+  for (size_t i = 0; i < data_.flags.size() && i < outcomes.size(); ++i) {
+    const unsigned kept = data_.flags[i] & ~static_cast<unsigned>(kOutcomeMask);
+    data_.flags[i] = static_cast<RecordFlags>(kept | (outcomes[i] & static_cast<unsigned>(kOutcomeMask)));
+  }
 }
 
 ErrorCode CWorkSheet::replace_column(size_t index, Field definition, Column column) {
@@ -210,7 +246,9 @@ ErrorCode CWorkSheet::set_value(uint32_t record, size_t field, const CellValue& 
   Column cell = make_column(data_.fields[field].type);
   resize_column(cell, 1);
   store_value(cell, 0, value);
-  apply(std::make_unique<CellsChange>(*this, field, std::vector<uint32_t>{record - 1}, std::move(cell)));
+  const std::vector<uint32_t> position{record - 1};
+  apply_and_tell(std::make_unique<CellsChange>(*this, field, position, std::move(cell)),
+                 [&](const FieldHooks& hooks) { hooks.values_changed(*this, field, position); });
   return ErrorCode::kOk;
 }
 
@@ -223,7 +261,8 @@ ErrorCode CWorkSheet::insert_records(uint32_t before, uint32_t count) {
   std::iota(positions.begin(), positions.end(), before - 1);
   std::vector<Column> cells;
   for (const Field& field : data_.fields) cells.push_back(default_cells(field, count));
-  apply(std::make_unique<RecordsChange>(*this, std::move(positions), std::move(cells)));
+  apply_and_tell(std::make_unique<RecordsChange>(*this, positions, std::move(cells)),
+                 [&](const FieldHooks& hooks) { hooks.values_changed(*this, std::nullopt, positions); });
   return ErrorCode::kOk;
 }
 
@@ -233,7 +272,9 @@ ErrorCode CWorkSheet::delete_records(std::span<const uint32_t> positions) {
   if (!ascending || (!positions.empty() && positions.back() >= record_count()))
     return ErrorCode::kInvalidCacheIndex;
   if (positions.empty()) return ErrorCode::kOk;
-  apply(std::make_unique<RecordsChange>(*this, std::vector<uint32_t>(positions.begin(), positions.end())));
+  apply_and_tell(
+      std::make_unique<RecordsChange>(*this, std::vector<uint32_t>(positions.begin(), positions.end())),
+      [&](const FieldHooks& hooks) { hooks.values_changed(*this, std::nullopt, {}); });
   return ErrorCode::kOk;
 }
 

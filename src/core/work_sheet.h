@@ -71,6 +71,13 @@ class CWorkSheet {
   // column must be of the kind that TYPE has and of record_count() cells.
   ErrorCode replace_column(size_t index, Field definition, Column column);
 
+  // Stores what a calculated field's formula gave for the records at these 0-based positions: CELLS, of the
+  // field's kind, hold the values in their order. No rule for entered values is checked.
+  ErrorCode store_results(size_t field, std::vector<uint32_t> positions, Column cells);
+  // Keeps the outcome of a per-record pass in the flag words of all records. Not a change: nothing that the
+  // stored form shows differs.
+  void store_outcomes(std::span<const RecordFlags> outcomes);
+
   // kFieldTypeMismatch when VALUE is not of the field's kind or an infinite number, kOutputTooLong for a text
   // of more than 8169 characters, kTooManyContainerObjects, kInvalidUtf8, kValidation.
   ErrorCode set_value(uint32_t record, size_t field, const CellValue& value);
@@ -98,6 +105,9 @@ class CWorkSheet {
   ErrorCode check_editable_field(size_t field) const;
   ErrorCode check_new_name(std::string_view name, std::optional<size_t> own_index) const;
   void apply(std::unique_ptr<Change> change);
+  // Applies CHANGE and, as part of the same undo step, what TELL makes the hooks do.
+  template <typename Tell>
+  void apply_and_tell(std::unique_ptr<Change> change, const Tell& tell);
   void touch();
 
   std::string name_;

@@ -15,4 +15,7 @@ bool is_mark(char32_t character);
 // sequences stay as they are.
 std::string fold_case(std::string_view text);
 
+// The UTF-8 TEXT in capitals, by the rules that hold in every language. Broken sequences stay as they are.
+std::string upper_case(std::string_view text);
+
 }  // namespace rowvane::platform

@@ -241,5 +241,42 @@ TEST_F(CommandTest, AProfileThatCanNotBeReadIsAnError) {
   }
 }
 
+TEST_F(CommandTest, EvalPrintsTheValueOfAFormula) {
+  const std::string shop = make_shop();
+  EXPECT_EQ(output({"eval", "=0.1+0.2"}), "0.3\n");
+  EXPECT_EQ(output({"--json", "eval", "=0.1+0.2"}), "0.30000000000000004\n");
+  EXPECT_EQ(output({"eval", "={1,2;\"a\",#REF!}"}), "1\t2\na\t#REF!\n");
+  EXPECT_EQ(output({"--json", "eval", "={1,2;\"a\",#REF!}"}), "[[1, 2], [\"a\", {\"error\": \"#REF!\"}]]\n");
+  EXPECT_EQ(output({"eval", "=Name&\": \"&Price*2", shop, "fruit", "2"}), "pear, green: 4\n");
+  EXPECT_EQ(output({"eval", "=sum(\"sales/orders\"!Pieces)", shop, "fruit"}), "3\n");
+  EXPECT_EQ(output({"--json", "eval", "=Price", shop, "fruit", "3"}), "null\n");
+  EXPECT_EQ(output({"eval", "=1/0"}), "#VALUE!\n");
+  const Outcome wrong = rvb({"eval", "=1+"});
+  EXPECT_EQ(wrong.status, 1);
+  EXPECT_EQ(wrong.err, "rvb: Invalid formula!\n");
+  EXPECT_THAT(rvb({"eval", "=1", shop, "fruit", "4"}).err, HasSubstr("no record 4"));
+}
+
+TEST_F(CommandTest, CalculatedFieldsFollowEdits) {
+  const std::string shop = make_shop();
+  output({"field", shop, "fruit", "add", "Gross", "--type", "number", "--formula", "=Price*2"});
+  EXPECT_EQ(output({"show", shop, "fruit", "--fields", "Gross", "--format", "csv"}),
+            "Gross\r\n3\r\n4\r\n0\r\n");
+  output({"set", shop, "fruit", "1", "Price=10"});
+  EXPECT_EQ(output({"show", shop, "fruit", "--fields", "Gross", "--format", "csv"}),
+            "Gross\r\n20\r\n4\r\n0\r\n");
+  EXPECT_THAT(output({"info", shop, "fruit"}), HasSubstr("Gross  [Number]  =Price*2"));
+  const std::string before = read("shop.rvb");
+  EXPECT_EQ(output({"recalc", shop}), "1 field calculated\n");
+  EXPECT_EQ(read("shop.rvb"), before) << "nothing was out of date";
+  output({"field", shop, "fruit", "change", "Price", "--validation", "=Price>1"});
+  EXPECT_THAT(rvb({"set", shop, "fruit", "1", "Price=1"}).err, HasSubstr("error 132"));
+  EXPECT_EQ(rvb({"field", shop, "fruit", "add", "Bad", "--formula", "=1+"}).err, "rvb: Invalid formula!\n");
+  EXPECT_THAT(rvb({"field", shop, "fruit", "change", "Price", "--formula", "=Gross"}).err,
+              HasSubstr("Price -> Gross -> Price"));
+  EXPECT_EQ(rvb({"field", shop, "fruit", "add", "Memo", "--type", "longtext", "--formula", "=1"}).status, 1);
+  EXPECT_EQ(rvb({"recalc", shop, "nosuch"}).status, 1);
+}
+
 }  // namespace
 }  // namespace rowvane::cli

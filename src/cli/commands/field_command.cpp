@@ -17,6 +17,8 @@ struct FieldArguments {
   std::vector<std::string> words;  // [TABLE] ACTION NAME [NEW NAME]
   std::string type;
   std::optional<std::string> default_value;
+  std::optional<std::string> formula;
+  std::optional<std::string> validation;
   SaveOptions save;
   TextOptions text;
 };
@@ -48,6 +50,32 @@ int done(ErrorCode error) {
   return error == ErrorCode::kOk ? kDone : fail(error);
 }
 
+// FORMULA as the field definition stores it, into STORED.
+int read_formula(const CWorkSheet& table, const std::optional<std::string>& formula, std::string& stored) {
+  if (!formula) return kDone;
+  const FormulaEntry entry = check_formula_entry(*formula);
+  if (entry.warning) warn(texts::kEntryTruncated);
+  if (!entry.text.empty() && !is_valid_formula(entry.text, &table, FormulaSettings()))
+    return fail(kInvalidFormula);
+  stored = entry.text;
+  return kDone;
+}
+
+int read_formulas(const CWorkSheet& table, const FieldArguments& arguments, Field& field) {
+  if (const int status = read_formula(table, arguments.formula, field.formula); status != kDone)
+    return status;
+  if (!field.formula.empty() && !can_be_calculated(field))
+    return fail("only Text and Number fields can be calculated");
+  return read_formula(table, arguments.validation, field.validation);
+}
+
+// Formulas that need each other's results are refused before anything is saved.
+int check_circles(Session& session) {
+  const RecalculationCheck check =
+      check_recalculation(session.database(), Recalculation(), FormulaSettings());
+  return check.refusal.empty() ? kDone : fail(check.refusal);
+}
+
 int add_field(CWorkSheet& table, const FieldArguments& arguments, const std::string& name) {
   if (const int status = check_name(table, name, std::nullopt); status != kDone) return status;
   const NamedType& type = named_type(arguments.type.empty() ? "text" : arguments.type);
@@ -57,6 +85,7 @@ int add_field(CWorkSheet& table, const FieldArguments& arguments, const std::str
   field.link = type.link;
   field.default_value = arguments.default_value.value_or("");
   field.position = static_cast<uint16_t>(table.field_count());
+  if (const int status = read_formulas(table, arguments, field); status != kDone) return status;
   return done(table.insert_field(table.field_count(), std::move(field)));
 }
 
@@ -82,6 +111,7 @@ int change_field(Session& session, CWorkSheet& table, const FieldArguments& argu
   }
   Field definition = table.field(index);
   if (arguments.default_value) definition.default_value = *arguments.default_value;
+  if (const int status = read_formulas(table, arguments, definition); status != kDone) return status;
   return done(table.change_field(index, std::move(definition)));
 }
 
@@ -110,7 +140,8 @@ int run_field(const GlobalOptions& global, FieldArguments& arguments) {
   if (const int status = session.open(arguments.database, arguments.text); status != kDone) return status;
   CWorkSheet* table = session.take_table(arguments.words);
   if (table == nullptr) return kFailed;
-  const int status = run_action(session, *table, arguments);
+  int status = run_action(session, *table, arguments);
+  if (status == kDone && arguments.formula) status = check_circles(session);
   return status == kDone ? session.save(arguments.save) : status;
 }
 
@@ -120,7 +151,9 @@ void add_field_command(CLI::App& app, CommandContext& context) {
   auto arguments = std::make_shared<FieldArguments>();
   CLI::App* command = app.add_subcommand("field", "Add, change, rename or delete a field");
   command->footer(
-      "Examples:\n  rvb field shop.rvb products add Weight --type number\n  rvb field shop.rvb products "
+      "Examples:\n  rvb field shop.rvb products add Weight --type number\n  rvb field "
+      "shop.rvb 'sales/order lines' add Total --type number --formula '=Quantity*Unit price'\n  rvb field "
+      "shop.rvb products "
       "change Notes --type longtext\n  rvb field shop.rvb products rename Name Title\n  rvb field shop.rvb "
       "products delete Weight");
   command->add_option("DATABASE", arguments->database, "Database, or any file with tables (needs -o)")
@@ -132,6 +165,9 @@ void add_field_command(CLI::App& app, CommandContext& context) {
   command->add_option("--type", arguments->type, "text, link, number, longtext, files or code")
       ->check(CLI::IsMember({"text", "link", "number", "longtext", "files", "code"}));
   command->add_option("--default", arguments->default_value, "Value that new records get");
+  command->add_option("--formula", arguments->formula, "Formula that calculates the values; empty: none");
+  command->add_option("--validation", arguments->validation,
+                      "Formula that entered values must satisfy; empty: none");
   arguments->save.add_to(*command);
   arguments->text.add_to(*command, true);
   command->callback([&context, arguments] {

@@ -81,7 +81,7 @@ void print_field(const Field& field) {
   Field plain = field;
   plain.type = plain_type(field);
   std::string line = "  " + field_list_text(plain);
-  if (!field.formula.empty()) line += "  = " + field.formula;
+  if (!field.formula.empty()) line += "  " + field.formula;
   if (!field.default_value.empty()) line += "  default " + field.default_value;
   if (!field.format.empty()) line += "  format " + field.format;
   if (!field.validation.empty()) line += "  valid when " + field.validation;

@@ -40,4 +40,13 @@ std::string fold_case(std::string_view text) {
   return folded;
 }
 
+std::string upper_case(std::string_view text) {
+  std::string capitals;
+  icu::StringByteSink<std::string> sink(&capitals);
+  UErrorCode error = U_ZERO_ERROR;
+  icu::CaseMap::utf8ToUpper("", 0, icu::StringPiece(text.data(), static_cast<int32_t>(text.size())), sink,
+                            nullptr, error);
+  return capitals;
+}
+
 }  // namespace rowvane::platform

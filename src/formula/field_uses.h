@@ -1,0 +1,22 @@
+// Which fields a formula reads.
+#pragma once
+
+#include <vector>
+
+#include "formula/formula_program.h"
+
+namespace rowvane {
+
+struct FieldUse {
+  const CWorkSheet* table = nullptr;
+  uint16_t field = 0;
+  bool all_records = false;  // otherwise of the formula's own record
+
+  bool operator==(const FieldUse&) const = default;
+};
+
+// The fields that PROGRAM names, each once. Tables that are named by a text that the formula itself makes are
+// not among them.
+std::vector<FieldUse> fields_used_by(const FormulaProgram& program);
+
+}  // namespace rowvane

@@ -1,0 +1,46 @@
+// What formulas do for the data model: validation, and the automatic update of calculated fields.
+#pragma once
+
+#include "core/field_hooks.h"
+#include "formula/recalculation.h"
+
+namespace rowvane {
+
+// Serves one database.
+class FormulaHooks final : public FieldHooks {
+ public:
+  FormulaHooks(Database& database, FormulaSettings settings, int threads)
+      : database_(database), settings_(std::move(settings)), threads_(threads) {}
+
+  UpdateMode update_mode() const { return update_mode_; }
+  // Asks nothing and calculates nothing: see update_mode_question and recalculate.
+  void set_update_mode(UpdateMode mode) { update_mode_ = mode; }
+  const FormulaSettings& settings() const { return settings_; }
+
+  // The formula sees VALUE in the field; it is satisfied by a number other than 0.
+  bool accepts(const CWorkSheet& table, uint32_t record, size_t field, const CellValue& value) const override;
+  void values_changed(CWorkSheet& table, std::optional<size_t> field,
+                      std::span<const uint32_t> positions) const override;
+  void formula_changed(CWorkSheet& table, size_t field) const override;
+  std::string format_number(const std::string& format, double number) const override;
+
+ private:
+  Database& database_;
+  FormulaSettings settings_;
+  int threads_;
+  UpdateMode update_mode_ = UpdateMode::kAutomatic;
+};
+
+// FORMULA as it was typed, cut to what a formula may hold; `warning`: texts::kEntryTruncated is to be shown.
+struct FormulaEntry {
+  std::string text;
+  bool warning = false;
+};
+FormulaEntry check_formula_entry(std::string_view formula);
+
+// True when FORMULA can be read. TABLE's fields are its names; null for none. Unknown names and errors among
+// the values make no formula invalid.
+bool is_valid_formula(std::string_view formula, const CWorkSheet* table, const FormulaSettings& settings,
+                      SeparatorSet set = SeparatorSet::kGeneric);
+
+}  // namespace rowvane

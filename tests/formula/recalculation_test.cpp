@@ -1,0 +1,268 @@
+#include "formula/recalculation.h"
+
+#include <gtest/gtest.h>
+
+#include "core/messages.h"
+#include "formula/formula_hooks.h"
+#include "sample_formula_tables.h"
+
+namespace rowvane {
+namespace {
+
+constexpr auto kNumber = FieldType::kNumber;
+constexpr auto kText = FieldType::kText;
+
+class Calculated : public testing::Test {
+ protected:
+  Calculated() {
+    table_ = add_sample_table(database_, "", "lines",
+                              {sample_field("Price", kNumber), sample_field("Name", kText)});
+    require(table_->insert_records(1, 3));
+    for (uint32_t record = 1; record <= 3; ++record) {
+      require(table_->set_value(record, 0, 10.0 * record));
+      require(table_->set_value(record, 1, "name " + std::to_string(record)));
+    }
+  }
+  ~Calculated() override { database_.set_hooks(nullptr); }
+
+  void attach() { database_.set_hooks(&hooks_); }
+  void add(const std::string& name, FieldType type, const std::string& formula, CWorkSheet* table = nullptr) {
+    CWorkSheet& target = table != nullptr ? *table : *table_;
+    Field field = sample_field(name, type);
+    field.formula = formula;
+    require(target.insert_field(target.field_count(), field));
+  }
+  std::string text(const std::string& field, uint32_t record, CWorkSheet* table = nullptr) {
+    const CWorkSheet& source = table != nullptr ? *table : *table_;
+    return source.value_text(record, *source.find_field(field));
+  }
+  RecalculationResult run(const Recalculation& settings = {}) {
+    return recalculate(database_, settings, formulas_);
+  }
+
+  const FormulaSettings formulas_;
+  Database database_;
+  FormulaHooks hooks_{database_, formulas_, 2};
+  CWorkSheet* table_;
+};
+
+TEST_F(Calculated, EachFieldBehindThoseItReads) {
+  add("Gross", kNumber, "=Net*1.2");
+  add("Label", kText, "=Name&\": \"&Gross");
+  add("Net", kNumber, "=Price-1");
+  const auto result = run();
+  EXPECT_EQ(result.error, ErrorCode::kOk);
+  EXPECT_EQ(result.fields, 3U);
+  EXPECT_EQ(text("Gross", 2), "22.8");
+  EXPECT_EQ(text("Label", 3), "name 3: 34.8");
+  ASSERT_TRUE(database_.undo()) << "one step";
+  EXPECT_EQ(text("Label", 3), "");
+  EXPECT_EQ(text("Net", 3), "");
+  ASSERT_TRUE(database_.redo());
+  EXPECT_EQ(text("Label", 1), "name 1: 10.8");
+  database_.mark_saved();
+  EXPECT_EQ(run().fields, 3U);
+  EXPECT_FALSE(database_.is_modified()) << "nothing was out of date";
+}
+
+TEST_F(Calculated, WhatFieldsStore) {
+  add("NumberOfText", kNumber, "=\"12\"");
+  add("NumberOfWord", kNumber, "=Name");
+  add("NumberOfNothing", kNumber, "=\"\"");
+  add("TextOfNumber", kText, "=0.1+0.2");
+  add("TextOfError", kText, "=1/0");
+  add("NumberOfError", kNumber, "=na()");
+  add("Broken", kText, "=1+");
+  add("BrokenNumber", kNumber, "=(");
+  add("First", kNumber, "={7,8}");
+  add("Long", kText, "=left(\"" + std::string(8100, 'x') + "\",9000)&\"" + std::string(100, 'y') + "\"");
+  run();
+  EXPECT_EQ(text("NumberOfText", 1), "12");
+  EXPECT_EQ(text("NumberOfWord", 1), "#VALUE!");
+  EXPECT_EQ(text("NumberOfNothing", 1), "");
+  EXPECT_EQ(text("TextOfNumber", 1), "0.3");
+  EXPECT_EQ(text("TextOfError", 2), "#VALUE!");
+  EXPECT_EQ(text("NumberOfError", 2), "#N/A!");
+  EXPECT_EQ(text("Broken", 3), "#SYNTAX!");
+  EXPECT_EQ(text("BrokenNumber", 3), "#SYNTAX!");
+  EXPECT_EQ(text("First", 3), "7");
+  EXPECT_EQ(text("Long", 1).size(), 8169U);
+}
+
+TEST_F(Calculated, ErrorsTravelThroughCalculatedTexts) {
+  add("Half", kText, "=if(Price>15,Price/0,\"fine\")");
+  add("Whole", kText, "=Half&\"!\"");
+  run();
+  EXPECT_EQ(text("Whole", 1), "fine!");
+  EXPECT_EQ(text("Whole", 2), "#VALUE!");
+  EXPECT_EQ(table_->flags(1) & kOutcomeMask, 0);
+  EXPECT_EQ(table_->flags(2) & kOutcomeMask, 32 << 1);
+}
+
+TEST_F(Calculated, CirclesAreRefused) {
+  add("a", kNumber, "=b+1");
+  add("b", kNumber, "=c+1");
+  add("c", kNumber, "=Price+a");
+  const auto check = check_recalculation(database_, {}, formulas_);
+  EXPECT_NE(check.refusal.find("a -> b -> c -> a"), std::string::npos) << check.refusal;
+  attach();
+  EXPECT_EQ(table_->set_value(1, 0, 5.0), ErrorCode::kOk) << "editing goes on";
+  Field alone = table_->field(*table_->find_field("c"));
+  alone.formula = "=c";
+  require(table_->change_field(*table_->find_field("c"), alone));
+  EXPECT_NE(check_recalculation(database_, {}, formulas_).refusal.find("c -> c"), std::string::npos);
+}
+
+TEST_F(Calculated, QuestionsAndWrongSettings) {
+  Recalculation settings;
+  settings.table = table_;
+  settings.displayed = std::vector<uint32_t>{0};
+  EXPECT_EQ(check_recalculation(database_, settings, formulas_).question,
+            "Updating all formulas in all displayed records may take a long time. Continue?");
+  EXPECT_EQ(update_mode_question(UpdateMode::kManual),
+            "This will switch to the manual (F9) update mode for calculated fields.\n\nContinue?");
+  EXPECT_EQ(update_mode_question(UpdateMode::kAutomatic),
+            "This will switch to the automatic update mode for calculated fields.\n\nContinue?");
+  settings.field = 99;
+  EXPECT_FALSE(check_recalculation(database_, settings, formulas_).refusal.empty());
+}
+
+TEST_F(Calculated, DisplayedAndSkippedRecords) {
+  add("Twice", kNumber, "=Price*2");
+  add("Again", kText, "=Twice&\"\"");
+  Recalculation settings;
+  settings.table = table_;
+  settings.displayed = std::vector<uint32_t>{0, 2};
+  recalculate(database_, settings, formulas_);
+  EXPECT_EQ(text("Twice", 1), "20");
+  EXPECT_EQ(text("Twice", 2), "");
+  EXPECT_EQ(text("Again", 3), "60");
+  TableData data = table_->data();
+  data.flags = {0, kSkippedFlag, 0};
+  auto copy = std::make_unique<CWorkSheet>("skipping", std::move(data));
+  CWorkSheet* skipping = copy.get();
+  require(database_.add_table(database_.root(), copy));
+  require(skipping->set_value(3, 0, 100.0));
+  run();
+  EXPECT_EQ(text("Twice", 2, skipping), "") << "a skipped record keeps its value";
+  EXPECT_EQ(text("Again", 2, skipping), "");
+  EXPECT_EQ(text("Again", 3, skipping), "200");
+}
+
+class StopAtOnce final : public Progress {
+ public:
+  bool cancelled() const override { return true; }
+};
+
+TEST_F(Calculated, CancelledChangesNothing) {
+  add("Twice", kNumber, "=Price*2");
+  database_.mark_saved();
+  StopAtOnce progress;
+  const auto result = recalculate(database_, {}, formulas_, progress);
+  EXPECT_TRUE(result.cancelled);
+  EXPECT_EQ(text("Twice", 1), "");
+  EXPECT_FALSE(database_.is_modified());
+}
+
+TEST_F(Calculated, AutomaticModeFollowsEdits) {
+  attach();
+  add("Twice", kNumber, "=Price*2");
+  EXPECT_EQ(text("Twice", 2), "40") << "a new formula is worked out";
+  add("Share", kNumber, "=Price/sum(lines!Price)");
+  add("Four", kNumber, "=Twice*2");
+  require(table_->set_value(1, 0, 40.0));
+  EXPECT_EQ(text("Four", 1), "160");
+  EXPECT_EQ(text("Share", 2), number_to_text(20.0 / 90)) << "what reads all records follows in all of them";
+  ASSERT_TRUE(database_.undo());
+  EXPECT_EQ(text("Price", 1), "10");
+  EXPECT_EQ(text("Four", 1), "40") << "the results belong to the edit's step";
+  require(table_->insert_records(4, 1));
+  EXPECT_EQ(text("Twice", 4), "0");
+  const uint32_t first = 0;
+  require(table_->delete_records({&first, 1}));
+  EXPECT_EQ(text("Share", 1), number_to_text(20.0 / 50));
+  Field changed = table_->field(*table_->find_field("Twice"));
+  changed.formula = "=Price*3";
+  require(table_->change_field(*table_->find_field("Twice"), changed));
+  EXPECT_EQ(text("Four", 1), "120");
+}
+
+TEST_F(Calculated, ManualModeWaits) {
+  attach();
+  hooks_.set_update_mode(UpdateMode::kManual);
+  add("Twice", kNumber, "=Price*2");
+  EXPECT_EQ(text("Twice", 1), "");
+  run();
+  require(table_->set_value(1, 0, 1.0));
+  EXPECT_EQ(text("Twice", 1), "20");
+  run();
+  EXPECT_EQ(text("Twice", 1), "2");
+}
+
+TEST_F(Calculated, AcrossTables) {
+  CWorkSheet* totals = add_sample_table(database_, "sums", "totals", {sample_field("Dummy", kText)});
+  require(totals->insert_records(1, 1));
+  attach();
+  // "Total" is a field of both tables: naming it behind a table is no circle.
+  add("Total", kNumber, "=sum(lines!Total)", totals);
+  add("Total", kNumber, "=Price*2");
+  EXPECT_EQ(check_recalculation(database_, {}, formulas_).refusal, "");
+  EXPECT_EQ(text("Total", 1, totals), "120");
+  require(table_->set_value(3, 0, 31.0));
+  EXPECT_EQ(text("Total", 1, totals), "122");
+}
+
+TEST_F(Calculated, Validation) {
+  attach();
+  Field field = table_->field(0);
+  field.validation = "=if(isblank(Price),1,(Price>0)*(Price<100))";
+  require(table_->change_field(0, field));
+  EXPECT_EQ(table_->set_value(1, 0, 50.0), ErrorCode::kOk);
+  EXPECT_EQ(table_->set_value(1, 0, 100.0), ErrorCode::kValidation);
+  EXPECT_EQ(table_->set_value(1, 0, {}), ErrorCode::kOk);
+  EXPECT_EQ(text("Price", 1), "");
+  field = table_->field(1);
+  field.validation = "=left(Name,4)=\"name\"";
+  require(table_->change_field(1, field));
+  EXPECT_EQ(table_->set_value(1, 1, "nobody"), ErrorCode::kValidation);
+  EXPECT_EQ(table_->set_value(1, 1, "Names"), ErrorCode::kOk);
+  field.validation = "=1/0";
+  require(table_->change_field(1, field));
+  EXPECT_EQ(table_->set_value(1, 1, "name"), ErrorCode::kValidation);
+}
+
+TEST_F(Calculated, TextsOfManyThreads) {
+  CWorkSheet* many =
+      add_sample_table(database_, "", "many", {sample_field("n", kNumber), sample_field("t", kText)});
+  require(many->insert_records(1, 50'000));
+  Column numbers = many->column(0);
+  for (uint32_t i = 0; i < 50'000; ++i) std::get<NumberColumn>(numbers).cells[i] = i;
+  require(many->replace_column(0, many->field(0), std::move(numbers)));
+  add("Different", kText, "=\"no \"&n", many);
+  add("Few", kText, "=if(n>25000,\"high\",\"low\")", many);
+  add("Mixed", kText, "=left(n,2)&Few", many);
+  Recalculation settings;
+  for (const int threads : {1, 2, 5, 16}) {
+    settings.threads = threads;
+    ASSERT_EQ(run(settings).fields, 3U);
+    for (const uint32_t record : {1U, 25'001U, 25'002U, 31'234U, 50'000U}) {
+      EXPECT_EQ(text("Different", record, many), "no " + std::to_string(record - 1));
+      EXPECT_EQ(text("Few", record, many), record > 25'001 ? "high" : "low");
+      EXPECT_EQ(text("Mixed", record, many),
+                std::to_string(record - 1).substr(0, 2) + (record > 25'001 ? "high" : "low"));
+    }
+    ASSERT_TRUE(database_.undo());
+  }
+}
+
+TEST(FormulaText, EntryIsCut) {
+  const std::string longest = "=" + std::string(8164, '1');
+  EXPECT_EQ(check_formula_entry(longest).text, longest);
+  EXPECT_FALSE(check_formula_entry(longest).warning);
+  EXPECT_EQ(check_formula_entry(longest + "2").text, longest);
+  EXPECT_TRUE(check_formula_entry(longest + "2").warning);
+  EXPECT_EQ(check_formula_entry(longest.substr(1) + "€").text, longest.substr(1)) << "no character is halved";
+}
+
+}  // namespace
+}  // namespace rowvane
