@@ -24,5 +24,11 @@ TEST(Characters, FoldingMakesCasesEqual) {
   EXPECT_EQ(fold_case("ÄB\xFF"), "äb\xFF");
 }
 
+TEST(Characters, CapitalsOfAnyScript) {
+  EXPECT_EQ(upper_case("Straße, ﬁn ñandú"), "STRASSE, FIN ÑANDÚ");
+  EXPECT_EQ(upper_case("σίσυφος при"), "ΣΊΣΥΦΟΣ ПРИ");
+  EXPECT_EQ(upper_case("äb\xFF"), "ÄB\xFF");
+}
+
 }  // namespace
 }  // namespace rowvane::platform

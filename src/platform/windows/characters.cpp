@@ -1,7 +1,7 @@
 #include "platform/characters.h"
 
 #include <algorithm>
-#include <iterator>
+#include <span>
 
 #include <windows.h>
 
@@ -35,37 +35,43 @@ constexpr Folding kFoldings[] = {
     {0x1E9B, "ṡ"},       {0x1E9E, "ss"},  {0x1FBE, "ι"},       {0xFB00, "ff"},      {0xFB01, "fi"},
     {0xFB02, "fl"},      {0xFB03, "ffi"}, {0xFB04, "ffl"},     {0xFB05, "st"},      {0xFB06, "st"}};
 
+// The same for capitals.
+constexpr Folding kCapitals[] = {{0x00DF, "SS"},  {0x0149, "\u02BCN"}, {0x01F0, "J\u030C"}, {0x0587, "ԵՒ"},
+                                 {0xFB00, "FF"},  {0xFB01, "FI"},      {0xFB02, "FL"},      {0xFB03, "FFI"},
+                                 {0xFB04, "FFL"}, {0xFB05, "ST"},      {0xFB06, "ST"}};
+
 WORD kind_of(char32_t character, DWORD which) {
   const auto wide = static_cast<wchar_t>(character);
   WORD kind = 0;
   return ::GetStringTypeW(which, &wide, 1, &kind) == 0 ? WORD{0} : kind;
 }
 
-std::string lower_case(std::wstring_view text) {
-  std::wstring lower(text.size(), L'\0');
+// MAPPING is LCMAP_LOWERCASE or LCMAP_UPPERCASE.
+std::string map_case(std::wstring_view text, DWORD mapping) {
+  std::wstring mapped(text.size(), L'\0');
   const int length =
-      ::LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_LOWERCASE, text.data(), static_cast<int>(text.size()),
-                      lower.data(), static_cast<int>(lower.size()), nullptr, nullptr, 0);
+      ::LCMapStringEx(LOCALE_NAME_INVARIANT, mapping, text.data(), static_cast<int>(text.size()),
+                      mapped.data(), static_cast<int>(mapped.size()), nullptr, nullptr, 0);
   if (length <= 0) return to_utf8(text);
-  lower.resize(static_cast<size_t>(length));
-  return to_utf8(lower);
+  mapped.resize(static_cast<size_t>(length));
+  return to_utf8(mapped);
 }
 
-// Folds the well-formed TEXT.
-std::string fold_words(std::string_view text) {
-  const std::string lower = lower_case(to_wide(text));
-  std::string folded;
-  for (size_t position = 0; position < lower.size();) {
+// Maps the well-formed TEXT; EXCEPTIONS are sorted by their characters.
+std::string map_words(std::string_view text, DWORD mapping, std::span<const Folding> exceptions) {
+  const std::string simple = map_case(to_wide(text), mapping);
+  std::string mapped;
+  for (size_t position = 0; position < simple.size();) {
     const size_t start = position;
-    const char32_t character = next_utf8(lower, position);
-    const auto* const entry = std::ranges::lower_bound(kFoldings, character, {}, &Folding::character);
-    if (entry != std::end(kFoldings) && entry->character == character) {
-      folded += entry->folded;
+    const char32_t character = next_utf8(simple, position);
+    const auto entry = std::ranges::lower_bound(exceptions, character, {}, &Folding::character);
+    if (entry != exceptions.end() && entry->character == character) {
+      mapped += entry->folded;
     } else {
-      folded.append(lower, start, position - start);
+      mapped.append(simple, start, position - start);
     }
   }
-  return folded;
+  return mapped;
 }
 
 // The first byte from START on that belongs to no character, or the end of TEXT.
@@ -78,6 +84,18 @@ size_t end_of_characters(std::string_view text, size_t start) {
     if (is_broken) return before;
   }
   return text.size();
+}
+
+// Maps what is well-formed in TEXT.
+std::string map_text(std::string_view text, DWORD mapping, std::span<const Folding> exceptions) {
+  std::string mapped;
+  for (size_t position = 0; position < text.size();) {
+    const size_t end = end_of_characters(text, position);
+    mapped += map_words(text.substr(position, end - position), mapping, exceptions);
+    if (end < text.size()) mapped += text[end];
+    position = end + 1;
+  }
+  return mapped;
 }
 
 }  // namespace
@@ -100,14 +118,12 @@ bool is_mark(char32_t character) {
 
 std::string fold_case(std::string_view text) {
   static_assert(std::ranges::is_sorted(kFoldings, {}, &Folding::character));
-  std::string folded;
-  for (size_t position = 0; position < text.size();) {
-    const size_t end = end_of_characters(text, position);
-    folded += fold_words(text.substr(position, end - position));
-    if (end < text.size()) folded += text[end];
-    position = end + 1;
-  }
-  return folded;
+  return map_text(text, LCMAP_LOWERCASE, kFoldings);
+}
+
+std::string upper_case(std::string_view text) {
+  static_assert(std::ranges::is_sorted(kCapitals, {}, &Folding::character));
+  return map_text(text, LCMAP_UPPERCASE, kCapitals);
 }
 
 }  // namespace rowvane::platform
