@@ -205,7 +205,7 @@ TEST_F(ProgramStepsTest, TheStartupFileMakesAPortableInstallation) {
   const auto first = program();
   EXPECT_EQ(run_program(*first), 0);
   EXPECT_TRUE(first->is_portable());
-  EXPECT_THAT(content_of(program_profile()), HasSubstr("/programs/rowvane/sample.zip\""));
+  EXPECT_THAT(content_of(program_profile()), HasSubstr(folder_.path("programs/rowvane/sample.zip") + "\""));
   EXPECT_FALSE(fs::exists(user_profile()));
   // The next start finds it there.
   const auto second = program();

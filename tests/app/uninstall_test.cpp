@@ -75,7 +75,8 @@ class UninstallTest : public testing::Test {
   std::set<std::string> remaining() const {
     std::set<std::string> names;
     for (const auto& entry : fs::recursive_directory_iterator(folder_.path(""))) {
-      if (!entry.is_directory()) names.insert(entry.path().lexically_relative(folder_.path("")).string());
+      if (!entry.is_directory())
+        names.insert(entry.path().lexically_relative(folder_.path("")).generic_string());
     }
     return names;
   }

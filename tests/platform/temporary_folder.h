@@ -29,9 +29,9 @@ class TemporaryFolder {
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
-  // In UTF-8.
+  // In UTF-8, with the system's separators.
   std::string path(const std::string& name) const {
-    const std::u8string path = (folder_ / path_of(name)).u8string();
+    const std::u8string path = (folder_ / path_of(name)).make_preferred().u8string();
     return std::string(path.begin(), path.end());
   }
   size_t file_count() const {

@@ -12,10 +12,7 @@ namespace {
 bool has_recycle_bin(const std::wstring& path) {
   std::array<wchar_t, MAX_PATH> root{};
   if (::GetVolumePathNameW(path.c_str(), root.data(), static_cast<DWORD>(root.size())) == 0) return false;
-  if (::GetDriveTypeW(root.data()) != DRIVE_FIXED) return false;
-  SHQUERYRBINFO info{};
-  info.cbSize = sizeof info;
-  return ::SHQueryRecycleBinW(root.data(), &info) == S_OK;
+  return ::GetDriveTypeW(root.data()) == DRIVE_FIXED;
 }
 
 }  // namespace
