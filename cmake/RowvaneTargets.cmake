@@ -12,6 +12,12 @@ endif()
 
 find_package(Threads REQUIRED)
 
+# The name of the folders that hold the system's own side.
+set(ROWVANE_SYSTEM linux)
+if(WIN32)
+  set(ROWVANE_SYSTEM windows)
+endif()
+
 add_library(rowvane_options INTERFACE)
 target_compile_options(rowvane_options INTERFACE
   -Wall -Wextra -Wconversion -Wshadow -Wnon-virtual-dtor -Werror)
@@ -44,12 +50,13 @@ function(rowvane_floor name)
   target_link_libraries(rowvane_${name} PUBLIC rowvane_options ${ARG_LINKS})
 endfunction()
 
-# The tests of one floor: every .cpp file in the folder, one program, one ctest entry for each case.
+# The tests of one floor: every .cpp file in the folder, and in linux/ or windows/ below it those of the system; one
+# program, one ctest entry for each case.
 #   rowvane_tests(NAME [THREADED] [LINKS target...])
 # THREADED: the floor works with threads, so its tests run under ThreadSanitizer as well (label `threaded`).
 function(rowvane_tests name)
   cmake_parse_arguments(ARG "THREADED" "" "LINKS" ${ARGN})
-  file(GLOB sources CONFIGURE_DEPENDS "*.cpp")
+  file(GLOB sources CONFIGURE_DEPENDS "*.cpp" "${ROWVANE_SYSTEM}/*.cpp")
   add_executable(${name}_tests ${sources})
   target_include_directories(${name}_tests PRIVATE "${CMAKE_SOURCE_DIR}/tests")
   target_compile_definitions(${name}_tests PRIVATE

@@ -9,6 +9,7 @@
 #include "core/utf8.h"
 #include "exchange/text_formatter.h"
 #include "platform/terminal.h"
+#include "platform/text_width.h"
 
 namespace rowvane::cli {
 namespace {

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <map>
-#include <mutex>
 #include <utility>
 
+#include "platform/best_fit.h"
 #include "platform/code_page_table.h"
+#include "platform/default_code_pages.h"
 #include "platform/utf8.h"
 
 namespace rowvane::platform {
@@ -98,21 +98,16 @@ class TableCodePage : public CodePage {
   std::shared_ptr<const CodePageTable> table_;
 };
 
-// The tables of all pages that were opened, kept to the end of the program.
-std::shared_ptr<const CodePageTable> code_page_table(unsigned number) {
-  static std::mutex mutex;
-  static std::map<unsigned, std::shared_ptr<const CodePageTable>> tables;
-  const std::lock_guard lock(mutex);
-  std::shared_ptr<const CodePageTable>& table = tables[number];
-  if (table == nullptr) table = make_code_page_table(number);
-  return table;
+unsigned resolve_default(unsigned number) {
+  if (number > kDefaultOemCodePage) return number;
+  const DefaultCodePages pages = user_code_pages();
+  return number == kDefaultAnsiCodePage ? pages.ansi : pages.oem;
 }
 
 }  // namespace
 
 std::unique_ptr<CodePage> CodePage::open(unsigned number) {
-  std::shared_ptr<const CodePageTable> table =
-      code_page_table(number > kDefaultOemCodePage ? number : default_code_page(number));
+  std::shared_ptr<const CodePageTable> table = code_page_table(resolve_default(number));
   if (table == nullptr) return nullptr;
   return std::make_unique<TableCodePage>(std::move(table));
 }

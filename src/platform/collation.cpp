@@ -1,15 +1,12 @@
 #include "platform/collation.h"
 
-#include <algorithm>
+#include "platform/utf8.h"
 
 namespace rowvane::platform {
 namespace {
 
 std::string_view compared_part(std::string_view text) {
-  size_t length = std::min(text.size(), kMostComparedBytes);
-  const auto is_inside_character = [&] { return length < text.size() && (text[length] & 0xC0) == 0x80; };
-  while (length > 0 && is_inside_character()) --length;
-  return text.substr(0, length);
+  return text.substr(0, whole_characters(text, kMostComparedBytes));
 }
 
 }  // namespace

@@ -8,7 +8,7 @@ namespace rowvane::platform {
 enum class DateOrder { kMonthDayYear, kDayMonthYear, kYearMonthDay };
 
 struct RegionalSettings {
-  std::string locale;             // its name, such as "de_DE"
+  std::string locale;             // "de_DE" on both systems; "C" for the generic settings
   std::string decimal_separator;  // UTF-8, at least one byte
   std::string group_separator;    // thousands; UTF-8, empty when numbers are not grouped
   std::string list_separator;     // Linux knows none: ";" where the decimal separator is ",", otherwise ","
@@ -21,11 +21,12 @@ struct RegionalSettings {
   static RegionalSettings generic();
 };
 
-// The settings of the current user. On Linux LC_ALL, LC_NUMERIC, LC_TIME and LANG choose them in the usual
-// order; the "C" and "POSIX" locales answer generic().
+// The settings of the current user: on Windows those of the control panel; on Linux LC_ALL, LC_NUMERIC,
+// LC_TIME, LC_MONETARY and LANG choose them in the usual order, and the "C" and "POSIX" locales answer
+// generic().
 RegionalSettings user_regional_settings();
-// The settings of a named locale ("de_DE", also "de-DE" or "de_DE.UTF-8"), for tests and for options that
-// name one. generic() for one that is not known.
+// The settings of a named locale ("de_DE", also "de-DE" or "de_DE.UTF-8"), without what the user changed in
+// them, for tests and for options that name one. generic() for one that is not known.
 RegionalSettings regional_settings_of(const std::string& locale);
 
 }  // namespace rowvane::platform

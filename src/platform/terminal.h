@@ -21,8 +21,4 @@ bool ask_hidden(std::string_view prompt, std::string& line);
 // The environment variable COLUMNS goes before what the terminal says.
 std::optional<int> terminal_width();
 
-// Number of terminal columns that the UTF-8 TEXT takes: wide characters two, combining marks and control
-// characters none.
-int display_width(std::string_view text);
-
 }  // namespace rowvane::platform

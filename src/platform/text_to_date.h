@@ -27,6 +27,11 @@ namespace rowvane::platform {
 // refused.
 //
 // A number alone, a date without a year and a month without a day are not dates.
+//
+// The reading is the program's own on both systems; only the words are the system's. VarDateFromStr of
+// Windows is not asked: it takes "1.5" and "12/25" for days of the current year, so that numbers would turn
+// into dates and a text into another date next year, and it refuses "2024-03-01T12:00" and the long dates of
+// several languages. A test on Windows lists where the two differ.
 std::optional<double> text_to_date(std::string_view text, const RegionalSettings& settings);
 
 }  // namespace rowvane::platform

@@ -49,6 +49,15 @@ void append_utf8(char32_t character, std::string& out) {
   out.append(bytes, put_utf8(character, bytes));
 }
 
+size_t whole_characters(std::string_view text, size_t most) {
+  if (text.size() <= most) return text.size();
+  const auto is_tail = [&](size_t i) { return (static_cast<unsigned char>(text[i]) & 0xC0) == 0x80; };
+  size_t end = most;
+  while (end > 0 && most - end < 3 && is_tail(end)) --end;
+  // More tails than a character has are broken text, which may be cut anywhere.
+  return is_tail(end) ? most : end;
+}
+
 size_t ascii_run(std::string_view text, size_t position) {
   constexpr uint64_t kHighBits = 0x8080808080808080;
   const size_t start = position;

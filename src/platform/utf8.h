@@ -41,6 +41,9 @@ inline size_t put_utf8(char32_t character, char* out) {
 // Appends CHARACTER, a Unicode scalar value.
 void append_utf8(char32_t character, std::string& out);
 
+// Length of the longest beginning of TEXT that has at most MOST bytes and no character cut at its end.
+size_t whole_characters(std::string_view text, size_t most);
+
 // Number of bytes from POSITION on that are ASCII.
 size_t ascii_run(std::string_view text, size_t position);
 

@@ -1,11 +1,11 @@
+#include "platform/best_fit.h"
+
 #include <algorithm>
 #include <iterator>
 
 #include <unicode/uchar.h>
 #include <unicode/unorm2.h>
 #include <unicode/utf16.h>
-
-#include "platform/code_page_table.h"
 
 namespace rowvane::platform {
 namespace {
@@ -56,9 +56,8 @@ char32_t base_of(char32_t character) {
   return static_cast<char32_t>(base);
 }
 
-// A character that can stand for CHARACTER where a code page lacks it, one step plainer: the same letter with
-// one accent less, the plain form of a wide, raised or typographic one. 0 when there is none. Steps never
-// circle.
+// A character that can stand for CHARACTER, one step plainer: with one accent less, say. 0 when there is
+// none. Steps never circle.
 char32_t plainer_form(char32_t character) {
   static_assert(std::ranges::is_sorted(kSubstitutes, {}, &Substitute::character));
   const char32_t substitute = substitute_for(character);
@@ -67,10 +66,10 @@ char32_t plainer_form(char32_t character) {
 
 }  // namespace
 
-uint16_t best_fit(const CodePageTable& table, char32_t character) {
+uint16_t best_fit(const CodePageTable& page, char32_t character) {
   for (int step = 0; step < kMostSteps && character != 0; ++step) {
     character = plainer_form(character);
-    if (const uint16_t bytes = table.bytes_of(character); bytes != kNoBytes) return bytes;
+    if (const uint16_t bytes = page.bytes_of(character); bytes != kNoBytes) return bytes;
   }
   return '?';
 }

@@ -6,8 +6,8 @@
 #include <unicode/locid.h>
 #include <unicode/smpdtfmt.h>
 
-#include "platform/characters.h"
 #include "platform/locale_name.h"
+#include "platform/locale_patterns.h"
 
 namespace rowvane::platform {
 namespace {
@@ -25,22 +25,6 @@ void add_names(const icu::DateFormatSymbols& symbols, icu::DateFormatSymbols::Dt
   names = symbols.getWeekdays(count, context, width);
   for (int32_t i = 0; i < count; ++i) {
     if (!names[i].isEmpty()) builder.add_weekday(to_utf8(names[i]));
-  }
-}
-
-// The literal words of PATTERN: those in quotes and those in letters that no field uses.
-void add_fillers(const icu::UnicodeString& pattern, DateWordsBuilder& builder) {
-  icu::UnicodeString word;
-  bool in_quotes = false;
-  for (int32_t i = 0; i <= pattern.length(); ++i) {
-    const char16_t c = i < pattern.length() ? pattern[i] : u' ';
-    if (c == u'\'') in_quotes = !in_quotes;
-    if ((in_quotes || c >= 0x80) && is_letter(c)) {
-      word.append(c);
-    } else if (!word.isEmpty()) {
-      builder.add_filler(to_utf8(word));
-      word.remove();
-    }
   }
 }
 
@@ -71,7 +55,7 @@ void add_words_of_locale(const std::string& locale, DateWordsBuilder& builder) {
   icu::UnicodeString pattern;
   if (const auto* const simple = dynamic_cast<icu::SimpleDateFormat*>(format.get()))
     simple->toPattern(pattern);
-  add_fillers(pattern, builder);
+  for (const std::string& word : literal_words(to_utf8(pattern))) builder.add_filler(word);
 }
 
 }  // namespace rowvane::platform

@@ -1,18 +1,13 @@
+#include "platform/default_code_pages.h"
+
 #include <algorithm>
 #include <string_view>
 
-#include "platform/code_page_table.h"
-#include "platform/code_pages.h"
 #include "platform/linux/environment_locale.h"
 #include "platform/locale_name.h"
 
 namespace rowvane::platform {
 namespace {
-
-struct DefaultCodePages {
-  unsigned ansi = 1252;
-  unsigned oem = 850;
-};
 
 struct LanguagePages {
   std::string_view language;
@@ -35,7 +30,6 @@ bool is_traditional_chinese(const LocaleName& locale) {
   return locale.territory == "TW" || locale.territory == "HK" || locale.territory == "MO";
 }
 
-// The pages that Windows pairs with the language of LOCALE.
 DefaultCodePages default_code_pages_of(const LocaleName& locale) {
   if (locale.language == "zh") {
     const unsigned page = is_traditional_chinese(locale) ? 950 : 936;
@@ -49,10 +43,8 @@ DefaultCodePages default_code_pages_of(const LocaleName& locale) {
 
 }  // namespace
 
-unsigned default_code_page(unsigned which) {
-  const DefaultCodePages pages =
-      default_code_pages_of(parse_locale_name(locale_from_environment("LC_CTYPE")));
-  return which == kDefaultAnsiCodePage ? pages.ansi : pages.oem;
+DefaultCodePages user_code_pages() {
+  return default_code_pages_of(parse_locale_name(locale_from_environment("LC_CTYPE")));
 }
 
 }  // namespace rowvane::platform

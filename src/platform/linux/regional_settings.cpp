@@ -8,10 +8,10 @@
 #include <unicode/decimfmt.h>
 #include <unicode/locid.h>
 #include <unicode/smpdtfmt.h>
-#include <unicode/uchar.h>
 
 #include "platform/linux/environment_locale.h"
 #include "platform/locale_name.h"
+#include "platform/locale_patterns.h"
 
 namespace rowvane::platform {
 namespace {
@@ -19,16 +19,6 @@ namespace {
 std::string to_utf8(const icu::UnicodeString& text) {
   std::string utf8;
   return text.toUTF8String(utf8);
-}
-
-// TEXT without blanks and without the invisible marks that steer the direction of writing.
-icu::UnicodeString visible_part(const icu::UnicodeString& text) {
-  icu::UnicodeString visible;
-  for (int32_t i = 0; i < text.length(); ++i) {
-    const bool is_mark = u_charType(text[i]) == U_FORMAT_CHAR;
-    if (!is_mark && !u_isUWhiteSpace(text[i])) visible.append(text[i]);
-  }
-  return visible;
 }
 
 bool is_known_language(const std::string& language) {
@@ -70,10 +60,10 @@ void read_currency(const icu::Locale& locale, RegionalSettings& settings) {
   const icu::DecimalFormatSymbols symbols(locale, error);
   if (U_FAILURE(error)) return;
   settings.currency_symbol =
-      to_utf8(visible_part(symbols.getConstSymbol(icu::DecimalFormatSymbols::kCurrencySymbol)));
+      visible_part(to_utf8(symbols.getConstSymbol(icu::DecimalFormatSymbols::kCurrencySymbol)));
 }
 
-icu::UnicodeString short_pattern(const icu::Locale& locale, bool of_date) {
+std::string short_pattern(const icu::Locale& locale, bool of_date) {
   using icu::DateFormat;
   const std::unique_ptr<DateFormat> format(of_date
                                                ? DateFormat::createDateInstance(DateFormat::kShort, locale)
@@ -81,38 +71,14 @@ icu::UnicodeString short_pattern(const icu::Locale& locale, bool of_date) {
   icu::UnicodeString pattern;
   if (const auto* const simple = dynamic_cast<icu::SimpleDateFormat*>(format.get()))
     simple->toPattern(pattern);
-  return pattern;
-}
-
-bool is_field(char16_t c) {
-  return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
-}
-
-// What stands between the first two fields of PATTERN when it is a single sign, otherwise FALLBACK.
-std::string first_separator(const icu::UnicodeString& pattern, const std::string& fallback) {
-  int32_t start = 0;
-  while (start < pattern.length() && !is_field(pattern[start])) ++start;
-  while (start < pattern.length() && is_field(pattern[start])) ++start;
-  int32_t end = start;
-  while (end < pattern.length() && !is_field(pattern[end])) ++end;
-  const icu::UnicodeString separator = visible_part(pattern.tempSubStringBetween(start, end));
-  const bool is_sign = separator.length() == 1 && u_ispunct(separator[0]) && separator[0] != u'\'';
-  return is_sign ? to_utf8(separator) : fallback;
-}
-
-DateOrder order_in(const icu::UnicodeString& pattern) {
-  const int32_t year = std::max(pattern.indexOf(u'y'), pattern.indexOf(u'u'));
-  const int32_t month = std::max(pattern.indexOf(u'M'), pattern.indexOf(u'L'));
-  const int32_t day = pattern.indexOf(u'd');
-  if (year < day && year < month) return DateOrder::kYearMonthDay;
-  return day < month ? DateOrder::kDayMonthYear : DateOrder::kMonthDayYear;
+  return to_utf8(pattern);
 }
 
 void read_date_settings(const icu::Locale& locale, RegionalSettings& settings) {
-  const icu::UnicodeString date_pattern = short_pattern(locale, true);
-  if (date_pattern.isEmpty()) return;
+  const std::string date_pattern = short_pattern(locale, true);
+  if (date_pattern.empty()) return;
   settings.date_separator = first_separator(date_pattern, settings.date_separator);
-  settings.date_order = order_in(date_pattern);
+  settings.date_order = date_order_in(date_pattern);
   settings.time_separator = first_separator(short_pattern(locale, false), ":");
 }
 

@@ -7,15 +7,21 @@ namespace {
 
 // Characters of minor weight, in order.
 constexpr std::u16string_view kMinorCharacters =
-    u"\u0001\u0002\u0003\u0004\u0005\u0006\u0007\u0008\u000E\u000F\u0010\u0011\u0012\u0013\u0014\u0015\u0016"
-    u"\u0017"
-    u"\u0018\u0019\u001A\u001B\u001C\u001D\u001E\u001F\u007F'＇-－﹣−₋⁻‐֊‑‧⁃‒–︲—﹘︱―〜〰";
+    u"\u0001\u0002\u0003\u0004\u0005\u0006\u0007\u0008\u000E\u000F\u0010\u0011\u0012\u0013\u0014\u0015"
+    u"\u0016\u0017\u0018\u0019\u001A\u001B\u001C\u001D\u001E\u001F\u007F"
+    u"'＇-－﹣−₋⁻‐֊‑‧⁃‒–︲—﹘︱―〜〰";
 constexpr std::u16string_view kOtherSymbols =
     u" \u00A0\t\n\u000B\u000C\r!\"#$%&()*,./:;?@[\\]^_`{|}~¡¦¨¯´¸¿‖‗‘’‚‛“”„‟′‵‹›¢£¤¥€+<=>±«»×÷§©¬®°¶·…†‡•‰";
 constexpr char16_t kToFullwidth = 0xFEE0;
 
 bool is_variant_of_former(char16_t character) {
   return std::u16string_view(u"＇－﹣₋⁻‑︲﹘︱").find(character) != std::u16string_view::npos;
+}
+
+// The characters that most texts are made of.
+bool is_plain(char16_t character) {
+  const auto lower = static_cast<char16_t>(character | 0x20);
+  return (lower >= u'a' && lower <= u'z') || (character >= u'0' && character <= u'9') || character == u' ';
 }
 
 void append_quoted(char16_t character, icu::UnicodeString& rules) {
@@ -41,9 +47,7 @@ icu::UnicodeString symbol_rules() {
 }
 
 unsigned char minor_weight(char16_t character) {
-  const char16_t lower = character | 0x20;
-  const bool is_letter_or_digit = (character >= '0' && character <= '9') || (lower >= 'a' && lower <= 'z');
-  if (is_letter_or_digit) return 0;
+  if (is_plain(character)) return 0;
   return static_cast<unsigned char>(kMinorCharacters.find(character) + 1);
 }
 

@@ -3,33 +3,11 @@
 #include <fcntl.h>
 #include <sys/ioctl.h>
 #include <termios.h>
-#include <unicode/uchar.h>
 #include <unistd.h>
 
 #include "platform/terminal_columns.h"
-#include "platform/utf8.h"
 
 namespace rowvane::platform {
-namespace {
-
-constexpr char32_t kSoftHyphen = 0xAD;
-
-// The vowels and final consonants of Hangul join the syllable before them.
-bool is_joining_jamo(char32_t character) {
-  return character >= 0x1160 && character <= 0x11FF;
-}
-
-int character_width(char32_t character) {
-  if (character >= 0x20 && character < 0x7F) return 1;
-  const auto code = static_cast<UChar32>(character);
-  constexpr uint32_t kTakesNoColumn = U_GC_MN_MASK | U_GC_ME_MASK | U_GC_CF_MASK | U_GC_CC_MASK;
-  if (character == kSoftHyphen) return 1;
-  if ((U_GET_GC_MASK(code) & kTakesNoColumn) != 0 || is_joining_jamo(character)) return 0;
-  const int width = u_getIntPropertyValue(code, UCHAR_EAST_ASIAN_WIDTH);
-  return width == U_EA_WIDE || width == U_EA_FULLWIDTH ? 2 : 1;
-}
-
-}  // namespace
 
 bool is_output_terminal() {
   return ::isatty(STDOUT_FILENO) == 1;
@@ -92,12 +70,6 @@ std::optional<int> terminal_width() {
   struct winsize size {};
   if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return std::nullopt;
   return size.ws_col;
-}
-
-int display_width(std::string_view text) {
-  int width = 0;
-  for (size_t position = 0; position < text.size();) width += character_width(next_utf8(text, position));
-  return width;
 }
 
 }  // namespace rowvane::platform

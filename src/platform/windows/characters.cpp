@@ -1,99 +1,86 @@
 #include "platform/characters.h"
 
 #include <algorithm>
+#include <iterator>
 #include <span>
 
 #include <windows.h>
 
 #include "platform/utf8.h"
-#include "platform/windows/wide.h"
+#include "platform/windows/character_ranges.h"
+#include "platform/windows/character_table.h"
 
 namespace rowvane::platform {
 namespace {
 
-struct Range {
-  char32_t first;
-  char32_t last;
-};
-
-// Where the letters behind the first plane lie: Windows tells nothing of those characters.
-constexpr Range kUpperLetters[] = {{0x10000, 0x100FF}, {0x10280, 0x1031F}, {0x1032D, 0x1039D},
-                                   {0x103A0, 0x103CF}, {0x10400, 0x1049D}, {0x104B0, 0x10855},
-                                   {0x10860, 0x10876}, {0x10880, 0x1D0FF}, {0x1D400, 0x1D7CB},
-                                   {0x1DF00, 0x1ECFF}, {0x1EE00, 0x1EEEF}, {0x20000, 0x3FFFF}};
-
-// What becomes of a character when case no longer counts, where that is not its small letter.
 struct Folding {
   char32_t character;
-  const char* folded;
+  std::u32string_view folded;
 };
 
+// Letters whose forms differ by more than what Windows takes for letter case. In order.
 constexpr Folding kFoldings[] = {
-    {0x00B5, "μ"},       {0x00DF, "ss"},  {0x0130, "i\u0307"}, {0x0149, "\u02BCn"}, {0x017F, "s"},
-    {0x01F0, "j\u030C"}, {0x03C2, "σ"},   {0x03D0, "β"},       {0x03D1, "θ"},       {0x03D5, "φ"},
-    {0x03D6, "π"},       {0x03F0, "κ"},   {0x03F1, "ρ"},       {0x03F5, "ε"},       {0x0587, "եւ"},
-    {0x1E9B, "ṡ"},       {0x1E9E, "ss"},  {0x1FBE, "ι"},       {0xFB00, "ff"},      {0xFB01, "fi"},
-    {0xFB02, "fl"},      {0xFB03, "ffi"}, {0xFB04, "ffl"},     {0xFB05, "st"},      {0xFB06, "st"}};
+    {0x00B5, U"μ"},   {0x00DF, U"ss"},  {0x0130, U"i\u0307"}, {0x0149, U"\u02BCn"}, {0x017F, U"s"},
+    {0x01C5, U"ǆ"},   {0x01C8, U"ǉ"},   {0x01CB, U"ǌ"},       {0x01F0, U"j\u030C"}, {0x01F2, U"ǳ"},
+    {0x0345, U"ι"},   {0x03C2, U"σ"},   {0x03D0, U"β"},       {0x03D1, U"θ"},       {0x03D5, U"φ"},
+    {0x03D6, U"π"},   {0x03F0, U"κ"},   {0x03F1, U"ρ"},       {0x03F4, U"θ"},       {0x03F5, U"ε"},
+    {0x0587, U"եւ"},  {0x1E9B, U"ṡ"},   {0x1E9E, U"ss"},      {0x1FBE, U"ι"},       {0x2126, U"ω"},
+    {0x212A, U"k"},   {0x212B, U"å"},   {0xFB00, U"ff"},      {0xFB01, U"fi"},      {0xFB02, U"fl"},
+    {0xFB03, U"ffi"}, {0xFB04, U"ffl"}, {0xFB05, U"st"},      {0xFB06, U"st"}};
 
 // The same for capitals.
-constexpr Folding kCapitals[] = {{0x00DF, "SS"},  {0x0149, "\u02BCN"}, {0x01F0, "J\u030C"}, {0x0587, "ԵՒ"},
-                                 {0xFB00, "FF"},  {0xFB01, "FI"},      {0xFB02, "FL"},      {0xFB03, "FFI"},
-                                 {0xFB04, "FFL"}, {0xFB05, "ST"},      {0xFB06, "ST"}};
+constexpr Folding kCapitals[] = {{0x00DF, U"SS"},  {0x0149, U"\u02BCN"}, {0x01F0, U"J\u030C"},
+                                 {0x03C2, U"Σ"},   {0x0587, U"ԵՒ"},      {0xFB00, U"FF"},
+                                 {0xFB01, U"FI"},  {0xFB02, U"FL"},      {0xFB03, U"FFI"},
+                                 {0xFB04, U"FFL"}, {0xFB05, U"ST"},      {0xFB06, U"ST"}};
 
-WORD kind_of(char32_t character, DWORD which) {
+char32_t capital_of(char32_t character) {
+  if (character >= kTableCharacters) return character;
   const auto wide = static_cast<wchar_t>(character);
-  WORD kind = 0;
-  return ::GetStringTypeW(which, &wide, 1, &kind) == 0 ? WORD{0} : kind;
+  wchar_t capital = wide;
+  ::LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_UPPERCASE, &wide, 1, &capital, 1, nullptr, nullptr, 0);
+  return capital;
 }
 
-// MAPPING is LCMAP_LOWERCASE or LCMAP_UPPERCASE.
-std::string map_case(std::wstring_view text, DWORD mapping) {
-  std::wstring mapped(text.size(), L'\0');
-  const int length =
-      ::LCMapStringEx(LOCALE_NAME_INVARIANT, mapping, text.data(), static_cast<int>(text.size()),
-                      mapped.data(), static_cast<int>(mapped.size()), nullptr, nullptr, 0);
-  if (length <= 0) return to_utf8(text);
-  mapped.resize(static_cast<size_t>(length));
-  return to_utf8(mapped);
+char32_t lower_case(char32_t character) {
+  if (character < kTableCharacters) return character_table().lower_case[character];
+  return supplementary_lower_case(character);
 }
 
-// Maps the well-formed TEXT; EXCEPTIONS are sorted by their characters.
-std::string map_words(std::string_view text, DWORD mapping, std::span<const Folding> exceptions) {
-  const std::string simple = map_case(to_wide(text), mapping);
-  std::string mapped;
-  for (size_t position = 0; position < simple.size();) {
-    const size_t start = position;
-    const char32_t character = next_utf8(simple, position);
-    const auto entry = std::ranges::lower_bound(exceptions, character, {}, &Folding::character);
-    if (entry != exceptions.end() && entry->character == character) {
-      mapped += entry->folded;
-    } else {
-      mapped.append(simple, start, position - start);
-    }
+void append_mapped(char32_t character, std::span<const Folding> exceptions, char32_t (*map)(char32_t),
+                   std::string& out) {
+  const auto exception = std::ranges::lower_bound(exceptions, character, {}, &Folding::character);
+  if (exception == exceptions.end() || exception->character != character) {
+    append_utf8(map(character), out);
+  } else {
+    for (const char32_t part : exception->folded) append_utf8(part, out);
   }
-  return mapped;
 }
 
-// The first byte from START on that belongs to no character, or the end of TEXT.
-size_t end_of_characters(std::string_view text, size_t start) {
-  constexpr std::string_view kReplacement = "\uFFFD";
-  for (size_t position = start; position < text.size();) {
-    const size_t before = position;
-    const bool is_broken = next_utf8(text, position) == kReplacementCharacter &&
-                           text.substr(before, position - before) != kReplacement;
-    if (is_broken) return before;
-  }
-  return text.size();
+char lower_ascii(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+}
+char upper_ascii(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
 }
 
-// Maps what is well-formed in TEXT.
-std::string map_text(std::string_view text, DWORD mapping, std::span<const Folding> exceptions) {
+// Maps what is well-formed in TEXT: ASCII by MAP_ASCII, EXCEPTIONS as they say, all else by MAP.
+std::string map_text(std::string_view text, char (*map_ascii)(char), std::span<const Folding> exceptions,
+                     char32_t (*map)(char32_t)) {
   std::string mapped;
+  mapped.reserve(text.size());
   for (size_t position = 0; position < text.size();) {
-    const size_t end = end_of_characters(text, position);
-    mapped += map_words(text.substr(position, end - position), mapping, exceptions);
-    if (end < text.size()) mapped += text[end];
-    position = end + 1;
+    const size_t run = ascii_run(text, position);
+    std::ranges::transform(text.substr(position, run), std::back_inserter(mapped), map_ascii);
+    position += run;
+    if (position == text.size()) break;
+    const size_t start = position;
+    const char32_t character = next_utf8(text, position);
+    if (character == kReplacementCharacter) {
+      mapped.append(text, start, position - start);  // it may stand for a broken sequence
+    } else {
+      append_mapped(character, exceptions, map, mapped);
+    }
   }
   return mapped;
 }
@@ -101,29 +88,22 @@ std::string map_text(std::string_view text, DWORD mapping, std::span<const Foldi
 }  // namespace
 
 bool is_letter(char32_t character) {
-  if (character < 0x80) {
-    const char32_t lower = character | 0x20;
-    return lower >= 'a' && lower <= 'z';
-  }
-  if (character < 0x10000) return (kind_of(character, CT_CTYPE1) & C1_ALPHA) != 0 && !is_mark(character);
-  return std::ranges::any_of(
-      kUpperLetters, [&](Range range) { return character >= range.first && character <= range.last; });
+  if (character < kTableCharacters) return character_table().is_letter(character);
+  return is_supplementary_letter(character);
 }
 
 bool is_mark(char32_t character) {
-  if (character < 0x300 || character >= 0x10000) return false;
-  constexpr WORD kMarks = C3_NONSPACING | C3_VOWELMARK;
-  return (kind_of(character, CT_CTYPE3) & kMarks) != 0 && (kind_of(character, CT_CTYPE3) & C3_ALPHA) == 0;
+  return character < kTableCharacters && character_table().is_mark(character);
 }
 
 std::string fold_case(std::string_view text) {
   static_assert(std::ranges::is_sorted(kFoldings, {}, &Folding::character));
-  return map_text(text, LCMAP_LOWERCASE, kFoldings);
+  return map_text(text, lower_ascii, kFoldings, lower_case);
 }
 
 std::string upper_case(std::string_view text) {
   static_assert(std::ranges::is_sorted(kCapitals, {}, &Folding::character));
-  return map_text(text, LCMAP_UPPERCASE, kCapitals);
+  return map_text(text, upper_ascii, kCapitals, capital_of);
 }
 
 }  // namespace rowvane::platform

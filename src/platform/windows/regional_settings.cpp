@@ -1,64 +1,56 @@
 #include "platform/regional_settings.h"
 
+#include <utility>
+
 #include "platform/locale_name.h"
-#include "platform/utf8.h"
+#include "platform/locale_patterns.h"
 #include "platform/windows/locale.h"
 
 namespace rowvane::platform {
 namespace {
 
-constexpr char32_t kLeftToRightMark = 0x200E;
-constexpr char32_t kRightToLeftMark = 0x200F;
-
-// The order of the letters of the fields in a pattern such as "dd.MM.yyyy".
-DateOrder order_in(const std::string& pattern) {
-  const size_t year = pattern.find('y');
-  const size_t month = pattern.find('M');
-  const size_t day = pattern.find('d');
-  if (year < day && year < month) return DateOrder::kYearMonthDay;
-  return day < month ? DateOrder::kDayMonthYear : DateOrder::kMonthDayYear;
+bool groups_digits(const wchar_t* locale, LCTYPE flags) {
+  const std::string grouping = locale_text(locale, LOCALE_SGROUPING | flags);
+  return !grouping.empty() && grouping != "0" && grouping != "0;0";
 }
 
-// SEPARATOR without blanks and without the invisible marks that steer the direction of writing: "." of the ".
-// " in "2024. 3. 1.".
-std::string sign_of(const std::string& separator, const std::string& fallback) {
-  std::string sign;
-  for (size_t position = 0; position < separator.size();) {
-    const char32_t character = next_utf8(separator, position);
-    const bool is_invisible =
-        character == U' ' || character == kLeftToRightMark || character == kRightToLeftMark;
-    if (!is_invisible) append_utf8(character, sign);
-  }
-  return sign.empty() ? fallback : sign;
-}
-
-RegionalSettings settings_of(const wchar_t* name, std::string locale) {
+// FLAGS: 0, or LOCALE_NOUSEROVERRIDE for what the locale has before the user changed it.
+RegionalSettings settings_of(const wchar_t* locale, LCTYPE flags, std::string name) {
   RegionalSettings settings = RegionalSettings::generic();
-  settings.locale = std::move(locale);
-  settings.decimal_separator = sign_of(locale_text(name, LOCALE_SDECIMAL), ".");
-  // "3;0" groups by thousands, "0" not at all.
-  const bool has_groups = !locale_text(name, LOCALE_SGROUPING).starts_with("0");
-  settings.group_separator = has_groups ? locale_text(name, LOCALE_STHOUSAND) : std::string();
-  settings.list_separator = sign_of(locale_text(name, LOCALE_SLIST), ",");
-  settings.date_separator = sign_of(locale_text(name, LOCALE_SDATE), "/");
-  settings.time_separator = sign_of(locale_text(name, LOCALE_STIME), ":");
-  settings.currency_symbol = locale_text(name, LOCALE_SCURRENCY);
-  settings.date_order = order_in(locale_text(name, LOCALE_SSHORTDATE));
+  const auto text = [&](LCTYPE type, const std::string& fallback) {
+    const std::string found = locale_text(locale, type | flags);
+    return found.empty() ? fallback : found;
+  };
+  settings.locale = std::move(name);
+  settings.decimal_separator = text(LOCALE_SDECIMAL, settings.decimal_separator);
+  if (groups_digits(locale, flags)) settings.group_separator = text(LOCALE_STHOUSAND, "");
+  settings.list_separator = text(LOCALE_SLIST, settings.list_separator);
+  // Nothing keeps the user from choosing the same sign for both.
+  if (settings.list_separator == settings.decimal_separator)
+    settings.list_separator = settings.decimal_separator == ";" ? "," : ";";
+  settings.currency_symbol = visible_part(text(LOCALE_SCURRENCY, ""));
+  const std::string date_pattern = text(LOCALE_SSHORTDATE, "yyyy-MM-dd");
+  settings.date_separator = first_separator(date_pattern, settings.date_separator);
+  settings.date_order = date_order_in(date_pattern);
+  settings.time_separator = first_separator(text(LOCALE_STIMEFORMAT, "HH:mm:ss"), ":");
   return settings;
+}
+
+std::string user_locale_name() {
+  return parse_locale_name(locale_text(LOCALE_NAME_USER_DEFAULT, LOCALE_SNAME)).joined();
 }
 
 }  // namespace
 
 RegionalSettings user_regional_settings() {
-  const std::string name = locale_text(LOCALE_NAME_USER_DEFAULT, LOCALE_SNAME);
-  return settings_of(LOCALE_NAME_USER_DEFAULT, parse_locale_name(name).joined());
+  return settings_of(LOCALE_NAME_USER_DEFAULT, 0, user_locale_name());
 }
 
 RegionalSettings regional_settings_of(const std::string& locale) {
   const LocaleName name = parse_locale_name(locale);
   const std::wstring system_name = system_locale_of(name);
   if (system_name.empty()) return RegionalSettings::generic();
-  return settings_of(system_name.c_str(), name.joined());
+  return settings_of(system_name.c_str(), LOCALE_NOUSEROVERRIDE, name.joined());
 }
 
 }  // namespace rowvane::platform

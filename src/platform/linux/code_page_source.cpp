@@ -1,9 +1,11 @@
-#include "platform/code_page_table.h"
+#include "platform/code_page_source.h"
 
 #include <algorithm>
 #include <iterator>
 
 #include <unicode/ucnv.h>
+
+#include "platform/code_page_table.h"
 
 namespace rowvane::platform {
 namespace {
@@ -11,6 +13,8 @@ namespace {
 struct ByteRange {
   unsigned first = 1;
   unsigned last = 0;
+
+  bool holds(unsigned byte) const { return byte >= first && byte <= last; }
 };
 
 struct KnownPage {
@@ -68,21 +72,25 @@ constexpr KnownPage kKnownPages[] = {
     {28605, "ISO-8859-15"},
 };
 
-class Converter {
+class IcuSource : public CodePageSource {
  public:
-  explicit Converter(const char* name) : converter_(ucnv_open(name, &error_)) {
+  explicit IcuSource(const KnownPage& page) : page_(page), converter_(ucnv_open(page.converter, &error_)) {
     if (is_open()) ucnv_setFallback(converter_, false);
   }
-  ~Converter() {
+  ~IcuSource() override {
     if (converter_ != nullptr) ucnv_close(converter_);
   }
-  Converter(const Converter&) = delete;
-  Converter& operator=(const Converter&) = delete;
+  IcuSource(const IcuSource&) = delete;
+  IcuSource& operator=(const IcuSource&) = delete;
 
   bool is_open() const { return U_SUCCESS(error_); }
 
-  // The character of one or two bytes; kNoCharacter when they have none.
-  char16_t character_of(unsigned code, int length) {
+  bool is_lead_byte(unsigned char byte) const override {
+    return page_.lead_bytes.holds(byte) || page_.more_lead_bytes.holds(byte);
+  }
+
+  char16_t character_of(unsigned code, int length) override {
+    if (page_.has_micro_sign && code == kMicroByte) return kMicroSign;
     const char bytes[] = {static_cast<char>(length == 2 ? code >> 8 : code), static_cast<char>(code)};
     UChar characters[4];
     UErrorCode error = U_ZERO_ERROR;
@@ -91,7 +99,7 @@ class Converter {
     return characters[0];
   }
 
-  uint16_t bytes_of(char16_t character) {
+  uint16_t bytes_of(char16_t character) override {
     char bytes[8];
     UErrorCode error = U_ZERO_ERROR;
     const int32_t count = ucnv_fromUChars(converter_, bytes, sizeof bytes, &character, 1, &error);
@@ -104,53 +112,19 @@ class Converter {
   // What some converters answer in place of U+FFFD for a byte without a meaning.
   static constexpr char16_t kSubstitute = 0x1A;
 
+  const KnownPage& page_;
   UErrorCode error_ = U_ZERO_ERROR;
   UConverter* converter_;
 };
 
-void mark_lead_bytes(ByteRange range, CodePageTable& table) {
-  for (unsigned byte = range.first; byte <= range.last; ++byte) table.is_lead_byte[byte] = true;
-  if (range.first <= range.last) table.is_double_byte = true;
-}
-
-void read_single_bytes(Converter& converter, CodePageTable& table) {
-  for (unsigned byte = 0; byte < 256; ++byte) {
-    // Some of the converters swap control characters among the first 128, which mean themselves in every
-    // page.
-    const char16_t character = byte < 0x80                ? static_cast<char16_t>(byte)
-                               : table.is_lead_byte[byte] ? kNoCharacter
-                                                          : converter.character_of(byte, 1);
-    set_single_byte(byte, character, table);
-  }
-}
-
-void read_double_bytes(Converter& converter, CodePageTable& table) {
-  for (unsigned lead = 0; lead < 256; ++lead) {
-    if (!table.is_lead_byte[lead]) continue;
-    for (unsigned trail = 0x40; trail < 0xFF; ++trail) {
-      const unsigned code = lead << 8 | trail;
-      table.characters[code] = converter.character_of(code, 2);
-    }
-  }
-}
-
 }  // namespace
 
-std::shared_ptr<const CodePageTable> make_code_page_table(unsigned number) {
+std::unique_ptr<CodePageSource> CodePageSource::open(unsigned number) {
   const auto* const page = std::ranges::find(kKnownPages, number, &KnownPage::number);
   if (page == std::end(kKnownPages)) return nullptr;
-  Converter converter(page->converter);
-  if (!converter.is_open()) return nullptr;
-  auto table = std::make_shared<CodePageTable>();
-  table->number = number;
-  mark_lead_bytes(page->lead_bytes, *table);
-  mark_lead_bytes(page->more_lead_bytes, *table);
-  table->characters.assign(table->is_double_byte ? 0x10000 : 0x100, kNoCharacter);
-  read_single_bytes(converter, *table);
-  if (page->has_micro_sign) set_single_byte(kMicroByte, kMicroSign, *table);
-  if (table->is_double_byte) read_double_bytes(converter, *table);
-  invert_code_page([&](char16_t character) { return converter.bytes_of(character); }, *table);
-  return table;
+  auto source = std::make_unique<IcuSource>(*page);
+  if (!source->is_open()) return nullptr;
+  return source;
 }
 
 }  // namespace rowvane::platform
