@@ -30,8 +30,8 @@ class FieldHooks {
     (void)field;
     (void)positions;
   }
-  // The same for a field whose formula is new.
-  virtual void formula_changed(CWorkSheet& table, size_t field) const {
+  // The same for a field whose formula is new, or whose values are all of another kind.
+  virtual void field_changed(CWorkSheet& table, size_t field) const {
     (void)table;
     (void)field;
   }

@@ -152,7 +152,7 @@ ErrorCode CWorkSheet::insert_field(size_t index, Field field) {
   const bool calculated = !field.formula.empty();
   auto change = std::make_unique<FieldPresenceChange>(*this, index, std::move(field), std::move(column));
   apply_and_tell(std::move(change), [&](const FieldHooks& hooks) {
-    if (calculated) hooks.formula_changed(*this, index);
+    if (calculated) hooks.field_changed(*this, index);
   });
   return ErrorCode::kOk;
 }
@@ -190,8 +190,15 @@ ErrorCode CWorkSheet::change_field(size_t index, Field definition) {
   const bool new_formula = definition.formula != present.formula;
   apply_and_tell(std::make_unique<FieldChange>(*this, index, std::move(definition)),
                  [&](const FieldHooks& hooks) {
-                   if (new_formula) hooks.formula_changed(*this, index);
+                   if (new_formula) hooks.field_changed(*this, index);
                  });
+  return ErrorCode::kOk;
+}
+
+ErrorCode CWorkSheet::store_results(size_t field, Column cells) {
+  if (field >= field_count() || column_size(cells) != record_count()) return ErrorCode::kInvalidCacheIndex;
+  if (cells.index() != data_.columns[field].index()) return ErrorCode::kFieldTypeMismatch;
+  apply(std::make_unique<FieldChange>(*this, field, Field(data_.fields[field]), std::move(cells)));
   return ErrorCode::kOk;
 }
 
@@ -218,7 +225,8 @@ ErrorCode CWorkSheet::replace_column(size_t index, Field definition, Column colu
   if (index >= field_count() || column_size(column) != record_count()) return ErrorCode::kInvalidCacheIndex;
   if (column.index() != make_column(definition.type).index()) return ErrorCode::kFieldTypeMismatch;
   definition.name = data_.fields[index].name;
-  apply(std::make_unique<FieldChange>(*this, index, std::move(definition), std::move(column)));
+  apply_and_tell(std::make_unique<FieldChange>(*this, index, std::move(definition), std::move(column)),
+                 [&](const FieldHooks& hooks) { hooks.field_changed(*this, index); });
   return ErrorCode::kOk;
 }
 

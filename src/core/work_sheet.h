@@ -67,13 +67,15 @@ class CWorkSheet {
   // Replaces everything but the name, the type and the encryption: those change by rename_field,
   // convert_field, encrypt_fields and decrypt_fields.
   ErrorCode change_field(size_t index, Field definition);
-  // Replaces the column of a field and, with it, its type: conversions, recalculations and encryption. The
+  // Replaces the column of a field and, with it, its type: conversions and encryption. The
   // column must be of the kind that TYPE has and of record_count() cells.
   ErrorCode replace_column(size_t index, Field definition, Column column);
 
   // Stores what a calculated field's formula gave for the records at these 0-based positions: CELLS, of the
   // field's kind, hold the values in their order. No rule for entered values is checked.
   ErrorCode store_results(size_t field, std::vector<uint32_t> positions, Column cells);
+  // The same for all records.
+  ErrorCode store_results(size_t field, Column cells);
   // Keeps the outcome of a per-record pass in the flag words of all records. Not a change: nothing that the
   // stored form shows differs.
   void store_outcomes(std::span<const RecordFlags> outcomes);

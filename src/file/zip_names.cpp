@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "core/utf8.h"
 #include "platform/code_pages.h"
 
 namespace rowvane {
@@ -22,32 +23,6 @@ bool has_parent_component(std::string_view name) {
     name.remove_prefix(std::min(slash + 1, name.size()));
   }
   return false;
-}
-
-// Bytes of the well-formed UTF-8 character at the start of TEXT, 0 when there is none.
-size_t utf8_character_length(std::string_view text) {
-  const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
-  const unsigned char lead = byte(0);
-  if (lead < 0x80) return 1;
-  const size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-  if (lead < 0xC2 || lead > 0xF4 || text.size() < length) return 0;
-  for (size_t i = 1; i < length; ++i) {
-    if ((byte(i) & 0xC0) != 0x80) return 0;
-  }
-  if (lead == 0xE0 && byte(1) < 0xA0) return 0;  // overlong
-  if (lead == 0xED && byte(1) > 0x9F) return 0;  // surrogates
-  if (lead == 0xF0 && byte(1) < 0x90) return 0;  // overlong
-  if (lead == 0xF4 && byte(1) > 0x8F) return 0;  // above U+10FFFF
-  return length;
-}
-
-bool is_valid_utf8(std::string_view text) {
-  while (!text.empty()) {
-    const size_t length = utf8_character_length(text);
-    if (length == 0) return false;
-    text.remove_prefix(length);
-  }
-  return true;
 }
 
 bool is_control_character(char character) {

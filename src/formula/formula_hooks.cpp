@@ -43,7 +43,7 @@ void FormulaHooks::values_changed(CWorkSheet& table, std::optional<size_t> field
   static_cast<void>(recalculate_dependents(database_, {&table, field, positions}, settings_, threads_));
 }
 
-void FormulaHooks::formula_changed(CWorkSheet& table, size_t field) const {
+void FormulaHooks::field_changed(CWorkSheet& table, size_t field) const {
   if (update_mode_ == UpdateMode::kManual) return;
   static_cast<void>(recalculate_from(database_, table, field, settings_, threads_));
 }

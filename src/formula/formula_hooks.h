@@ -21,7 +21,7 @@ class FormulaHooks final : public FieldHooks {
   bool accepts(const CWorkSheet& table, uint32_t record, size_t field, const CellValue& value) const override;
   void values_changed(CWorkSheet& table, std::optional<size_t> field,
                       std::span<const uint32_t> positions) const override;
-  void formula_changed(CWorkSheet& table, size_t field) const override;
+  void field_changed(CWorkSheet& table, size_t field) const override;
   std::string format_number(const std::string& format, double number) const override;
 
  private:

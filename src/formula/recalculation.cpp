@@ -26,7 +26,7 @@ struct Staleness {
 
 ErrorCode store_column(const CalculatedField& field, Column column) {
   if (same_values(column, field.table->column(field.field))) return ErrorCode::kOk;
-  return field.table->replace_column(field.field, field.table->field(field.field), std::move(column));
+  return field.table->store_results(field.field, std::move(column));
 }
 
 // Works fields out one after the other.
@@ -97,7 +97,7 @@ class Spread {
   bool reads_change(const FieldUse& use) const {
     if (use.table != change_.table) return false;
     // Where records were deleted, only what reads all of them changes.
-    if (change_.positions.empty()) return use.all_records;
+    if (change_.positions.empty() && !change_.whole_field) return use.all_records;
     return !change_.field || *change_.field == use.field;
   }
 
@@ -192,8 +192,8 @@ ErrorCode recalculate_from(Database& database, CWorkSheet& table, size_t field,
                            const FormulaSettings& formulas, int threads) {
   const UpdateOrder order = find_update_order(database, formulas);
   Recalculator recalculator(formulas, threads, Progress::none());
-  const ValuesChange nothing{};
-  Spread spread(nothing);
+  const ValuesChange change{&table, field, {}, true};
+  Spread spread(change);
   for (const CalculatedField& each : order.fields) {
     Staleness stale = spread.add(each);
     stale.all = stale.all || (each.table == &table && each.field == field);

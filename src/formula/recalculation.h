@@ -54,12 +54,14 @@ struct ValuesChange {
   CWorkSheet* table = nullptr;
   std::optional<size_t> field;
   std::span<const uint32_t> positions;
+  bool whole_field = false;  // all values of `field`; there are no positions then
 };
 
 // Works out only what depends on CHANGE. Formulas that read each other are left alone.
 ErrorCode recalculate_dependents(Database& database, const ValuesChange& change,
                                  const FormulaSettings& formulas, int threads);
-// Works out FIELD of TABLE, whose formula is new, and what depends on it.
+// Works out FIELD of TABLE, whose formula or whose values are all new, as far as it is calculated, and what
+// depends on it.
 ErrorCode recalculate_from(Database& database, CWorkSheet& table, size_t field,
                            const FormulaSettings& formulas, int threads);
 

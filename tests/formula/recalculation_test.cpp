@@ -187,6 +187,18 @@ TEST_F(Calculated, AutomaticModeFollowsEdits) {
   EXPECT_EQ(text("Four", 1), "120");
 }
 
+TEST_F(Calculated, AutomaticModeFollowsColumnsThatAreReplaced) {
+  attach();
+  add("Twice", kNumber, "=Price*2");
+  add("Four", kNumber, "=Twice*2");
+  Field locked = table_->field(0);
+  locked.encrypted = true;
+  require(table_->replace_column(0, locked, Column(table_->column(0))));
+  EXPECT_EQ(text("Four", 1), "#REF!") << "nobody reads an encrypted field";
+  ASSERT_TRUE(database_.undo());
+  EXPECT_EQ(text("Four", 1), "40") << "one step";
+}
+
 TEST_F(Calculated, ManualModeWaits) {
   attach();
   hooks_.set_update_mode(UpdateMode::kManual);
