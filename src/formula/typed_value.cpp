@@ -6,6 +6,7 @@
 #include <string>
 
 #include "core/number_text.h"
+#include "platform/date_words.h"
 #include "platform/text_to_date.h"
 
 namespace rowvane {
@@ -59,8 +60,9 @@ std::optional<int64_t> take_whole(std::string_view& text) {
 class TypedReader {
  public:
   TypedReader(std::string_view text, const platform::RegionalSettings& region)
-      : text_(text), region_(region), separators_{region.decimal_separator, region.group_separator} {
-    if (separators_.decimal.empty()) separators_.decimal = ".";
+      : text_(text), region_(region) {
+    const FormatSeparators own = format_separators_of(region);
+    separators_ = {own.decimal, own.group};
     for (const std::string_view blank : kBlanks) {
       if (separators_.group == blank) separators_.group = " ";
     }
@@ -71,7 +73,8 @@ class TypedReader {
     if (const auto value = read_percentage()) return value;
     if (const auto value = read_amount()) return value;
     if (const auto value = read_fraction()) return value;
-    if (const auto date = platform::text_to_date(text_, region_)) return {{*date, kind_of_date(*date)}};
+    if (const auto date = platform::text_to_date(without_last_weekday(), region_))
+      return {{*date, kind_of_date(*date)}};
     return read_length_of_time();
   }
 
@@ -128,6 +131,14 @@ class TypedReader {
     const double size =
         static_cast<double>(whole) + static_cast<double>(*numerator) / static_cast<double>(*denominator);
     return {{negative ? -size : size, FormatKind::kFraction}};
+  }
+
+  // Where the year goes first, formats with weekdays put these behind the date: "2024, Feb 29, Thu".
+  std::string_view without_last_weekday() const {
+    const size_t comma = text_.rfind(", ");
+    if (comma == std::string_view::npos) return text_;
+    const platform::DateWords& words = platform::DateWords::of(region_.locale);
+    return words.find(text_.substr(comma + 2)).is_weekday ? text_.substr(0, comma) : text_;
   }
 
   // Day 0 is where times without a date lie.

@@ -75,7 +75,9 @@ TEST(FormatStyle, BuildsCodesThatCanBeUsed) {
     const FormatSeparators separators = format_separators_of(platform::regional_settings_of(locale));
     for (int kind = 1; kind < kFormatKinds; ++kind) {
       for (int option = 0; option <= 11; ++option) {
-        FormatStyle style{.kind = static_cast<FormatKind>(kind), .decimals = option * 3 % kMaxFormatPlaces};
+        FormatStyle style;
+        style.kind = static_cast<FormatKind>(kind);
+        style.decimals = option * 3 % kMaxFormatPlaces;
         style.negative = static_cast<NegativeForm>(option % 4);
         style.symbol = "kr\\%";
         style.placement = static_cast<SymbolPlacement>(option % 4);
