@@ -60,7 +60,9 @@ FormatCode::FormatCode(std::string_view code, const FormatSeparators& separators
     sections_.push_back(std::move(section));
   } while (problem_.empty() && lexer.has_more());
   set_default_conditions();
-  if (!problem_.empty()) sections_.clear();
+  if (problem_.empty()) return;
+  sections_.clear();
+  has_text_section_ = false;
 }
 
 // The last section is the one for texts when it is the fourth or shows them.

@@ -16,7 +16,8 @@ struct TypedValue {
 
 // What the UTF-8 TEXT reads as by the signs of REGION, or nothing. In this order:
 // - a number, thousands separated or not; where a blank separates them, any kind of blank does.
-//   The separators are those that display formats show, so a region that does not group its numbers takes ",";
+//   The separators are those that display formats show, so a region that does not group its numbers takes
+//   ",";
 // - a percentage ("12.5%", "% 12.5"), which is divided by 100;
 // - an amount: the currency symbol of REGION or "$", "€", "£", "¥" before or behind the number;
 // - a number in parentheses, with or without a symbol, which is negative;

@@ -104,11 +104,13 @@ TEST(NumberFormat, RefusesWhatItCannotUse) {
 }
 
 TEST(NumberFormat, ShowsValuesOfABadCodeAsWithoutAFormat) {
-  const NumberFormat format("0\"", DisplayRegion());
-  std::string out;
-  format.append(1.25, out);
-  format.append_text(" t", out);
-  EXPECT_EQ(out, "1.25 t");
+  for (const char* code : {"0\"", "0;0;@;0", "0;0;0;0;@"}) {
+    const NumberFormat format(code, DisplayRegion());
+    std::string out;
+    format.append(1.25, out);
+    format.append_text(" t", out);
+    EXPECT_EQ(out, "1.25 t") << code;
+  }
 }
 
 TEST(NumberFormat, ShowsWhatIsNoFiniteNumber) {
