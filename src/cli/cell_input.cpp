@@ -5,6 +5,7 @@
 
 #include "cli/report.h"
 #include "core/file_error.h"
+#include "formula/typed_value.h"
 #include "platform/file.h"
 #include "platform/paths.h"
 
@@ -36,6 +37,16 @@ ErrorCode read_files(std::string_view text, FileList& files) {
   return ErrorCode::kOk;
 }
 
+// Dates, times and percentages are numbers too: "2024-02-29", "7:30", "12.5%".
+bool read_number_kind(std::string_view text, CellValue& value) {
+  const auto typed = read_typed_value(text, platform::RegionalSettings::generic());
+  const bool is_taken =
+      typed && (typed->kind == FormatKind::kDate || typed->kind == FormatKind::kTime ||
+                typed->kind == FormatKind::kDateTime || typed->kind == FormatKind::kPercent);
+  if (is_taken) value = typed->number;
+  return is_taken;
+}
+
 ErrorCode read_value(FieldType type, std::string_view text, CellValue& value) {
   if (type == FieldType::kFiles) {
     FileList files;
@@ -49,7 +60,10 @@ ErrorCode read_value(FieldType type, std::string_view text, CellValue& value) {
     value = std::move(content);
     return error;
   }
-  return value_from_text(type, text, NumberSeparators(), value);
+  const ErrorCode error = value_from_text(type, text, NumberSeparators(), value);
+  if (error != ErrorCode::kOk && type == FieldType::kNumber && read_number_kind(text, value))
+    return ErrorCode::kOk;
+  return error;
 }
 
 bool read_number(std::string_view text, uint32_t& number) {

@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <optional>
 
 #include "cli/json.h"
-#include "core/database.h"
-#include "core/field_hooks.h"
+#include "core/number_text.h"
 #include "core/utf8.h"
 #include "exchange/text_formatter.h"
+#include "formula/number_format.h"
 #include "platform/terminal.h"
 #include "platform/text_width.h"
 
@@ -48,6 +49,16 @@ std::string cut_to_width(const std::string& text, int width) {
 class TablePrinter {
  public:
   TablePrinter(const CWorkSheet& table, const PrintOptions& options) : table_(table), options_(options) {
+    const platform::RegionalSettings region = platform::user_regional_settings();
+    const DisplayRegion display(region);
+    for (const size_t field : options_.fields) {
+      const bool is_number = table_.field(field).type == FieldType::kNumber;
+      const std::string& code = table_.field(field).format;
+      formats_.emplace_back(is_number && !code.empty()
+                                ? std::optional<NumberFormat>(std::in_place, code, display)
+                                : std::nullopt);
+    }
+    decimal_ = display.decimal;
     measure();
     fit();
   }
@@ -74,16 +85,18 @@ class TablePrinter {
   bool is_number(size_t i) const { return table_.field(options_.fields[i]).type == FieldType::kNumber; }
 
   std::string cell_text(uint32_t position, size_t i) const {
-    const Field& field = table_.field(options_.fields[i]);
-    const FieldHooks* hooks = table_.database() != nullptr ? table_.database()->hooks() : nullptr;
-    if (hooks != nullptr && field.type == FieldType::kNumber && !field.format.empty()) {
-      const CellValue value = table_.value(position + 1, options_.fields[i]);
-      const auto* number = std::get_if<double>(&value);
-      if (number != nullptr && error_of_number(*number) == FormulaError::kNone) {
-        return hooks->format_number(field.format, *number);
-      }
+    if (!is_number(i)) return on_one_line(table_.value_text(position + 1, options_.fields[i]));
+    const CellValue value = table_.value(position + 1, options_.fields[i]);
+    const auto* number = std::get_if<double>(&value);
+    if (number == nullptr || error_of_number(*number) != FormulaError::kNone)
+      return table_.value_text(position + 1, options_.fields[i]);
+    std::string text;
+    if (formats_[i]) {
+      formats_[i]->append(*number, text);
+    } else {
+      append_number(*number, decimal_, text);
     }
-    return on_one_line(table_.value_text(position + 1, options_.fields[i]));
+    return on_one_line(std::move(text));
   }
 
   void measure() {
@@ -132,6 +145,8 @@ class TablePrinter {
 
   const CWorkSheet& table_;
   const PrintOptions& options_;
+  std::vector<std::optional<NumberFormat>> formats_;  // of the fields that have one
+  std::string decimal_;                               // for numbers of the others
   std::vector<int> widths_;
 };
 

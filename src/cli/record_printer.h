@@ -18,8 +18,9 @@ struct PrintOptions {
   uint32_t count = 0;  // records at most
 };
 
-// kTable: aligned columns, fitted to the terminal where there is one; kCsv: what an export writes; kJson: one
-// object a line. Stops early when nobody reads the output any more.
+// kTable: aligned columns, fitted to the terminal where there is one, numbers by their display formats and
+// with the user's separators; kCsv: what an export writes; kJson: one object a line. Stops early when nobody
+// reads the output any more.
 ErrorCode print_records(const CWorkSheet& table, const PrintOptions& options);
 
 }  // namespace rowvane::cli

@@ -30,7 +30,7 @@ class FieldHooks {
     (void)field;
     (void)positions;
   }
-  // The same for a field whose formula is new, or whose values are all of another kind.
+  // The same for a field whose formula is new, or whose values all are.
   virtual void field_changed(CWorkSheet& table, size_t field) const {
     (void)table;
     (void)field;

@@ -1,7 +1,6 @@
 #include "formula/formula_hooks.h"
 
 #include "core/database.h"
-#include "core/number_text.h"
 #include "core/utf8.h"
 #include "formula/formula_program.h"
 
@@ -48,8 +47,10 @@ void FormulaHooks::field_changed(CWorkSheet& table, size_t field) const {
   static_cast<void>(recalculate_from(database_, table, field, settings_, threads_));
 }
 
-std::string FormulaHooks::format_number(const std::string&, double number) const {
-  return number_to_text(number);
+std::string FormulaHooks::format_number(const std::string& format, double number) const {
+  std::string text;
+  NumberFormat(format, region_).append(number, text);
+  return text;
 }
 
 FormulaEntry check_formula_entry(std::string_view formula) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/field_hooks.h"
+#include "formula/number_format.h"
 #include "formula/recalculation.h"
 
 namespace rowvane {
@@ -9,8 +10,10 @@ namespace rowvane {
 // Serves one database.
 class FormulaHooks final : public FieldHooks {
  public:
-  FormulaHooks(Database& database, FormulaSettings settings, int threads)
-      : database_(database), settings_(std::move(settings)), threads_(threads) {}
+  // REGION says how numbers with a display format look.
+  FormulaHooks(Database& database, FormulaSettings settings, int threads,
+               DisplayRegion region = DisplayRegion())
+      : database_(database), settings_(std::move(settings)), threads_(threads), region_(std::move(region)) {}
 
   UpdateMode update_mode() const { return update_mode_; }
   // Asks nothing and calculates nothing: see update_mode_question and recalculate.
@@ -22,12 +25,14 @@ class FormulaHooks final : public FieldHooks {
   void values_changed(CWorkSheet& table, std::optional<size_t> field,
                       std::span<const uint32_t> positions) const override;
   void field_changed(CWorkSheet& table, size_t field) const override;
+  // Reads FORMAT each time; what shows many values prepares a NumberFormat.
   std::string format_number(const std::string& format, double number) const override;
 
  private:
   Database& database_;
   FormulaSettings settings_;
   int threads_;
+  DisplayRegion region_;
   UpdateMode update_mode_ = UpdateMode::kAutomatic;
 };
 

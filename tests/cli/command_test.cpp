@@ -278,5 +278,27 @@ TEST_F(CommandTest, CalculatedFieldsFollowEdits) {
   EXPECT_EQ(rvb({"recalc", shop, "nosuch"}).status, 1);
 }
 
+TEST_F(CommandTest, DisplayFormats) {
+  const std::string database = make_shop();
+  output(
+      {"field", database, "fruit", "change", "Price", "--format", "general decimals=2 negative=parentheses"});
+  output({"field", database, "fruit", "add", "Picked", "--type", "number", "--format", "date form=1"});
+  output({"set", database, "fruit", "1", "Picked=2024-02-29", "Price=-1.5"});
+  EXPECT_EQ(output({"show", database, "fruit", "--limit", "1", "--fields", "Price,Picked"}),
+            " Price      Picked\n------  ----------\n(1.50)  2024-02-29\n");
+  EXPECT_EQ(
+      output({"show", database, "fruit", "--limit", "1", "--fields", "Price,Picked", "--format", "json"}),
+      "{\"Price\": -1.5, \"Picked\": 45351}\n");
+  EXPECT_THAT(output({"info", database, "fruit"}), HasSubstr("Price  [Number]  format 0.00;(0.00)\n"));
+  Outcome refused = rvb({"field", database, "fruit", "change", "Price", "--format", "0 km"});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_THAT(refused.err, HasSubstr("must stand in quotes (at byte 3)"));
+  refused = rvb({"field", database, "fruit", "change", "Name", "--format", "0"});
+  EXPECT_THAT(refused.err, HasSubstr("only Number fields have a display format"));
+  output({"field", database, "fruit", "change", "Price", "--format", "default"});
+  EXPECT_THAT(output({"show", database, "fruit", "--limit", "1", "--fields", "Price"}),
+              HasSubstr("\n -1.5\n"));
+}
+
 }  // namespace
 }  // namespace rowvane::cli

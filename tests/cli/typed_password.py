@@ -36,6 +36,8 @@ def main():
     text = os.path.join(folder, "typed.csv")
     with open(text, "w", encoding="utf-8") as file:
         file.write("a\n1\n")
+    if os.path.exists(database):
+        os.remove(database)  # of a run that was ended
     subprocess.run([rvb, "import", database, text], check=True, stdout=subprocess.DEVNULL)
 
     def expect(status, words, answers, text):

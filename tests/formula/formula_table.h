@@ -25,7 +25,11 @@ inline std::string with_control_characters(std::string text) {
   return text;
 }
 
-inline std::vector<TableRow> read_formula_table(const std::string& name) {
+// Whether lines that begin with "#" are comments.
+enum class TableComments { kNone, kHash };
+
+inline std::vector<TableRow> read_formula_table(const std::string& name,
+                                                TableComments comments = TableComments::kHash) {
   const std::string path = std::string(ROWVANE_SOURCE_DIR) + "/tests/formula/data/" + name;
   std::ifstream file(path);
   std::vector<TableRow> rows;
@@ -35,7 +39,8 @@ inline std::vector<TableRow> read_formula_table(const std::string& name) {
     ++number;
     if (line == "!regional") set = SeparatorSet::kRegional;
     if (line == "!generic") set = SeparatorSet::kGeneric;
-    if (line.empty() || line.front() == '!' || line.front() == '#') continue;
+    if (line.empty() || line.front() == '!') continue;
+    if (line.front() == '#' && comments == TableComments::kHash) continue;
     TableRow row{number, set, {}};
     for (size_t from = 0; from <= line.size();) {
       const size_t end = std::min(line.find('\t', from), line.size());

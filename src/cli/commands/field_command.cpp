@@ -8,6 +8,8 @@
 #include "cli/session.h"
 #include "core/field_conversion.h"
 #include "core/names.h"
+#include "formula/format_style_text.h"
+#include "formula/number_format.h"
 
 namespace rowvane::cli {
 namespace {
@@ -19,6 +21,7 @@ struct FieldArguments {
   std::optional<std::string> default_value;
   std::optional<std::string> formula;
   std::optional<std::string> validation;
+  std::optional<std::string> format;
   SaveOptions save;
   TextOptions text;
 };
@@ -69,6 +72,23 @@ int read_formulas(const CWorkSheet& table, const FieldArguments& arguments, Fiel
   return read_formula(table, arguments.validation, field.validation);
 }
 
+// The format code of the typed style, into FIELD. Dates take the user's separator and order.
+int read_format(const std::optional<std::string>& typed, Field& field) {
+  if (!typed) return kDone;
+  const platform::RegionalSettings region = platform::user_regional_settings();
+  const StyleEntry entry = read_format_style(*typed, region.currency_symbol);
+  if (!entry.problem.empty()) return fail(entry.problem);
+  const std::string code = entry.style.kind == FormatKind::kCustom
+                               ? *typed
+                               : build_format_code(entry.style, stored_format_separators(region));
+  const FormatCode check(code);
+  if (!check.problem().empty()) return fail(check.problem());
+  if (!code.empty() && field.type != FieldType::kNumber)
+    return fail("only Number fields have a display format");
+  field.format = code;
+  return kDone;
+}
+
 // Formulas that need each other's results are refused before anything is saved.
 int check_circles(Session& session) {
   const RecalculationCheck check =
@@ -86,6 +106,7 @@ int add_field(CWorkSheet& table, const FieldArguments& arguments, const std::str
   field.default_value = arguments.default_value.value_or("");
   field.position = static_cast<uint16_t>(table.field_count());
   if (const int status = read_formulas(table, arguments, field); status != kDone) return status;
+  if (const int status = read_format(arguments.format, field); status != kDone) return status;
   return done(table.insert_field(table.field_count(), std::move(field)));
 }
 
@@ -112,6 +133,7 @@ int change_field(Session& session, CWorkSheet& table, const FieldArguments& argu
   Field definition = table.field(index);
   if (arguments.default_value) definition.default_value = *arguments.default_value;
   if (const int status = read_formulas(table, arguments, definition); status != kDone) return status;
+  if (const int status = read_format(arguments.format, definition); status != kDone) return status;
   return done(table.change_field(index, std::move(definition)));
 }
 
@@ -154,7 +176,10 @@ void add_field_command(CLI::App& app, CommandContext& context) {
       "Examples:\n  rvb field shop.rvb products add Weight --type number\n  rvb field "
       "shop.rvb 'sales/order lines' add Total --type number --formula '=Quantity*Unit price'\n  rvb field "
       "shop.rvb products "
-      "change Notes --type longtext\n  rvb field shop.rvb products rename Name Title\n  rvb field shop.rvb "
+      "change Notes --type longtext\n  rvb field shop.rvb products change Price --format 'currency "
+      "decimals=2'\n  "
+      "rvb field shop.rvb sales/orders change Paid --format dd.mm.yyyy\n  rvb field shop.rvb products rename "
+      "Name Title\n  rvb field shop.rvb "
       "products delete Weight");
   command->add_option("DATABASE", arguments->database, "Database, or any file with tables (needs -o)")
       ->required();
@@ -168,6 +193,9 @@ void add_field_command(CLI::App& app, CommandContext& context) {
   command->add_option("--formula", arguments->formula, "Formula that calculates the values; empty: none");
   command->add_option("--validation", arguments->validation,
                       "Formula that entered values must satisfy; empty: none");
+  command->add_option("--format", arguments->format,
+                      "How numbers are shown: default, general, currency, accounting, date, time, date/time, "
+                      "percent, fraction or scientific with options, or a format code (doc/formats.md)");
   arguments->save.add_to(*command);
   arguments->text.add_to(*command, true);
   command->callback([&context, arguments] {
