@@ -282,7 +282,7 @@ TEST_F(CommandTest, DisplayFormats) {
   const std::string database = make_shop();
   output(
       {"field", database, "fruit", "change", "Price", "--format", "general decimals=2 negative=parentheses"});
-  output({"field", database, "fruit", "add", "Picked", "--type", "number", "--format", "date form=1"});
+  output({"field", database, "fruit", "add", "Picked", "--type", "number", "--format", "yyyy-mm-dd"});
   output({"set", database, "fruit", "1", "Picked=2024-02-29", "Price=-1.5"});
   EXPECT_EQ(output({"show", database, "fruit", "--limit", "1", "--fields", "Price,Picked"}),
             " Price      Picked\n------  ----------\n(1.50)  2024-02-29\n");

@@ -38,20 +38,26 @@ bool rename_at_once(HANDLE file, const std::wstring& target) {
   return ::SetFileInformationByHandle(file, kFileRenameInfoEx, info, static_cast<DWORD>(buffer.size())) != 0;
 }
 
+bool exists(const std::wstring& path) {
+  return ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+// Gives the former file, which was moved to ASIDE, its name TARGET back, or removes it when another has the
+// name.
+void settle(const std::wstring& aside, const std::wstring& target) {
+  if (!exists(target)) ::MoveFileExW(aside.c_str(), target.c_str(), 0);
+  if (exists(target)) ::DeleteFileW(aside.c_str());
+}
+
 // For targets that are open and file systems that can't replace those: the former file moves aside first.
 bool swap_in(const std::wstring& name, const std::wstring& target) {
   std::wstring aside;
   if (wide_path_of(own_temporary_name(to_utf8(target)), aside) != FileStatus::kOk) return false;
-  if (::ReplaceFileW(target.c_str(), name.c_str(), aside.c_str(),
-                     REPLACEFILE_IGNORE_MERGE_ERRORS | REPLACEFILE_IGNORE_ACL_ERRORS, nullptr,
-                     nullptr) == 0) {
-    const DWORD error = ::GetLastError();
-    if (error == ERROR_UNABLE_TO_MOVE_REPLACEMENT_2) ::MoveFileExW(aside.c_str(), target.c_str(), 0);
-    ::SetLastError(error);
-    return false;
-  }
-  ::DeleteFileW(aside.c_str());
-  return true;
+  const BOOL replaced =
+      ::ReplaceFileW(target.c_str(), name.c_str(), aside.c_str(),
+                     REPLACEFILE_IGNORE_MERGE_ERRORS | REPLACEFILE_IGNORE_ACL_ERRORS, nullptr, nullptr);
+  if (exists(aside)) settle(aside, target);
+  return replaced != 0;
 }
 
 }  // namespace
