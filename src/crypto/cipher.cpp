@@ -56,7 +56,7 @@ size_t block_bytes(CipherAlgorithm algorithm) {
 
 struct CipherStream::Mode {
   std::unique_ptr<SymmetricCipher> cipher;
-  ErrorCode failure;  // what a failure of this direction is called
+  ErrorCode failure = ErrorCode::kOk;  // what a failure of this direction is called
 };
 
 CipherStream::CipherStream() = default;
@@ -69,8 +69,9 @@ ErrorCode CipherStream::start(CipherAlgorithm algorithm, CipherDirection directi
   if (key.size() != kKeyBytes || iv.size() != block_bytes(algorithm)) return ErrorCode::kCryptographicKey;
   try {
     const bool encrypts = direction == CipherDirection::kEncrypt;
-    mode_ = std::make_unique<Mode>(cipher_of(algorithm).make(direction),
-                                   encrypts ? ErrorCode::kFileEncrypt : ErrorCode::kFileDecrypt);
+    mode_ = std::make_unique<Mode>();
+    mode_->cipher = cipher_of(algorithm).make(direction);
+    mode_->failure = encrypts ? ErrorCode::kFileEncrypt : ErrorCode::kFileDecrypt;
     mode_->cipher->SetKeyWithIV(bytes_of(key.view()), key.size(), bytes_of(iv), iv.size());
     return ErrorCode::kOk;
   } catch (const CryptoPP::Exception&) {
