@@ -7,6 +7,7 @@ Options engine_options(const profile::Settings& settings) {
   Options options;
   options.max_records = static_cast<uint32_t>(general.max_records);
   options.used_processor_cores = general.used_processor_cores;
+  options.auto_update = settings.check_box_options.auto_update;
   options.undo_level = static_cast<size_t>(general.undo_level);
   options.backups = general.backups;
   options.show_unused_members = settings.check_box_options.show_unused_zip_streams;

@@ -53,7 +53,7 @@ int Session::adopt(OpenedDatabase opened) {
 }
 
 void Session::attach_formulas() {
-  formulas_ = std::make_unique<FormulaHooks>(*database_, FormulaSettings(), options_.used_processor_cores,
+  formulas_ = std::make_unique<FormulaHooks>(*database_, FormulaSettings(), options_,
                                              DisplayRegion(platform::user_regional_settings()));
   database_->set_hooks(formulas_.get());
 }

@@ -4,6 +4,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "core/field_hooks.h"
 #include "core/messages.h"
 #include "core/names.h"
 #include "core/tree_changes.h"
@@ -134,6 +135,20 @@ void Database::apply(std::unique_ptr<Change> change) {
   record(std::move(change), nullptr);
 }
 
+void Database::remove(std::unique_ptr<Change> change) {
+  const ChangeGroup group(*this, {});
+  apply(std::move(change));
+  if (hooks_ != nullptr) hooks_->names_deleted();
+}
+
+void Database::rename(const std::function<void()>& change) {
+  if (hooks_ == nullptr) return change();
+  const ChangeGroup group(*this, {});
+  const std::function<void()> after = hooks_->before_renaming();
+  change();
+  after();
+}
+
 ErrorCode Database::add_table(Folder& folder, std::unique_ptr<CWorkSheet>& table) {
   if (const auto error = check_new_name(folder, table->name(), nullptr); error != ErrorCode::kOk)
     return error;
@@ -146,20 +161,22 @@ ErrorCode Database::add_table(Folder& folder, std::unique_ptr<CWorkSheet>& table
 
 ErrorCode Database::delete_table(CWorkSheet& table) {
   if (tables().size() == 1) return ErrorCode::kLastTable;
-  apply(std::make_unique<PresenceChange<CWorkSheet>>(table.folder_->tables_, table));
+  remove(std::make_unique<PresenceChange<CWorkSheet>>(table.folder_->tables_, table));
   return ErrorCode::kOk;
 }
 
 ErrorCode Database::rename_table(CWorkSheet& table, std::string name) {
   if (const auto error = check_new_name(*table.folder_, name, &table); error != ErrorCode::kOk) return error;
-  apply(std::make_unique<SwapChange<std::string>>(table.name_, std::move(name)));
+  rename([&] { apply(std::make_unique<SwapChange<std::string>>(table.name_, std::move(name))); });
   return ErrorCode::kOk;
 }
 
 ErrorCode Database::move_table(CWorkSheet& table, Folder& target) {
   if (table.folder_ == &target) return ErrorCode::kOk;
   if (const auto error = check_new_name(target, table.name(), nullptr); error != ErrorCode::kOk) return error;
-  apply(std::make_unique<MoveChange<CWorkSheet, Folder>>(table, table.folder_, target, &Folder::tables_));
+  rename([&] {
+    apply(std::make_unique<MoveChange<CWorkSheet, Folder>>(table, table.folder_, target, &Folder::tables_));
+  });
   return ErrorCode::kOk;
 }
 
@@ -177,7 +194,7 @@ ErrorCode Database::add_folder(Folder& parent, std::string name, Folder** added)
 ErrorCode Database::delete_folder(Folder& folder) {
   if (folder.parent_ == nullptr) return ErrorCode::kInvalidPath;
   if (!holds_other_tables(folder)) return ErrorCode::kLastTable;
-  apply(std::make_unique<PresenceChange<Folder>>(folder.parent_->folders_, folder));
+  remove(std::make_unique<PresenceChange<Folder>>(folder.parent_->folders_, folder));
   return ErrorCode::kOk;
 }
 
@@ -185,7 +202,7 @@ ErrorCode Database::rename_folder(Folder& folder, std::string name) {
   if (folder.parent_ == nullptr) return ErrorCode::kInvalidPath;
   if (const auto error = check_new_name(*folder.parent_, name, &folder); error != ErrorCode::kOk)
     return error;
-  apply(std::make_unique<SwapChange<std::string>>(folder.name_, std::move(name)));
+  rename([&] { apply(std::make_unique<SwapChange<std::string>>(folder.name_, std::move(name))); });
   return ErrorCode::kOk;
 }
 
@@ -195,7 +212,9 @@ ErrorCode Database::move_folder(Folder& folder, Folder& target) {
   if (depth_of(target) + height_of(folder) > kMaxFolderDepth) return ErrorCode::kPathTooLong;
   if (const auto error = check_new_name(target, folder.name(), nullptr); error != ErrorCode::kOk)
     return error;
-  apply(std::make_unique<MoveChange<Folder, Folder>>(folder, folder.parent_, target, &Folder::folders_));
+  rename([&] {
+    apply(std::make_unique<MoveChange<Folder, Folder>>(folder, folder.parent_, target, &Folder::folders_));
+  });
   return ErrorCode::kOk;
 }
 

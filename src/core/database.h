@@ -137,11 +137,16 @@ class Database {
 
  private:
   friend class ChangeGroup;
+  friend class CWorkSheet;
 
   void notify();
   ErrorCode check_new_name(const Folder& folder, std::string_view name, const void* own) const;
   bool holds_other_tables(const Folder& folder) const;
   void apply(std::unique_ptr<Change> change);
+  // Applies CHANGE, which takes tables away.
+  void remove(std::unique_ptr<Change> change);
+  // Makes CHANGE, after which tables, folders or fields have other names or places.
+  void rename(const std::function<void()>& change);
 
   std::string name_;
   std::string file_path_;

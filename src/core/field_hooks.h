@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -30,10 +31,18 @@ class FieldHooks {
     (void)field;
     (void)positions;
   }
-  // The same for a field whose formula is new, or whose values all are.
+  // The same for a field that is new, whose formula is new, or whose values all are.
   virtual void field_changed(CWorkSheet& table, size_t field) const {
     (void)table;
     (void)field;
+  }
+
+  // The same after fields, tables or folders were deleted: what formulas call by these names is gone.
+  virtual void names_deleted() const {}
+  // Called before fields, tables or folders get other names or places; what it answers is called after that,
+  // inside the undo step, so that formulas go on to mean what they did.
+  virtual std::function<void()> before_renaming() const {
+    return [] {};
   }
 
   // NUMBER as the display format code FORMAT shows it. Called only for fields that have one.

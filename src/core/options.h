@@ -12,6 +12,7 @@ namespace rowvane {
 struct Options {
   uint32_t max_records = kDefaultMaxRecords;  // `MaxRecords`: records of one table
   int used_processor_cores = 0;               // `UsedProcessorCores`: 1 to 16; 0: as many as the machine has
+  bool auto_update = true;                    // `AutoUpdate`: calculated fields follow every change
   size_t undo_level = 100;                    // `UndoLevel`: steps that can be undone
   bool backups = false;                       // `Backups`: keep the former file as .bak when saving
   uint64_t text_export_row_limit = 0;         // `TextExportRowLimit`: records of one file; 0: no limit

@@ -149,11 +149,8 @@ ErrorCode CWorkSheet::insert_field(size_t index, Field field) {
   if (record_bytes(field_count() + 1) > kMaxRecordBytes) return ErrorCode::kRecordSize;
   Column column = make_column(field.type);
   resize_column(column, record_count());
-  const bool calculated = !field.formula.empty();
   auto change = std::make_unique<FieldPresenceChange>(*this, index, std::move(field), std::move(column));
-  apply_and_tell(std::move(change), [&](const FieldHooks& hooks) {
-    if (calculated) hooks.field_changed(*this, index);
-  });
+  apply_and_tell(std::move(change), [&](const FieldHooks& hooks) { hooks.field_changed(*this, index); });
   return ErrorCode::kOk;
 }
 
@@ -162,14 +159,20 @@ ErrorCode CWorkSheet::rename_field(size_t index, std::string name) {
   if (const auto error = check_new_name(name, index); error != ErrorCode::kOk) return error;
   Field renamed = data_.fields[index];
   renamed.name = std::move(name);
-  apply(std::make_unique<FieldChange>(*this, index, std::move(renamed)));
+  auto change = std::make_unique<FieldChange>(*this, index, std::move(renamed));
+  if (database_ == nullptr) {
+    apply(std::move(change));
+  } else {
+    database_->rename([&] { apply(std::move(change)); });
+  }
   return ErrorCode::kOk;
 }
 
 ErrorCode CWorkSheet::delete_field(size_t index) {
   if (index >= field_count()) return ErrorCode::kInvalidCacheIndex;
   if (field_count() == 1) return ErrorCode::kLastField;
-  apply(std::make_unique<FieldPresenceChange>(*this, index));
+  apply_and_tell(std::make_unique<FieldPresenceChange>(*this, index),
+                 [&](const FieldHooks& hooks) { hooks.names_deleted(); });
   return ErrorCode::kOk;
 }
 
@@ -211,6 +214,13 @@ ErrorCode CWorkSheet::store_results(size_t field, std::vector<uint32_t> position
     apply(std::make_unique<CellsChange>(*this, field, std::move(positions), std::move(cells)));
   }
   return ErrorCode::kOk;
+}
+
+void CWorkSheet::rewrite_formulas(size_t field, std::string formula, std::string validation) {
+  Field definition = data_.fields[field];
+  definition.formula = std::move(formula);
+  definition.validation = std::move(validation);
+  apply(std::make_unique<FieldChange>(*this, field, std::move(definition)));
 }
 
 void CWorkSheet::store_outcomes(std::span<const RecordFlags> outcomes) {

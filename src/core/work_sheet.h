@@ -76,6 +76,8 @@ class CWorkSheet {
   ErrorCode store_results(size_t field, std::vector<uint32_t> positions, Column cells);
   // The same for all records.
   ErrorCode store_results(size_t field, Column cells);
+  // Stores the formulas of a field with other names for the same things; nothing is worked out anew.
+  void rewrite_formulas(size_t field, std::string formula, std::string validation);
   // Keeps the outcome of a per-record pass in the flag words of all records. Not a change: nothing that the
   // stored form shows differs.
   void store_outcomes(std::span<const RecordFlags> outcomes);

@@ -14,6 +14,7 @@ struct KnownValue {
 
   Kind kind = Kind::kAny;
   std::string_view name;              // of kName
+  bool literal = false;               // the name is a text between quotes
   const CWorkSheet* table = nullptr;  // of kFields
   uint16_t first = 0;
   uint16_t last = 0;
@@ -26,7 +27,7 @@ class UseFinder {
  public:
   explicit UseFinder(const FormulaProgram& program) : program_(program) {}
 
-  std::vector<FieldUse> run() {
+  FieldUses run() {
     for (const FormulaStep& step : program_.steps()) take(step);
     for (const KnownValue& value : stack_) use(value);
     return std::move(uses_);
@@ -52,10 +53,21 @@ class UseFinder {
     if (value.kind == Kind::kText) {
       result.kind = KnownValue::Kind::kName;
       result.name = value.scalar.text;
-    } else if (value.kind == Kind::kReference) {
+      result.literal = value.literal;
+    } else if (value.reference.source != nullptr) {
       const Reference& cells = value.reference;
-      result = {KnownValue::Kind::kFields, {}, cells.source, cells.first_column, cells.last_column, false};
+      result = fields(*cells.source, cells.first_column, cells.last_column, false);
     }
+    return result;
+  }
+
+  static KnownValue fields(const CWorkSheet& table, uint16_t first, uint16_t last, bool all_records) {
+    KnownValue result;
+    result.kind = KnownValue::Kind::kFields;
+    result.table = &table;
+    result.first = first;
+    result.last = last;
+    result.all_records = all_records;
     return result;
   }
 
@@ -97,27 +109,30 @@ class UseFinder {
         is_field ? std::string_view(field.table->field(field.first).name) : field.name;
     if (const auto found = table != nullptr ? table->find_field(name) : std::nullopt) {
       const auto index = static_cast<uint16_t>(*found);
-      result = {KnownValue::Kind::kFields, {}, table, index, index, true};
+      result = fields(*table, index, index, true);
+    } else {
+      uses_.unknown_names = true;
     }
     stack_.push_back(result);
   }
 
   void use(const KnownValue& value) {
+    if (value.kind == KnownValue::Kind::kName && !value.literal) uses_.unknown_names = true;
     if (value.kind != KnownValue::Kind::kFields) return;
     for (uint32_t field = value.first; field <= value.last; ++field) {
       const FieldUse found{value.table, static_cast<uint16_t>(field), value.all_records};
-      if (std::ranges::find(uses_, found) == uses_.end()) uses_.push_back(found);
+      if (std::ranges::find(uses_.fields, found) == uses_.fields.end()) uses_.fields.push_back(found);
     }
   }
 
   const FormulaProgram& program_;
   std::vector<KnownValue> stack_;
-  std::vector<FieldUse> uses_;
+  FieldUses uses_;
 };
 
 }  // namespace
 
-std::vector<FieldUse> fields_used_by(const FormulaProgram& program) {
+FieldUses fields_used_by(const FormulaProgram& program) {
   if (program.error() != FormulaError::kNone) return {};
   return UseFinder(program).run();
 }

@@ -15,8 +15,12 @@ struct FieldUse {
   bool operator==(const FieldUse&) const = default;
 };
 
-// The fields that PROGRAM names, each once. Tables that are named by a text that the formula itself makes are
-// not among them.
-std::vector<FieldUse> fields_used_by(const FormulaProgram& program);
+struct FieldUses {
+  std::vector<FieldUse> fields;  // each once
+  bool unknown_names = false;    // it also reads names of nothing
+};
+
+// What PROGRAM names. Tables that are named by a text that the formula itself makes are not among it.
+FieldUses fields_used_by(const FormulaProgram& program);
 
 }  // namespace rowvane

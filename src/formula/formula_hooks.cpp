@@ -3,6 +3,7 @@
 #include "core/database.h"
 #include "core/utf8.h"
 #include "formula/formula_program.h"
+#include "formula/name_keeper.h"
 
 namespace rowvane {
 namespace {
@@ -45,6 +46,15 @@ void FormulaHooks::values_changed(CWorkSheet& table, std::optional<size_t> field
 void FormulaHooks::field_changed(CWorkSheet& table, size_t field) const {
   if (update_mode_ == UpdateMode::kManual) return;
   static_cast<void>(recalculate_from(database_, table, field, settings_, threads_));
+}
+
+void FormulaHooks::names_deleted() const {
+  if (update_mode_ == UpdateMode::kManual) return;
+  static_cast<void>(recalculate_unknown_names(database_, settings_, threads_));
+}
+
+std::function<void()> FormulaHooks::before_renaming() const {
+  return [keeper = std::make_shared<NameKeeper>(database_, settings_)] { keeper->update_formulas(); };
 }
 
 std::string FormulaHooks::format_number(const std::string& format, double number) const {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/field_hooks.h"
+#include "core/options.h"
 #include "formula/number_format.h"
 #include "formula/recalculation.h"
 
@@ -11,9 +12,13 @@ namespace rowvane {
 class FormulaHooks final : public FieldHooks {
  public:
   // REGION says how numbers with a display format look.
-  FormulaHooks(Database& database, FormulaSettings settings, int threads,
+  FormulaHooks(Database& database, FormulaSettings settings, const Options& options,
                DisplayRegion region = DisplayRegion())
-      : database_(database), settings_(std::move(settings)), threads_(threads), region_(std::move(region)) {}
+      : database_(database),
+        settings_(std::move(settings)),
+        threads_(options.used_processor_cores),
+        region_(std::move(region)),
+        update_mode_(options.auto_update ? UpdateMode::kAutomatic : UpdateMode::kManual) {}
 
   UpdateMode update_mode() const { return update_mode_; }
   // Asks nothing and calculates nothing: see update_mode_question and recalculate.
@@ -25,6 +30,8 @@ class FormulaHooks final : public FieldHooks {
   void values_changed(CWorkSheet& table, std::optional<size_t> field,
                       std::span<const uint32_t> positions) const override;
   void field_changed(CWorkSheet& table, size_t field) const override;
+  void names_deleted() const override;
+  std::function<void()> before_renaming() const override;
   // Reads FORMAT each time; what shows many values prepares a NumberFormat.
   std::string format_number(const std::string& format, double number) const override;
 
@@ -33,7 +40,7 @@ class FormulaHooks final : public FieldHooks {
   FormulaSettings settings_;
   int threads_;
   DisplayRegion region_;
-  UpdateMode update_mode_ = UpdateMode::kAutomatic;
+  UpdateMode update_mode_;
 };
 
 // FORMULA as it was typed, cut to what a formula may hold; `warning`: texts::kEntryTruncated is to be shown.

@@ -85,7 +85,11 @@ Value value_of(const Token& token) {
     name.literal = token.literal;
     return name;
   }
-  if (token.error != FormulaError::kNone) return Value(Scalar::of(token.error));
+  if (token.error != FormulaError::kNone) {
+    Value value(Scalar::of(token.error));
+    value.reference = token.reference;
+    return value;
+  }
   if (token.kind == Kind::kReference) return Value(token.reference);
   Value value(token.kind == Kind::kText ? Scalar::of(token.text) : Scalar::of(token.number));
   value.literal = token.literal;

@@ -82,7 +82,7 @@ class Spread {
   // Adds what FIELD has to work out again because of the change and of fields that were worked out before it.
   Staleness add(const CalculatedField& field) {
     Staleness stale;
-    for (const FieldUse& use : field.uses) {
+    for (const FieldUse& use : field.uses.fields) {
       if (reads_change(use)) join(stale, use, change_.positions.empty(), change_.positions);
       for (const auto& [earlier, its_own] : done_) {
         if (earlier->table != use.table || earlier->field != use.field) continue;
@@ -171,16 +171,18 @@ RecalculationResult recalculate(Database& database, const Recalculation& setting
   return result;
 }
 
-ErrorCode recalculate_dependents(Database& database, const ValuesChange& change,
-                                 const FormulaSettings& formulas, int threads) {
+namespace {
+
+// Works out what CHANGE makes stale; WIDEN(field, staleness) adds what its uses don't tell.
+template <typename Widen>
+ErrorCode run_spread(const Database& database, const ValuesChange& change, const FormulaSettings& formulas,
+                     int threads, const Widen& widen) {
   const UpdateOrder order = find_update_order(database, formulas);
   Recalculator recalculator(formulas, threads, Progress::none());
   Spread spread(change);
   for (const CalculatedField& field : order.fields) {
     Staleness stale = spread.add(field);
-    // New records have no results yet, whatever the formula reads.
-    const bool whole_records = field.table == change.table && !change.field;
-    if (whole_records && !stale.all) stale.positions.assign(change.positions.begin(), change.positions.end());
+    if (!stale.all) widen(field, stale);
     if (!stale.all && stale.positions.empty()) continue;
     if (const auto error = run_stale(recalculator, field, stale); error != ErrorCode::kOk) return error;
     spread.done(field, std::move(stale));
@@ -188,20 +190,29 @@ ErrorCode recalculate_dependents(Database& database, const ValuesChange& change,
   return ErrorCode::kOk;
 }
 
+}  // namespace
+
+ErrorCode recalculate_dependents(Database& database, const ValuesChange& change,
+                                 const FormulaSettings& formulas, int threads) {
+  return run_spread(database, change, formulas, threads, [&](const CalculatedField& field, Staleness& stale) {
+    // New records have no results yet, whatever the formula reads.
+    const bool whole_records = field.table == change.table && !change.field;
+    if (whole_records) stale.positions.assign(change.positions.begin(), change.positions.end());
+  });
+}
+
 ErrorCode recalculate_from(Database& database, CWorkSheet& table, size_t field,
                            const FormulaSettings& formulas, int threads) {
-  const UpdateOrder order = find_update_order(database, formulas);
-  Recalculator recalculator(formulas, threads, Progress::none());
   const ValuesChange change{&table, field, {}, true};
-  Spread spread(change);
-  for (const CalculatedField& each : order.fields) {
-    Staleness stale = spread.add(each);
-    stale.all = stale.all || (each.table == &table && each.field == field);
-    if (!stale.all) continue;
-    if (const auto error = recalculator.run_all_records(each); error != ErrorCode::kOk) return error;
-    spread.done(each, std::move(stale));
-  }
-  return ErrorCode::kOk;
+  return run_spread(database, change, formulas, threads, [&](const CalculatedField& each, Staleness& stale) {
+    stale.all = each.table == &table && each.field == field;
+  });
+}
+
+ErrorCode recalculate_unknown_names(Database& database, const FormulaSettings& formulas, int threads) {
+  return run_spread(database, {}, formulas, threads, [](const CalculatedField& field, Staleness& stale) {
+    stale.all = field.uses.unknown_names;
+  });
 }
 
 }  // namespace rowvane

@@ -64,5 +64,7 @@ ErrorCode recalculate_dependents(Database& database, const ValuesChange& change,
 // depends on it.
 ErrorCode recalculate_from(Database& database, CWorkSheet& table, size_t field,
                            const FormulaSettings& formulas, int threads);
+// Works out the fields whose formulas name what is not there, and what depends on them.
+ErrorCode recalculate_unknown_names(Database& database, const FormulaSettings& formulas, int threads);
 
 }  // namespace rowvane

@@ -49,11 +49,11 @@ class OrderFinder {
     open(start);
     while (!path_.empty()) {
       Visit& top = path_.back();
-      if (top.next_use == fields_[top.field].uses.size()) {
+      if (top.next_use == fields_[top.field].uses.fields.size()) {
         close();
         continue;
       }
-      const size_t used = index_of(fields_[top.field].uses[top.next_use++]);
+      const size_t used = index_of(fields_[top.field].uses.fields[top.next_use++]);
       if (used == fields_.size() || states_[used] == State::kDone) continue;
       if (states_[used] == State::kOpen) return tell_circle(used);
       open(used);

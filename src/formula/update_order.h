@@ -14,7 +14,7 @@ class Database;
 struct CalculatedField {
   CWorkSheet* table = nullptr;
   size_t field = 0;
-  std::vector<FieldUse> uses;  // what its formula reads
+  FieldUses uses;  // what its formula reads
 };
 
 struct UpdateOrder {

@@ -39,7 +39,7 @@ struct Value {
   Kind kind = Kind::kNoValue;
   bool literal = false;  // of a text: it was quoted, it is no name
   Scalar scalar;         // of a number, a text, an error or nothing; an unknown name is an error with a text
-  Reference reference;
+  Reference reference;   // of a reference, and of the error that stands for one to an encrypted field
   ArrayView array;
 
   Value() = default;

@@ -381,12 +381,15 @@ TEST(EngineOptions, FollowTheProfile) {
   settings.general_options.text_export_row_limit = 9;
   settings.general_options.non_deflate_files = {"abc"};
   settings.check_box_options.show_unused_zip_streams = true;
+  settings.check_box_options.auto_update = false;
   const Options options = engine_options(settings);
   EXPECT_EQ(options.max_records, 5U);
   EXPECT_EQ(options.used_processor_cores, 3);
   EXPECT_EQ(options.undo_level, 2U);
   EXPECT_TRUE(options.backups);
   EXPECT_TRUE(options.show_unused_members);
+  EXPECT_TRUE(unset.auto_update);
+  EXPECT_FALSE(options.auto_update);
   EXPECT_EQ(options.text_export_row_limit, 9U);
   EXPECT_THAT(options.non_deflate_files, ElementsAre("abc"));
 }

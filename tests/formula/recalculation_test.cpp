@@ -42,7 +42,7 @@ class Calculated : public testing::Test {
 
   const FormulaSettings formulas_;
   Database database_;
-  FormulaHooks hooks_{database_, formulas_, 2};
+  FormulaHooks hooks_{database_, formulas_, Options()};
   CWorkSheet* table_;
 };
 
@@ -198,6 +198,111 @@ TEST_F(Calculated, AutomaticModeFollowsColumnsThatAreReplaced) {
   EXPECT_EQ(text("Four", 3), "124");
   ASSERT_TRUE(database_.undo());
   EXPECT_EQ(text("Four", 1), "40") << "one step";
+}
+
+TEST_F(Calculated, EncryptedFieldsReachWhatReadsThem) {
+  attach();
+  add("Twice", kNumber, "=Price*2");
+  add("Sum", kNumber, "=sum(lines!Price)");
+  Field encrypted = table_->field(0);
+  encrypted.type = kText;
+  encrypted.encrypted = true;
+  Column sealed = make_column(kText);
+  resize_column(sealed, 3);
+  require(table_->replace_column(0, encrypted, sealed));
+  EXPECT_EQ(text("Twice", 1), "#REF!");
+  EXPECT_EQ(text("Sum", 2), "#REF!");
+  ASSERT_TRUE(database_.undo());
+  EXPECT_EQ(text("Twice", 1), "20");
+  EXPECT_EQ(text("Sum", 2), "60");
+}
+
+TEST_F(Calculated, DeletedAndNewFieldsReachWhatNamesThem) {
+  attach();
+  add("Total", kNumber, "=Price*Amount");
+  EXPECT_EQ(text("Total", 2), "#NAME?");
+  add("Amount", kNumber, "=2");
+  EXPECT_EQ(text("Total", 2), "40");
+  require(table_->delete_field(0));
+  EXPECT_EQ(text("Total", 2), "#NAME?");
+  ASSERT_TRUE(database_.undo()) << "one step";
+  EXPECT_EQ(text("Total", 2), "40");
+  CWorkSheet* totals = add_sample_table(database_, "sums", "totals", {sample_field("Dummy", kText)});
+  require(totals->insert_records(1, 1));
+  add("All", kNumber, "=sum(lines!Price)", totals);
+  EXPECT_EQ(text("All", 1, totals), "60");
+  require(database_.delete_table(*table_));
+  EXPECT_EQ(text("All", 1, totals), "#REF!");
+}
+
+class Renamed : public Calculated {
+ protected:
+  std::string formula(const std::string& field) { return table_->field(*table_->find_field(field)).formula; }
+};
+
+TEST_F(Renamed, FormulasFollowFields) {
+  add("Twice", kNumber, "= price*2 + Price");
+  add("Label", kText, "=Name&\" Price \"&lines!Price&\"lines\"!\"price\"");
+  Field validated = table_->field(0);
+  validated.validation = "=Price>0";
+  require(table_->change_field(0, validated));
+  attach();
+  run();
+  const std::string twice = text("Twice", 2);
+  require(table_->rename_field(0, "Net"));
+  EXPECT_EQ(formula("Twice"), "= Net*2 + Net");
+  EXPECT_EQ(formula("Label"), "=Name&\" Price \"&lines!Net&\"lines\"!\"Net\"");
+  EXPECT_EQ(table_->field(0).validation, "=Net>0");
+  EXPECT_EQ(text("Twice", 2), twice);
+  ASSERT_TRUE(database_.undo()) << "one step";
+  EXPECT_EQ(table_->field(0).name, "Price");
+  EXPECT_EQ(formula("Twice"), "= price*2 + Price");
+}
+
+TEST_F(Renamed, NamesThatNeedQuotes) {
+  attach();
+  add("Less", kNumber, "=Price-2");
+  add("Sum", kNumber, "=sum(lines!Price)");
+  add("net-2", kNumber, "");
+  const std::pair<const char*, const char*> names[] = {
+      {"Unit price", "=Unit price-2"}, {"true", "=true-2"},   {"a \"b\"", "=a \"b\"-2"},
+      {"Net", "=$\"Net\"-2"},          {"Price", "=Price-2"},
+  };
+  for (const auto& [name, expected] : names) {
+    require(table_->rename_field(0, name));
+    EXPECT_EQ(formula("Less"), expected);
+    run();
+    EXPECT_EQ(text("Less", 1), "8") << name;
+    EXPECT_EQ(text("Sum", 1), "60") << name;
+  }
+  require(table_->rename_field(0, "Unit price"));
+  EXPECT_EQ(formula("Sum"), "=sum(lines!\"Unit price\")");
+}
+
+TEST_F(Renamed, FormulasFollowTablesAndFolders) {
+  attach();
+  add("Sum", kNumber, "=sum(lines!Price)+sum('lines'!Price)");
+  EXPECT_EQ(text("Sum", 1), "120");
+  require(database_.rename_table(*table_, "items"));
+  EXPECT_EQ(formula("Sum"), "=sum(items!Price)+sum(\"items\"!Price)");
+  require(database_.rename_table(*table_, "Name"));
+  EXPECT_EQ(formula("Sum"), "=sum(\"Name\"!Price)+sum(\"Name\"!Price)") << "a field has this name, too";
+  Folder* folder = nullptr;
+  require(database_.add_folder(database_.root(), "old", &folder));
+  require(database_.move_table(*table_, *folder));
+  require(database_.rename_folder(*folder, "past"));
+  EXPECT_EQ(formula("Sum"), "=sum(\"past/Name\"!Price)+sum(\"past/Name\"!Price)");
+  run();
+  EXPECT_EQ(text("Sum", 1), "120");
+}
+
+TEST_F(Renamed, FormulasThatWouldGetTooLongStay) {
+  std::string terms = "=Price";
+  while (terms.size() < 8000) terms += "+Price";
+  add("Long", kNumber, terms);
+  attach();
+  require(table_->rename_field(0, "A much longer price"));
+  EXPECT_EQ(formula("Long"), terms);
 }
 
 TEST_F(Calculated, ManualModeWaits) {
