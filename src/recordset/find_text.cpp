@@ -87,6 +87,8 @@ class TextFinder::FieldSearch {
         field_(finder.fields_[place]),
         column_(texts_.table().column(field_)),
         never_(texts_.table().field(field_).encrypted),
+        is_long_text_(texts_.table().field(field_).type == FieldType::kLongText),
+        is_slow_(finder.settings_.pattern.regular_expression || !std::holds_alternative<TextColumn>(column_)),
         of_empty_(finder.finds_empty_ ? kMatch : kNoMatch) {
     if (const auto* texts = std::get_if<TextColumn>(&column_)) {
       make_verdicts(texts->pool->size());
@@ -124,7 +126,7 @@ class TextFinder::FieldSearch {
 
   // The matcher for texts of this field.
   TextMatcher& matcher(Worker& worker) const {
-    return std::holds_alternative<ContentColumn>(column_) ? *worker.long_text_matcher : *worker.matcher;
+    return is_long_text_ ? *worker.long_text_matcher : *worker.matcher;
   }
 
  private:
@@ -142,7 +144,6 @@ class TextFinder::FieldSearch {
 
   void mark_coded(std::span<const uint32_t> records, uint8_t* hits, Worker& worker,
                   const Progress& progress) {
-    const bool is_slow = !std::holds_alternative<TextColumn>(column_);
     const PlainVector<uint32_t>& codes = std::visit(
         [](const auto& kind) -> const PlainVector<uint32_t>& {
           if constexpr (std::is_same_v<std::remove_cvref_t<decltype(kind)>, NumberColumn>) {
@@ -157,7 +158,7 @@ class TextFinder::FieldSearch {
       std::atomic<uint8_t>& known = verdicts_[codes[records[i]]];
       uint8_t now = known.load(std::memory_order_relaxed);
       if (now == kUnknown && hits[i] == 0) {
-        if (is_slow && progress.cancelled()) return;
+        if (is_slow_ && progress.cancelled()) return;
         now = verdict(matches_text(records[i], worker));
         known.store(now, std::memory_order_relaxed);
       }
@@ -178,7 +179,9 @@ class TextFinder::FieldSearch {
   size_t place_;  // among the fields that are looked at
   size_t field_;
   const Column& column_;
-  bool never_;        // nothing can be found here
+  bool never_;  // nothing can be found here
+  bool is_long_text_;
+  bool is_slow_;      // one record may take long
   uint8_t of_empty_;  // the verdict on empty cells
   std::vector<std::atomic<uint8_t>>
       verdicts_;  // by code, of all but numbers; the same whichever thread sets it
@@ -187,9 +190,7 @@ class TextFinder::FieldSearch {
 FindCheck check_find(const CWorkSheet& table, const FindText& settings) {
   FindCheck check;
   check.refusal = check_pattern(settings.pattern);
-  const auto is_long = [&table](size_t field) {
-    return std::holds_alternative<ContentColumn>(table.column(field));
-  };
+  const auto is_long = [&table](size_t field) { return table.field(field).type == FieldType::kLongText; };
   const std::vector<size_t> fields = settings.fields.empty() ? shown_fields(table) : settings.fields;
   if (settings.pattern.regular_expression && check.refusal.empty() && std::ranges::any_of(fields, is_long)) {
     check.notice = texts::kNoRegexInLongTexts;

@@ -28,7 +28,7 @@ class CellReplacer {
         settings_(settings),
         texts_(table, settings.find.region),
         pattern_(settings.find.pattern),
-        matcher_(is_outside_record(table.field(field).type) ? pattern_.long_text_matcher()
+        matcher_(table.field(field).type == FieldType::kLongText ? pattern_.long_text_matcher()
                                                             : pattern_.matcher(true)),
         replacement_(settings.replacement, pattern_) {}
 

@@ -71,7 +71,7 @@ class PreparedPattern {
   size_t group_count() const;
   // The matcher borrows from this object. With GROUPS it keeps what groups matched.
   std::unique_ptr<TextMatcher> matcher(bool groups = false) const;
-  // For long texts and code, where a regular expression is looked for as plain text.
+  // For long texts, where a regular expression is looked for as plain text.
   std::unique_ptr<TextMatcher> long_text_matcher() const;
 
  private:

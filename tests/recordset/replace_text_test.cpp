@@ -171,6 +171,7 @@ TEST_F(ReplaceTextTest, CancelledItChangesNothing) {
 // Against replacing in each shown text.
 TEST_F(ReplaceTextTest, AgreesWithReplacingCellByCell) {
   ASSERT_NO_FATAL_FAILURE(fill_randomly(table, 3000, 7));
+  set(3001, 0, std::string("aab1ab"));
   ReplaceText settings = replace_settings("a([ab1])", "<$1>", true);
   settings.find.fields = {0, 2};
   settings.find.pattern.caseless = false;
