@@ -53,11 +53,11 @@ class TextFilter final : public RecordFilter {
 
   int cost() const override {
     if (!outcomes_.empty()) return 2;
-    const bool outside = is_outside_record(context_.table.field(field_).type);
-    return query_.cost() + (outside ? 1'000 : 0);
+    return query_.cost() + (is_outside() ? 1'000 : 0);
   }
 
  private:
+  bool is_outside() const { return is_outside_record(context_.table.field(field_).type); }
   bool is_worth_remembering() const {
     return texts_ != nullptr && texts_->pool->size() <= context_.records / kRecordsPerText;
   }
@@ -72,7 +72,7 @@ class TextFilter final : public RecordFilter {
               looks_at_what_is_shown(filter.kind_) ? FieldTexts::Errors::kNamed : FieldTexts::Errors::kNone,
               looks_at_what_is_shown(filter.kind_) ? FieldTexts::FileNames::kEach
                                                    : FieldTexts::FileNames::kJoined),
-          slow_(is_outside_record(filter.context_.table.field(filter.field_).type)),
+          slow_(filter.is_outside() || filter.kind_ == CriterionKind::kRegEx),
           test_(filter.query_.make_test()) {}
 
     size_t keep(uint32_t* positions, size_t count) override {
@@ -96,7 +96,7 @@ class TextFilter final : public RecordFilter {
    private:
     SearchState& state_;
     FieldTexts texts_;
-    bool slow_;
+    bool slow_;  // one record may take long
     std::unique_ptr<TextTest> test_;
   };
 
