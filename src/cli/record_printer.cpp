@@ -162,7 +162,8 @@ ErrorCode print_csv(const CWorkSheet& table, const PrintOptions& options) {
   formatter.append_names(out);
   for (uint32_t k = 0; k < options.count; k += kChunkRecords) {
     RecordSet chunk;
-    for (uint32_t i = k; i < std::min(k + kChunkRecords, options.count); ++i) chunk.push_back(position_of(options, i));
+    for (uint32_t i = k; i < std::min(k + kChunkRecords, options.count); ++i)
+      chunk.push_back(position_of(options, i));
     if (const ErrorCode error = formatter.append_records(chunk, out); error != ErrorCode::kOk) return error;
     if (!put(out)) return ErrorCode::kOk;
     out.clear();
@@ -177,15 +178,21 @@ void print_json(const CWorkSheet& table, const PrintOptions& options) {
     append_json_string(table.field(field).name, keys.emplace_back());
     keys.back() += ": ";
   }
+  std::string prefix;
+  if (options.with_path) {
+    prefix = "{\"table\": ";
+    append_json_string(table.path(), prefix);
+    prefix += ", \"record\": ";
+  }
   std::string out;
   for (uint32_t k = 0; k < options.count; ++k) {
-    out += '{';
+    out += prefix + '{';
     for (size_t i = 0; i < keys.size(); ++i) {
       if (i > 0) out += ", ";
       out += keys[i];
       append_json_value(table, position_of(options, k) + 1, options.fields[i], out);
     }
-    out += "}\n";
+    out += options.with_path ? "}}\n" : "}\n";
     if (k % kChunkRecords == kChunkRecords - 1) {
       if (!put(out)) return;
       out.clear();
@@ -197,6 +204,8 @@ void print_json(const CWorkSheet& table, const PrintOptions& options) {
 }  // namespace
 
 ErrorCode print_records(const CWorkSheet& table, const PrintOptions& options) {
+  if (options.with_path && options.format != PrintFormat::kJson && !put(table.path() + ":\n"))
+    return ErrorCode::kOk;
   switch (options.format) {
     case PrintFormat::kCsv:
       return print_csv(table, options);

@@ -18,6 +18,7 @@ struct PrintOptions {
   const RecordSet* records = nullptr;  // that are printed, in their order; null: all. Borrowed
   uint32_t first = 0;                  // records that are left out before the first one
   uint32_t count = 0;                  // records printed; must be there
+  bool with_path = false;              // the table's path goes before its records, in JSON into each object
 };
 
 // kTable: aligned columns, fitted to the terminal where there is one, numbers by their display formats and
