@@ -25,22 +25,10 @@ std::u32string folded_characters(char32_t character) {
   return characters;
 }
 
-}  // namespace
+// No character folds to more characters a byte: one of two bytes to three characters.
+constexpr size_t kMostFolded = 2;
 
-CaselessText::CaselessText(std::string_view wanted) {
-  fold(wanted, 0);
-  wanted_ = folded_;
-  for (const char32_t character : wanted_) {
-    if (character >= 0x80) {
-      wanted_ascii_.clear();
-      break;
-    }
-    wanted_ascii_ += static_cast<char>(character);
-  }
-}
-
-size_t CaselessText::find_ascii(std::string_view text, size_t from) const {
-  const std::string_view wanted = wanted_ascii_;
+size_t find_ascii(std::string_view text, size_t from, std::string_view wanted) {
   if (text.size() < wanted.size()) return std::string_view::npos;
   const size_t last = text.size() - wanted.size();
   for (size_t i = from; i <= last; ++i) {
@@ -52,23 +40,59 @@ size_t CaselessText::find_ascii(std::string_view text, size_t from) const {
   return std::string_view::npos;
 }
 
+}  // namespace
+
+bool may_fold_to_ascii(std::string_view text) {
+  for (size_t i = 0; i + 1 < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    if (byte < 0xC3) continue;
+    switch (byte << 8 | static_cast<unsigned char>(text[i + 1])) {
+      case 0xC39F:  // sharp s
+      case 0xC4B0:  // I with a dot
+      case 0xC589:  // n behind an apostrophe
+      case 0xC5BF:  // long s
+      case 0xC7B0:  // j with a caron
+      case 0xE1BA:  // U+1E96 to U+1E9A, and the capital sharp s
+      case 0xE284:  // the Kelvin sign
+      case 0xEFAC:  // ligatures such as ff and st
+        return true;
+      default:
+        break;
+    }
+  }
+  return false;
+}
+
+CaselessText::CaselessText(std::string_view wanted) {
+  wanted_ = fold(wanted, 0, false);
+  std::string run;
+  for (const char32_t character : wanted_) {
+    run = character < 0x80 ? run + static_cast<char>(character) : std::string();
+    if (run.size() > ascii_.size()) ascii_ = run;
+  }
+  is_all_ascii_ = ascii_.size() == wanted_.size();
+}
+
 bool CaselessText::is_in(std::string_view text) {
   if (wanted_.empty()) return false;
-  if (!wanted_ascii_.empty() && find_ascii(text, 0) != std::string_view::npos) return true;
+  if (!ascii_.empty()) {
+    // Most texts are settled here: what is all ASCII in the folded text stands so in the text.
+    const bool has_ascii = find_ascii(text, 0, ascii_) != std::string_view::npos;
+    if (has_ascii && is_all_ascii_) return true;
+    if (!has_ascii && !may_fold_to_ascii(text)) return false;
+  }
   if (is_ascii(text)) return false;
-  fold(text, 0);
-  return folded_.find(wanted_) != std::u32string::npos;
+  return fold(text, 0, false).find(wanted_) != std::u32string::npos;
 }
 
 std::optional<TextSpan> CaselessText::find(std::string_view text, size_t from) {
   if (wanted_.empty() || from > text.size()) return std::nullopt;
   if (is_ascii(text.substr(from))) {
-    const size_t found = wanted_ascii_.empty() ? std::string_view::npos : find_ascii(text, from);
+    const size_t found = is_all_ascii_ ? find_ascii(text, from, ascii_) : std::string_view::npos;
     if (found == std::string_view::npos) return std::nullopt;
-    return TextSpan{found, found + wanted_ascii_.size()};
+    return TextSpan{found, found + ascii_.size()};
   }
-  fold(text, from);
-  const size_t found = folded_.find(wanted_);
+  const size_t found = fold(text, from, true).find(wanted_);
   if (found == std::u32string::npos) return std::nullopt;
   return span_at(found, text.size());
 }
@@ -76,56 +100,50 @@ std::optional<TextSpan> CaselessText::find(std::string_view text, size_t from) {
 TextSpan CaselessText::span_at(size_t found, size_t text_end) const {
   // Where the match ends within the folded form of one character, the whole character belongs to it.
   size_t behind = found + wanted_.size();
-  while (behind < starts_.size() && starts_[behind] == starts_[behind - 1]) ++behind;
-  return {starts_[found], behind < starts_.size() ? starts_[behind] : text_end};
+  while (behind < folded_count_ && starts_[behind] == starts_[behind - 1]) ++behind;
+  return {starts_[found], behind < folded_count_ ? starts_[behind] : text_end};
 }
 
 std::vector<TextSpan> CaselessText::find_all(std::string_view text) {
   std::vector<TextSpan> all;
+  if (wanted_.empty()) return all;
   if (is_ascii(text)) {
     for (auto span = find(text); span; span = find(text, span->end)) all.push_back(*span);
     return all;
   }
-  fold(text, 0);
-  size_t from = wanted_.empty() ? std::u32string::npos : folded_.find(wanted_);
-  while (from != std::u32string::npos) {
-    all.push_back(span_at(from, text.size()));
-    from += wanted_.size();
-    while (from < starts_.size() && starts_[from] < all.back().end) ++from;
-    from = folded_.find(wanted_, from);
+  const std::u32string_view folded = fold(text, 0, true);
+  for (size_t found = folded.find(wanted_); found != std::u32string::npos;) {
+    all.push_back(span_at(found, text.size()));
+    found += wanted_.size();
+    while (found < folded.size() && starts_[found] < all.back().end) ++found;
+    found = folded.find(wanted_, found);
   }
   return all;
 }
 
-void CaselessText::fold(std::string_view text, size_t from) {
-  folded_.clear();
-  starts_.clear();
+std::u32string_view CaselessText::fold(std::string_view text, size_t from, bool with_starts) {
+  const size_t most = kMostFolded * (text.size() - from);
+  if (folded_.size() < most) folded_.resize(most);
+  if (with_starts && starts_.size() < most) starts_.resize(most);
+  folded_count_ = 0;
   for (size_t i = from; i < text.size();) {
-    const auto start = static_cast<uint32_t>(i);
+    const size_t start = i;
     const auto byte = static_cast<unsigned char>(text[i]);
+    const size_t first = folded_count_;
     if (byte < 0x80) {
-      folded_ += static_cast<char32_t>(static_cast<unsigned char>(lower(text[i])));
-      starts_.push_back(start);
-      ++i;
-      continue;
+      folded_[folded_count_++] = static_cast<char32_t>(lower(text[i++]));
+    } else {
+      const char32_t character = next_character(text, i);
+      const char32_t alone = folded_alone(i == start + 1 ? kBrokenByte + byte : character);
+      if (alone != kManyCharacters) {
+        folded_[folded_count_++] = alone;
+      } else {
+        for (const char32_t one : folded_characters(character)) folded_[folded_count_++] = one;
+      }
     }
-    const char32_t character = next_character(text, i);
-    const bool is_broken = i == start + 1;
-    fold_character(is_broken ? kBrokenByte + byte : character, start);
+    for (size_t k = first; with_starts && k < folded_count_; ++k) starts_[k] = static_cast<uint32_t>(start);
   }
-}
-
-void CaselessText::fold_character(char32_t character, uint32_t start) {
-  const char32_t alone = folded_alone(character);
-  if (alone != kManyCharacters) {
-    folded_ += alone;
-    starts_.push_back(start);
-    return;
-  }
-  for (const char32_t one : folded_characters(character)) {
-    folded_ += one;
-    starts_.push_back(start);
-  }
+  return {folded_.data(), folded_count_};
 }
 
 char32_t CaselessText::folded_alone(char32_t character) {

@@ -13,6 +13,9 @@
 
 namespace rowvane {
 
+// False only for texts whose characters beyond ASCII all fold to characters beyond ASCII.
+bool may_fold_to_ascii(std::string_view text);
+
 // A text is found where its folded characters (platform::fold_case) stand in the folded text, so that
 // "STRASSE" is found in "Straße" and so is "STRAS". Bytes that are no UTF-8 equal only themselves. One thread
 // at a time.
@@ -33,19 +36,19 @@ class CaselessText {
   static constexpr char32_t kBrokenByte = 0x11'0000;        // and the byte added
   using Page = std::array<char32_t, 256>;
 
-  size_t find_ascii(std::string_view text, size_t from) const;
   // The match at FOUND of the folded characters.
   TextSpan span_at(size_t found, size_t text_end) const;
-  // Puts the folded characters of TEXT from FROM on into `folded_` and, for each, the byte at which the
-  // character that it comes from begins into `starts_`.
-  void fold(std::string_view text, size_t from);
-  void fold_character(char32_t character, uint32_t start);
+  // Puts the folded characters of TEXT from FROM on into `folded_` and, WITH_STARTS, the byte at which the
+  // character that each comes from begins into `starts_`.
+  std::u32string_view fold(std::string_view text, size_t from, bool with_starts);
   char32_t folded_alone(char32_t character);
 
   std::u32string wanted_;
-  std::string wanted_ascii_;  // empty where the folded text is not all ASCII
-  std::u32string folded_;
+  std::string ascii_;          // the longest run of ASCII in the folded wanted text
+  bool is_all_ascii_ = false;  // it is the whole of it
+  std::vector<char32_t> folded_;
   std::vector<uint32_t> starts_;
+  size_t folded_count_ = 0;
   std::array<std::unique_ptr<Page>, 256> pages_;  // folded characters of the basic plane, as they are needed
 };
 

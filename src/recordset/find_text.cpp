@@ -199,8 +199,7 @@ FindCheck check_find(const CWorkSheet& table, const FindText& settings) {
 }
 
 TextFinder::TextFinder(const CWorkSheet& table, FindText settings)
-    : table_(table),
-      settings_(std::move(settings)),
+    : settings_(std::move(settings)),
       pattern_(settings_.pattern),
       finds_empty_(settings_.pattern.regular_expression && pattern_.matcher()->matches({})),
       texts_(table, settings_.region),

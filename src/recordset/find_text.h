@@ -32,8 +32,7 @@ struct FindCheck {
   std::string notice;   // not empty: to be shown before it is
 };
 
-// The refusals of check_pattern; texts::kNoRegexInLongTexts as a notice where a long text or code is looked
-// at.
+// The refusals of check_pattern; texts::kNoRegexInLongTexts as a notice where a long text is looked at.
 FindCheck check_find(const CWorkSheet& table, const FindText& settings);
 
 struct FoundRecords {
@@ -81,8 +80,7 @@ class TextFinder {
 
   // The cell with a match that follows FROM, or comes before it, row by row in the order of the fields;
   // behind the last cell comes the first one, so that a single match is found from itself. Nothing when there
-  // is none and when it was cancelled. A field of FROM that is not looked at counts as the one before the
-  // first.
+  // is none and when it was cancelled. Where FROM's field is not looked at, it stands before the first.
   std::optional<CellPlace> find_next(const RecordSet& records, CellPlace from, bool forward = true,
                                      Progress& progress = Progress::none());
 
@@ -101,7 +99,6 @@ class TextFinder {
                                 Progress& progress);
   void take_problems(FoundRecords& found);
 
-  const CWorkSheet& table_;
   FindText settings_;
   PreparedPattern pattern_;
   bool finds_empty_;  // empty cells match

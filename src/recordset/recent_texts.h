@@ -18,8 +18,7 @@ inline constexpr std::string_view kNoRecentTexts = "(empty)";
 
 // Puts TEXT at the front of TEXTS, newest first, where an equal one goes away, and drops what is beyond
 // kMaxRecentTexts. Nothing is done for an empty text and for one that the settings profile can't keep: broken
-// UTF-8, or more than kMaxBufferBytes. Serves the profile's `RecentFindStrings` and `RecentReplaceStrings` as
-// well.
+// UTF-8, or more than kMaxBufferBytes. Serves `RecentFindStrings` and `RecentReplaceStrings` as well.
 void add_recent_text(std::vector<std::string>& texts, std::string_view text);
 
 // An entry of the menu that offers them.
@@ -33,8 +32,7 @@ struct RecentTextItem {
 // "(empty)" alone where there are none.
 std::vector<RecentTextItem> recent_text_menu(std::span<const std::string> texts, std::string_view current);
 
-// The recent search texts of each field while the database is open. Fields go by the names of table and
-// field.
+// The recent search texts of each field while the database is open; fields go by their names.
 class RecentFieldTexts {
  public:
   void add(const CWorkSheet& table, size_t field, std::string_view text);

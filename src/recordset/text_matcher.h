@@ -42,8 +42,8 @@ class TextMatcher {
   virtual ~TextMatcher() = default;
 
   virtual bool matches(std::string_view text) = 0;
-  // The first match that begins at byte FROM, where a character begins, or behind it. A similar text matches
-  // whole.
+  // The first match that begins at byte FROM, where a character begins, or behind it. Of a similar text all
+  // of it matches.
   virtual std::optional<TextSpan> find(std::string_view text, size_t from) = 0;
   // What group NUMBER of a regular expression matched in the last `find`; 0: the match itself.
   virtual std::optional<TextSpan> group(size_t number) const {

@@ -1,11 +1,13 @@
 #include "recordset/text_matcher.h"
 
+#include <algorithm>
 #include <random>
 
 #include <gtest/gtest.h>
 
 #include "core/utf8.h"
 #include "platform/characters.h"
+#include "recordset/caseless_text.h"
 #include "recordset/rich_text.h"
 
 namespace rowvane {
@@ -96,6 +98,21 @@ TEST(TextMatcher, CaselessMatchesAreThoseOfTheFoldedTexts) {
     found += expected;
   }
   EXPECT_GT(found, 2000);
+}
+
+TEST(TextMatcher, KnowsWhichCharactersFoldToAscii) {
+  for (char32_t character = 0x80; character < 0x11'0000; ++character) {
+    std::string text;
+    append_character(character, text);
+    const std::string folded = platform::fold_case(text);
+    const bool has_ascii =
+        std::ranges::any_of(folded, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    if (has_ascii) {
+      ASSERT_TRUE(may_fold_to_ascii("x" + text)) << static_cast<uint32_t>(character);
+    }
+    ASSERT_LE(count_characters(folded), 2 * text.size()) << static_cast<uint32_t>(character);
+  }
+  EXPECT_FALSE(may_fold_to_ascii("abc äöüéя日"));
 }
 
 TEST(RichText, IsReadAsItsPlainText) {
