@@ -109,8 +109,7 @@ class CWorkSheet {
   ErrorCode set_flag_type(std::span<const uint32_t> positions, int type);
 
   // Search keys are addressed by their 0-based index; their expressions follow the fields when those are
-  // inserted, deleted and moved. kNameNotUnique; kFieldTypeMismatch for a name or expressions that no key can
-  // have.
+  // inserted, deleted and moved. kNameNotUnique; kFieldTypeMismatch for what no key can have.
   ErrorCode add_search_key(SearchKey key);
   ErrorCode rename_search_key(size_t index, std::string name);
   ErrorCode change_search_key(size_t index, std::vector<SearchExpression> expressions);

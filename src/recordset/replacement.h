@@ -11,9 +11,9 @@ namespace rowvane {
 
 // The replacement of a plain or similar match is the text as it stands. That of a regular expression may name
 // what its groups matched: "$1" to "$99", "\1" to "\99" or "${1}"; "$0" and "\0" are the whole match. Of two
-// digits both belong to the number where the expression has so many groups. A group that took no part is empty.
-// "\n", "\r" and "\t" are the control characters, "$$" and "\\" the signs themselves; every other character
-// stands for itself.
+// digits both belong to the number where the expression has so many groups. A group that took no part is
+// empty. "\n", "\r" and "\t" are the control characters, "$$" and "\\" the signs themselves. All other
+// characters stand for themselves.
 class Replacement {
  public:
   // TEXT for matches of PATTERN, which must have passed check_pattern.
