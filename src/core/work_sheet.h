@@ -109,7 +109,8 @@ class CWorkSheet {
   ErrorCode set_flag_type(std::span<const uint32_t> positions, int type);
 
   // Search keys are addressed by their 0-based index; their expressions follow the fields when those are
-  // inserted, deleted and moved. kNameNotUnique; kFieldTypeMismatch for what no key can have.
+  // inserted, deleted and moved. Errors: kNameNotUnique; kFieldTypeMismatch for a name or for expressions
+  // that no key can have.
   ErrorCode add_search_key(SearchKey key);
   ErrorCode rename_search_key(size_t index, std::string name);
   ErrorCode change_search_key(size_t index, std::vector<SearchExpression> expressions);
