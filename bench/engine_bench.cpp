@@ -16,6 +16,7 @@
 #include "exchange/text_import.h"
 #include "file/database_file.h"
 #include "formula/recalculation.h"
+#include "recordset/find_text.h"
 #include "sample_text.h"
 
 namespace rowvane::bench {
@@ -287,6 +288,25 @@ void run_calculate(const Arguments& arguments) {
   figures.print();
 }
 
+// TEXT WANTED MOST FIELDS: finds the first MOST records (0: all) that show WANTED in the "text" fields or in
+// "all".
+void run_find(const Arguments& arguments) {
+  const TextImportResult opened = open_text(arguments[0]);
+  const CWorkSheet& table = *opened.table;
+  FindText settings;
+  settings.pattern.text = arguments[1];
+  settings.threads = kThreads;
+  for (size_t i = 0; i < table.field_count(); ++i) {
+    if (arguments[3] == "all" || table.field(i).type == FieldType::kText) settings.fields.push_back(i);
+  }
+  const size_t most = std::stoull(arguments[2]);
+  const RecordSet records = all_records(table);
+  FoundRecords found;
+  const double ms = timed_ms(
+      [&] { found = TextFinder(table, settings).find(records, 0, most == 0 ? TextFinder::kAll : most); });
+  Figures().add("ms", ms).add("records", found.records.size()).print();
+}
+
 // TEXT: records and delays without the engine.
 void run_sum(const Arguments& arguments) {
   const TextSum sum = sum_text(arguments[0]);
@@ -320,6 +340,7 @@ const std::map<std::string, Operation, std::less<>> kOperations = {
     {"save-small", {1, run_save_small}},
     {"save-edited", {2, run_save_edited}},
     {"calculate", {3, run_calculate}},
+    {"find", {4, run_find}},
     {"sum", {1, run_sum}},
     {"make-records", {3, run_make_records}},
     {"make-wide", {3, run_make_wide}},

@@ -3,6 +3,7 @@
 //   node peers.mjs PEER open TEXT
 //   node peers.mjs PEER export TEXT TARGET
 //   node peers.mjs PEER calculate TEXT FORMULA
+//   node peers.mjs duckdb find TEXT WANTED MOST
 //   node peers.mjs duckdb make-text PARQUET TARGET
 import { createRequire } from 'node:module';
 
@@ -31,7 +32,7 @@ function polarsExpression(pl, formula) {
   return concatString([col('origin'), lit('-'), col('destination')], '');
 }
 
-async function duckdb(operation, source, target, readOptions = '') {
+async function duckdb(operation, source, target, most, readOptions = '') {
   const { DuckDBInstance } = require('@duckdb/node-api');
   const instance = await DuckDBInstance.create(':memory:', { threads });
   const connection = await instance.connect();
@@ -39,7 +40,9 @@ async function duckdb(operation, source, target, readOptions = '') {
     await connection.run(`copy (select * from read_parquet(${quoted(source)})) to ${quoted(target)} (format csv, header)`);
     return {};
   }
-  const open = () => connection.run(`create table flights as select * from read_csv(${quoted(source)}${readOptions})`);
+  // Ours keeps the dates as texts, and so does a search in them.
+  const options = operation === 'find' ? ", types = {'date': 'VARCHAR'}" : readOptions;
+  const open = () => connection.run(`create table flights as select * from read_csv(${quoted(source)}${options})`);
   const opened = await timed(open);
   if (operation === 'open') {
     const sums = await connection.runAndReadAll('select count(*), sum(delay) from flights');
@@ -52,6 +55,14 @@ async function duckdb(operation, source, target, readOptions = '') {
     const sums = await connection.runAndReadAll(`select count(*), ${sum} from calculated`);
     const [records, found] = sums.getRowsJson()[0].map(Number);
     return { ms, records, sum: found };
+  }
+  if (operation === 'find') {
+    const wanted = quoted(`%${target}%`);
+    const shown = ['date', 'origin', 'destination'].map((column) => `${column} ilike ${wanted}`).join(' or ');
+    const limit = Number(most) === 0 ? '' : ` limit ${most}`;
+    const { ms } = await timed(() => connection.run(`create table found as select rowid as r from flights where ${shown}${limit}`));
+    const counted = await connection.runAndReadAll('select count(*) from found');
+    return { ms, records: Number(counted.getRowsJson()[0][0]) };
   }
   return { ms: (await timed(() => connection.run(`copy flights to ${quoted(target)} (format csv, header)`))).ms };
 }
@@ -72,7 +83,7 @@ async function polars(operation, source, target) {
 
 const peers = {
   duckdb,
-  'duckdb-all': (operation, source, target) => duckdb(operation, source, target, ', sample_size = -1'),
+  'duckdb-all': (operation, source, target) => duckdb(operation, source, target, 0, ', sample_size = -1'),
   polars,
 };
 

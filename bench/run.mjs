@@ -294,6 +294,27 @@ function calculateOperation(label, name, type, formula) {
   };
 }
 
+// The records that show a text, letter case aside: the first 50, as they are shown while it is typed, and all.
+function findOperations(wanted) {
+  return [50, 0].map((most) => {
+    let records;
+    const contender = (who, find) => [who, () => {
+      const found = find();
+      records ??= found.records;
+      if (found.records !== records) stop(`${who}, find ${wanted}: ${found.records} records, not ${records}`);
+      return found;
+    }];
+    return {
+      name: most === 0 ? `find all "${wanted}" in texts` : `find the first ${most} "${wanted}" in texts`,
+      goal: 1.0,
+      contenders: Object.fromEntries([
+        contender('Rowvane', () => ours('find', flights, wanted, String(most), 'text')),
+        contender('DuckDB', () => peer('duckdb', 'find', flights, wanted, String(most))),
+      ]),
+    };
+  });
+}
+
 // ---- measuring
 
 function measure(operations) {
@@ -455,6 +476,8 @@ const operations = [
   calculateOperation('calculate `=delay*2+distance/3`', 'numbers', 'number', '=delay*2+distance/3'),
   calculateOperation('calculate `=if(delay>30,"late","on time")`', 'choice', 'text', '=if(delay>30,"late","on time")'),
   calculateOperation('calculate `=origin&"-"&destination`', 'join', 'text', '=origin&"-"&destination'),
+  ...findOperations('lax'),
+  ...findOperations('06-30 23:5'),
 ];
 const results = measure(operations);
 const parts = [machine(), timesTable(results), memoryTable(results[0].best.Rowvane), levelsTable()];
