@@ -16,6 +16,7 @@
 #include "exchange/text_import.h"
 #include "file/database_file.h"
 #include "formula/recalculation.h"
+#include "recordset/search.h"
 #include "sample_text.h"
 
 namespace rowvane::bench {
@@ -287,6 +288,35 @@ void run_calculate(const Arguments& arguments) {
   figures.print();
 }
 
+// "FIELD:KIND:TEXT", several with ";" between them.
+std::vector<FieldCriterion> read_criteria(const CWorkSheet& table, const std::string& typed) {
+  std::vector<FieldCriterion> criteria;
+  std::istringstream all(typed);
+  for (std::string one; std::getline(all, one, ';');) {
+    const size_t colon = one.find(':');
+    const auto field = table.find_field(one.substr(0, colon));
+    const auto criterion = parse_criterion(one.substr(colon + 1));
+    if (!field || !criterion) fail("no criterion: " + one);
+    criteria.push_back({*field, *criterion});
+  }
+  return criteria;
+}
+
+// TEXT CRITERIA: searches the table of TEXT.
+void run_search(const Arguments& arguments) {
+  const TextImportResult opened = open_text(arguments[0]);
+  Search settings;
+  settings.criteria = read_criteria(*opened.table, arguments[1]);
+  settings.threads = kThreads;
+  SearchResult result;
+  const double ms = timed_ms([&] { result = search(*opened.table, settings, FormulaSettings()); });
+  if (!result.failure.empty()) fail(result.failure);
+  Figures figures;
+  figures.add("ms", ms).add("found", result.records.size());
+  add_content(figures, *opened.table);
+  figures.print();
+}
+
 // TEXT: records and delays without the engine.
 void run_sum(const Arguments& arguments) {
   const TextSum sum = sum_text(arguments[0]);
@@ -320,6 +350,7 @@ const std::map<std::string, Operation, std::less<>> kOperations = {
     {"save-small", {1, run_save_small}},
     {"save-edited", {2, run_save_edited}},
     {"calculate", {3, run_calculate}},
+    {"search", {2, run_search}},
     {"sum", {1, run_sum}},
     {"make-records", {3, run_make_records}},
     {"make-wide", {3, run_make_wide}},

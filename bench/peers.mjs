@@ -3,6 +3,7 @@
 //   node peers.mjs PEER open TEXT
 //   node peers.mjs PEER export TEXT TARGET
 //   node peers.mjs PEER calculate TEXT FORMULA
+//   node peers.mjs PEER search TEXT SEARCH
 //   node peers.mjs duckdb make-text PARQUET TARGET
 import { createRequire } from 'node:module';
 
@@ -31,6 +32,19 @@ function polarsExpression(pl, formula) {
   return concatString([col('origin'), lit('-'), col('destination')], '');
 }
 
+// The searches of the benchmarks, in the same way.
+const sqlConditions = {
+  narrow: "delay > 30 and starts_with(origin, 'S')",
+  few: "regexp_matches(destination, '^[LS]A')",
+  date: "regexp_matches(date, '-0[1-3] 1[0-9]:')",
+};
+
+function polarsCondition(pl, search) {
+  const { col } = pl;
+  if (search === 'narrow') return col('delay').gt(30).and(col('origin').str.contains('^S'));
+  return search === 'few' ? col('destination').str.contains('^[LS]A') : col('date').str.contains('-0[1-3] 1[0-9]:');
+}
+
 async function duckdb(operation, source, target, readOptions = '') {
   const { DuckDBInstance } = require('@duckdb/node-api');
   const instance = await DuckDBInstance.create(':memory:', { threads });
@@ -39,6 +53,7 @@ async function duckdb(operation, source, target, readOptions = '') {
     await connection.run(`copy (select * from read_parquet(${quoted(source)})) to ${quoted(target)} (format csv, header)`);
     return {};
   }
+  if (operation === 'search') readOptions += ", types = {'date': 'varchar'}";
   const open = () => connection.run(`create table flights as select * from read_csv(${quoted(source)}${readOptions})`);
   const opened = await timed(open);
   if (operation === 'open') {
@@ -53,6 +68,12 @@ async function duckdb(operation, source, target, readOptions = '') {
     const [records, found] = sums.getRowsJson()[0].map(Number);
     return { ms, records, sum: found };
   }
+  if (operation === 'search') {
+    const condition = sqlConditions[target];
+    const { ms } = await timed(() => connection.run(`create table found as select rowid as r from flights where ${condition}`));
+    const sums = await connection.runAndReadAll('select count(*) from found');
+    return { ms, found: Number(sums.getRowsJson()[0][0]) };
+  }
   return { ms: (await timed(() => connection.run(`copy flights to ${quoted(target)} (format csv, header)`))).ms };
 }
 
@@ -66,6 +87,11 @@ async function polars(operation, source, target) {
     const column = calculated.result.getColumn('v');
     const sum = target === 'numbers' ? column : column.str.lengths();
     return { ms: calculated.ms, records: calculated.result.height, sum: Number(sum.sum()) };
+  }
+  if (operation === 'search') {
+    const condition = polarsCondition(pl, target).alias('v');
+    const found = await timed(() => table.select(condition));
+    return { ms: found.ms, found: found.result.filter(pl.col('v')).height };
   }
   return { ms: (await timed(() => table.writeCSV(target))).ms };
 }
