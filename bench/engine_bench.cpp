@@ -16,6 +16,7 @@
 #include "exchange/text_import.h"
 #include "file/database_file.h"
 #include "formula/recalculation.h"
+#include "recordset/sort.h"
 #include "sample_text.h"
 
 namespace rowvane::bench {
@@ -287,6 +288,42 @@ void run_calculate(const Arguments& arguments) {
   figures.print();
 }
 
+// Indices of the fields that NAMES, joined by commas, names.
+std::vector<size_t> find_fields(const CWorkSheet& table, const std::string& names) {
+  std::vector<size_t> fields;
+  std::istringstream list(names);
+  for (std::string name; std::getline(list, name, ',');) {
+    const auto field = table.find_field(name);
+    if (!field) fail("no field " + name);
+    fields.push_back(*field);
+  }
+  return fields;
+}
+
+// What a peer must find in the same records: their number, and their delays weighted by their places from 1
+// to 1000 and again.
+void print_records(double ms, const CWorkSheet& table, const RecordSet& records) {
+  constexpr size_t kWeights = 1000;
+  const auto& delays = std::get<NumberColumn>(table.column(kDelayField)).cells;
+  double sum = 0;
+  for (size_t i = 0; i < records.size(); ++i) {
+    sum += delays[records[i]] * static_cast<double>(i % kWeights + 1);
+  }
+  Figures().add("ms", ms).add("records", records.size()).add("sum", static_cast<int64_t>(sum)).print();
+}
+
+// TEXT FIELDS: sorts the table of TEXT by these fields.
+void run_sort(const Arguments& arguments) {
+  const TextImportResult opened = open_text(arguments[0]);
+  const SortKeys keys = ascending_keys(find_fields(*opened.table, arguments[1]));
+  const RecordSet all = all_records(*opened.table);
+  RecordSetResult result;
+  const double ms =
+      timed_ms([&] { result = sort_records(*opened.table, all, keys, SortOptions(), bench_options()); });
+  if (result.error != ErrorCode::kOk) fail("can't sort");
+  print_records(ms, *opened.table, result.records);
+}
+
 // TEXT: records and delays without the engine.
 void run_sum(const Arguments& arguments) {
   const TextSum sum = sum_text(arguments[0]);
@@ -320,6 +357,7 @@ const std::map<std::string, Operation, std::less<>> kOperations = {
     {"save-small", {1, run_save_small}},
     {"save-edited", {2, run_save_edited}},
     {"calculate", {3, run_calculate}},
+    {"sort", {2, run_sort}},
     {"sum", {1, run_sum}},
     {"make-records", {3, run_make_records}},
     {"make-wide", {3, run_make_wide}},
