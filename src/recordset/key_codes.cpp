@@ -1,10 +1,11 @@
 #include "recordset/key_codes.h"
 
 #include <algorithm>
-#include <array>
+#include <optional>
 
 #include "core/parallel_blocks.h"
 #include "recordset/outside_text.h"
+#include "recordset/text_order.h"
 #include "recordset/text_ranks.h"
 
 namespace rowvane {
@@ -13,9 +14,9 @@ namespace {
 // Makes the columns of all keys.
 class CodeMaker {
  public:
-  CodeMaker(const CWorkSheet& table, std::span<const uint32_t> records, const TextOrder& order, int threads,
-            const Progress& progress)
-      : table_(table), records_(records), order_(order), threads_(threads), progress_(progress) {}
+  CodeMaker(const CWorkSheet& table, std::span<const uint32_t> records, const SortOptions& options,
+            int threads, const Progress& progress)
+      : table_(table), records_(records), options_(options), threads_(threads), progress_(progress) {}
 
   KeyCodes run(std::span<const SortKey> keys) {
     std::vector<bool> seen(table_.field_count(), false);
@@ -31,6 +32,11 @@ class CodeMaker {
   }
 
  private:
+  const TextOrder& text_order() {
+    if (!order_) order_.emplace(options_);
+    return *order_;
+  }
+
   void add(const SortKey& key) {
     const Column& column = table_.column(key.field);
     if (const auto* numbers = std::get_if<NumberColumn>(&column)) return add_numbers(*numbers, key);
@@ -66,11 +72,11 @@ class CodeMaker {
     std::vector<std::string> texts;
     if (!read_outside_texts(cells, values + 1, used, key.field, texts)) return;
     rank_and_add(cells, values + 1, used, key, [&](size_t i) { return std::string_view(texts[i]); });
-    const auto is_cut = [&](const std::string& text) { return !order_.ignored_part(text).empty(); };
+    const auto is_cut = [&](const std::string& text) { return !text_order().ignored_part(text).empty(); };
     if (std::ranges::none_of(texts, is_cut)) return;
     const TextOrder bytes({.collation = SortCollation::kNeutral});
     rank_and_add(
-        cells, values + 1, used, key, [&](size_t i) { return order_.ignored_part(texts[i]); }, bytes);
+        cells, values + 1, used, key, [&](size_t i) { return text_order().ignored_part(texts[i]); }, bytes);
   }
 
   // The references in the cells of the records, without the empty one, ascending. A set that is larger than
@@ -110,7 +116,7 @@ class CodeMaker {
   template <typename TextAt>
   void rank_and_add(std::span<const uint32_t> cells, size_t count, std::span<const uint32_t> used,
                     const SortKey& key, const TextAt& text_at) {
-    rank_and_add(cells, count, used, key, text_at, order_);
+    rank_and_add(cells, count, used, key, text_at, text_order());
   }
 
   template <typename TextAt>
@@ -126,7 +132,8 @@ class CodeMaker {
 
   const CWorkSheet& table_;
   std::span<const uint32_t> records_;
-  const TextOrder& order_;
+  const SortOptions& options_;
+  std::optional<TextOrder> order_;  // made for the first key of texts: that takes as long as small sorts
   int threads_;
   const Progress& progress_;
   KeyCodes made_;
@@ -154,9 +161,9 @@ bool KeyCodes::are_equal(uint32_t a, uint32_t b) const {
 }
 
 KeyCodes make_key_codes(const CWorkSheet& table, std::span<const uint32_t> records,
-                        std::span<const SortKey> keys, const TextOrder& order, int threads,
+                        std::span<const SortKey> keys, const SortOptions& options, int threads,
                         const Progress& progress) {
-  return CodeMaker(table, records, order, threads, progress).run(keys);
+  return CodeMaker(table, records, options, threads, progress).run(keys);
 }
 
 }  // namespace rowvane

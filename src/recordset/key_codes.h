@@ -11,7 +11,7 @@
 #include "recordset/number_coding.h"
 #include "recordset/record_set.h"
 #include "recordset/sort_keys.h"
-#include "recordset/text_order.h"
+#include "recordset/sort_options.h"
 
 namespace rowvane {
 
@@ -52,7 +52,7 @@ struct KeyCodes {
 // KEYS have passed check_sort_keys. Of texts, each distinct one is looked at once; of long texts and code all
 // are read.
 KeyCodes make_key_codes(const CWorkSheet& table, std::span<const uint32_t> records,
-                        std::span<const SortKey> keys, const TextOrder& order, int threads,
+                        std::span<const SortKey> keys, const SortOptions& options, int threads,
                         const Progress& progress);
 
 }  // namespace rowvane

@@ -45,8 +45,7 @@ RecordGroups::RecordGroups(const CWorkSheet& table, std::span<const uint32_t> sc
   error_ = check_sort_keys(table, keys);
   if (error_ != ErrorCode::kOk) return;
   const int threads = thread_count(options.used_processor_cores);
-  const TextOrder order(sort_options);
-  const KeyCodes codes = make_key_codes(table, scope, keys, order, threads, progress);
+  const KeyCodes codes = make_key_codes(table, scope, keys, sort_options, threads, progress);
   error_ = codes.error;
   if (error_ != ErrorCode::kOk) return;
   order_ = sort_by_codes(codes, scope, threads, progress);

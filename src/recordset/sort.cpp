@@ -11,9 +11,8 @@ RecordSetResult sort_records(const CWorkSheet& table, std::span<const uint32_t> 
   result.error = check_sort_keys(table, keys);
   if (result.error != ErrorCode::kOk) return result;
   const int threads = thread_count(options.used_processor_cores);
-  const TextOrder order(sort_options);
   progress.begin("Sorting");
-  const KeyCodes codes = make_key_codes(table, records, keys, order, threads, progress);
+  const KeyCodes codes = make_key_codes(table, records, keys, sort_options, threads, progress);
   result.error = codes.error;
   if (result.error != ErrorCode::kOk) return result;
   const PlainVector<uint32_t> indices = sort_by_codes(codes, records, threads, progress);
