@@ -65,11 +65,18 @@ void FieldPresenceChange::swap_state(TableData& data) {
   if (absent_) {
     data.fields.insert(data.fields.begin() + place, std::move(field_));
     data.columns.insert(data.columns.begin() + place, std::move(column_));
+    if (keys_) {
+      data.search_keys = std::move(*keys_);
+    } else {
+      insert_field_into(data.search_keys, index_);
+    }
   } else {
     field_ = std::move(data.fields[index_]);
     column_ = std::move(data.columns[index_]);
     data.fields.erase(data.fields.begin() + place);
     data.columns.erase(data.columns.begin() + place);
+    keys_ = data.search_keys;
+    erase_field_from(data.search_keys, index_);
   }
   absent_ = !absent_;
 }
@@ -77,6 +84,7 @@ void FieldPresenceChange::swap_state(TableData& data) {
 void FieldMoveChange::swap_state(TableData& data) {
   move_element(data.fields, from_, to_);
   move_element(data.columns, from_, to_);
+  move_field_within(data.search_keys, from_, to_);
   std::swap(from_, to_);
 }
 

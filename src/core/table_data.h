@@ -1,4 +1,4 @@
-// What a table holds: its fields, one column each, and a flag word a record.
+// What a table holds: its fields, one column each, a flag word a record, and its search keys.
 #pragma once
 
 #include <cstdint>
@@ -6,6 +6,7 @@
 
 #include "core/field.h"
 #include "core/limits.h"
+#include "core/search_key.h"
 
 namespace rowvane {
 
@@ -24,6 +25,8 @@ struct TableData {
   std::vector<Column> columns;  // one for each field, all of record_count cells
   uint32_t record_count = 0;
   PlainVector<RecordFlags> flags;  // empty until a record gets a flag, then record_count words
+  std::vector<SearchKey>
+      search_keys;  // in the order in which they were added; names differ in more than letter case
 };
 
 // Bytes of one record's in-record fields; at most kMaxRecordBytes.

@@ -14,7 +14,7 @@ bool is_made_of_single_values(const FormulaProgram& program) {
       case FormulaStep::Kind::kApply:
         return step.operation < Kind::kIntersection;
       default:
-        return evaluation_entry(step.function).implementation == nullptr;
+        return evaluation_entry(step.function).single.function != nullptr;
     }
   });
 }

@@ -25,4 +25,30 @@ std::strong_ordering compare_folded(std::string_view a, std::string_view b) {
   return right.at_end() <=> left.at_end();
 }
 
+bool begins_folded(std::string_view text, std::string_view front) {
+  FoldedBytes bytes(text);
+  FoldedBytes wanted(front);
+  while (!wanted.at_end()) {
+    if (bytes.at_end() || bytes.next() != wanted.next()) return false;
+  }
+  return true;
+}
+
+std::optional<size_t> find_folded(std::string_view text, std::string_view wanted, size_t from) {
+  if (wanted.empty()) return from;
+  const uint8_t first = FoldedBytes(wanted).next();
+  for (size_t position = from; position < text.size();) {
+    const auto byte = static_cast<uint8_t>(text[position]);
+    const bool is_ascii = byte < 0x80;
+    const uint8_t lower = byte >= 'A' && byte <= 'Z' ? static_cast<uint8_t>(byte + 32) : byte;
+    if ((!is_ascii || lower == first) && begins_folded(text.substr(position), wanted)) return position;
+    if (is_ascii) {
+      ++position;
+    } else {
+      next_character(text, position);
+    }
+  }
+  return std::nullopt;
+}
+
 }  // namespace rowvane

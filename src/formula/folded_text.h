@@ -3,6 +3,7 @@
 
 #include <compare>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -37,5 +38,12 @@ class FoldedBytes {
 
 // The order of the folded texts by code points.
 std::strong_ordering compare_folded(std::string_view a, std::string_view b);
+
+// True when TEXT begins with FRONT, letter case aside. A character of TEXT whose folded form is longer than
+// one character may be matched in part: "Straße" begins with "stras".
+bool begins_folded(std::string_view text, std::string_view front);
+// The byte at or behind FROM, where a character of TEXT begins, at which WANTED stands in TEXT for the first
+// time in the same sense.
+std::optional<size_t> find_folded(std::string_view text, std::string_view wanted, size_t from = 0);
 
 }  // namespace rowvane

@@ -52,7 +52,7 @@ Kind FormulaEvaluator::finish(FormulaError error) {
   Value& result = values_[0];
   if (error == FormulaError::kNone && result.kind == Kind::kReference) {
     ArrayView cells;
-    if (!needs_elements(result)) {
+    if (!holds_cells(result)) {
       result = Value(single(result));
     } else if (array_of(result, cells)) {
       result = Value(Kind::kArrayResult, cells);
@@ -95,7 +95,7 @@ Scalar FormulaEvaluator::single(const Value& value) {
   return value.array.size() > 0 ? value.array.cells[0] : Scalar::of(FormulaError::kValue);
 }
 
-bool FormulaEvaluator::needs_elements(const Value& value) const {
+bool FormulaEvaluator::holds_cells(const Value& value) const {
   return value.is_array() || (value.kind == Kind::kReference && !value.reference.is_single_cell());
 }
 
@@ -197,7 +197,7 @@ FormulaError FormulaEvaluator::apply(Kind operation) {
 
 Value FormulaEvaluator::apply_binary_to(Kind operation, const Value& left, const Value& right) {
   const ScalarContext scalars = context();
-  if (!needs_elements(left) && !needs_elements(right)) {
+  if (!holds_cells(left) && !holds_cells(right)) {
     const Scalar a = single(left);
     return Value(apply_binary(operation, a, single(right), scalars));
   }
@@ -211,7 +211,7 @@ Value FormulaEvaluator::apply_binary_to(Kind operation, const Value& left, const
 
 Value FormulaEvaluator::apply_unary_to(Kind operation, const Value& operand) {
   const ScalarContext scalars = context();
-  if (!needs_elements(operand)) return Value(apply_unary(operation, single(operand), scalars));
+  if (!holds_cells(operand)) return Value(apply_unary(operation, single(operand), scalars));
   std::array<ArrayView, 1> array;
   if (!array_of(operand, array[0])) return Value(Scalar::of(FormulaError::kMemory));
   return combine_elements(array, area_, [&](std::span<const Scalar> element) {
@@ -301,7 +301,8 @@ FormulaError FormulaEvaluator::call(uint16_t function, size_t arguments) {
   first_argument_ = value_count_ - arguments;
   const EvaluationEntry& entry = evaluation_entry(function);
   call_error_ = FormulaError::kNone;
-  if (entry.implementation != nullptr) {
+  const bool has_single = entry.single.function != nullptr;
+  if (entry.implementation != nullptr && (!has_single || arguments_hold_cells())) {
     entry.implementation(*this);
   } else {
     call_single(entry.single);
@@ -314,6 +315,13 @@ void FormulaEvaluator::give(const Value& result) {
   value_count_ = first_argument_ + 1;
 }
 
+bool FormulaEvaluator::arguments_hold_cells() const {
+  for (size_t i = 0; i < argument_count(); ++i) {
+    if (holds_cells(argument(i))) return true;
+  }
+  return false;
+}
+
 void FormulaEvaluator::call_single(const SingleValueFunction& function) {
   const size_t count = argument_count();
   if (!takes_arguments(function, count)) {
@@ -322,7 +330,7 @@ void FormulaEvaluator::call_single(const SingleValueFunction& function) {
   }
   const ScalarContext scalars = context();
   const std::span<const Value> arguments(values_.data() + first_argument_, count);
-  if (std::ranges::none_of(arguments, [this](const Value& each) { return needs_elements(each); })) {
+  if (!arguments_hold_cells()) {
     for (size_t i = 0; i < count; ++i) singles_[i] = single(arguments[i]);
     return give(call_function(function, {singles_.data(), count}, scalars));
   }

@@ -62,6 +62,8 @@ class FormulaEvaluator {
   const Value& argument(size_t index) const { return values_[first_argument_ + index]; }
   // A single value: a reference is read for the current record, of an array the first element is taken.
   Scalar single(const Value& value);
+  // True for an array, and for a reference to more than one cell.
+  bool holds_cells(const Value& value) const;
   // All cells of VALUE; false when there is no memory for them.
   bool array_of(const Value& value, ArrayView& array);
   // Replaces the arguments by the result.
@@ -79,9 +81,9 @@ class FormulaEvaluator {
   Value span(const Value& left, const Value& right) const;
   Value qualify(const Value& left, const Value& right) const;
   Reference with_rows(Reference reference) const;
-  bool needs_elements(const Value& value) const;
   Scalar read_reference(const Reference& reference);
   void call_single(const SingleValueFunction& function);
+  bool arguments_hold_cells() const;
 
   const FormulaSettings& settings_;
   SeparatorSet set_;

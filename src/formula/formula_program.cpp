@@ -27,7 +27,7 @@ FormulaError FormulaProgram::call(uint16_t function, size_t arguments) {
   steps_.back().function = function;
   steps_.back().arguments = static_cast<uint16_t>(arguments);
   const EvaluationEntry& entry = evaluation_entry(function);
-  const bool wrong_count = entry.implementation == nullptr && !takes_arguments(entry.single, arguments);
+  const bool wrong_count = entry.single.function != nullptr && !takes_arguments(entry.single, arguments);
   return wrong_count ? FormulaError::kSyntax : FormulaError::kNone;
 }
 

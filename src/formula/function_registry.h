@@ -42,9 +42,11 @@ Scalar call_function(const SingleValueFunction& function, std::span<const Scalar
                      const ScalarContext& context);
 
 struct EvaluationEntry {
-  FunctionImplementation implementation = nullptr;  // null for a single-value function
-  char name[32] = {};                               // in capitals, with "(": "SUM("
-  SingleValueFunction single;                       // without a function where `implementation` is given
+  // Null for a single-value function. A function that has both is called by `single` while all arguments are
+  // single values.
+  FunctionImplementation implementation = nullptr;
+  char name[32] = {};  // in capitals, with "(": "SUM("
+  SingleValueFunction single;
 };
 
 // The function whose name and "(" TEXT begins with, in any letter case: its index in the evaluation table.
