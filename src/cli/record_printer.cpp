@@ -162,7 +162,8 @@ ErrorCode print_csv(const CWorkSheet& table, const PrintOptions& options) {
   formatter.append_names(out);
   for (uint32_t k = 0; k < options.count; k += kChunkRecords) {
     RecordSet chunk;
-    for (uint32_t i = k; i < std::min(k + kChunkRecords, options.count); ++i) chunk.push_back(position_of(options, i));
+    for (uint32_t i = k; i < std::min(k + kChunkRecords, options.count); ++i)
+      chunk.push_back(position_of(options, i));
     if (const ErrorCode error = formatter.append_records(chunk, out); error != ErrorCode::kOk) return error;
     if (!put(out)) return ErrorCode::kOk;
     out.clear();

@@ -38,14 +38,14 @@ UniqueResult find_unique_values(const CWorkSheet& table, const RecordSet& scope,
 ErrorCode save_frequencies(CWorkSheet& table, const UniqueSearch& search, const UniqueResult& result) {
   std::optional<ChangeGroup> group;
   if (table.database() != nullptr) group.emplace(*table.database(), "Save frequencies");
-  for (size_t i = 0; i < result.records.size(); ++i) {
-    const auto frequency = static_cast<double>(result.frequencies[i]);
-    const ErrorCode error = table.set_value(result.records[i] + 1, search.frequency_field, frequency);
-    if (error == ErrorCode::kOk) continue;
-    if (group) group->roll_back();
-    return error;
-  }
-  return ErrorCode::kOk;
+  NumberColumn frequencies;
+  frequencies.cells.assign(result.frequencies.begin(), result.frequencies.end());
+  std::vector<RefusedValue> refused;
+  const ErrorCode error =
+      table.set_values(search.frequency_field, result.records, std::move(frequencies), refused);
+  if (error != ErrorCode::kOk || refused.empty()) return error;
+  if (group) group->roll_back();
+  return refused.front().error;
 }
 
 }  // namespace rowvane

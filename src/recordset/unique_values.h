@@ -37,7 +37,8 @@ UniqueResult find_unique_values(const CWorkSheet& table, const RecordSet& scope,
                                 Progress& progress = Progress::none());
 
 // Stores the frequencies of RESULT in the frequency field of SEARCH, as one undo step. The errors of
-// CWorkSheet::set_value; nothing is stored then.
+// CWorkSheet::set_value, for the first record that is refused; nothing is stored then, as long as TABLE
+// belongs to a database.
 ErrorCode save_frequencies(CWorkSheet& table, const UniqueSearch& search, const UniqueResult& result);
 
 }  // namespace rowvane

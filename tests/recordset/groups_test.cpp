@@ -5,6 +5,7 @@
 
 #include "core/database.h"
 #include "core/messages.h"
+#include "formula/formula_hooks.h"
 #include "recordset/duplicates.h"
 #include "recordset/random_tables.h"
 #include "recordset/record_order.h"
@@ -206,6 +207,15 @@ TEST_F(SmallTable, FrequenciesAreOneUndoStepAndAllOrNothing) {
   EXPECT_EQ(counts(), "2,2,,1,,1,");
   EXPECT_TRUE(database_.undo());
   EXPECT_EQ(counts(), ",,,,,,");
+  // A record whose validation formula refuses the frequency refuses all.
+  Field field = table_->field(1);
+  field.validation = "=count<2";
+  ASSERT_EQ(table_->change_field(1, field), ErrorCode::kOk);
+  const FormulaHooks formulas(database_, FormulaSettings(), 1);
+  database_.set_hooks(&formulas);
+  EXPECT_EQ(save_frequencies(*table_, search, result), ErrorCode::kValidation);
+  EXPECT_EQ(counts(), ",,,,,,");
+  database_.set_hooks(nullptr);
   const UniqueSearch into_text{.fields = {0}, .save_frequencies = true, .frequency_field = 2};
   EXPECT_EQ(save_frequencies(*table_, into_text, result), ErrorCode::kFieldTypeMismatch);
 }

@@ -7,6 +7,7 @@
 #include "cli/commands/commands.h"
 #include "cli/report.h"
 #include "cli/session.h"
+#include "cli/sort_options.h"
 #include "crypto/protection.h"
 #include "exchange/text_export.h"
 #include "file/export_archive.h"
@@ -65,6 +66,7 @@ struct ExportArguments {
   bool files_zip = false;
   bool long_text_zip = false;
   std::optional<uint64_t> row_limit;
+  SortArguments sort;
   TextOptions text;
 };
 
@@ -86,6 +88,11 @@ int run_export(const GlobalOptions& global, ExportArguments& arguments) {
   if (const std::string wrong = arguments.text.apply(settings.text); !wrong.empty()) return fail_usage(wrong);
   if (const int status = session.find_fields(*table, arguments.fields, settings.fields); status != kDone)
     return status;
+  if (!arguments.sort.keys.empty()) settings.positions = all_records(*table);
+  if (settings.positions) {
+    const int status = arguments.sort.sort(session, *table, *settings.positions);
+    if (status != kDone) return status;
+  }
   settings.numbers.decimal = region.decimal_separator;
   settings.save_files = arguments.files_zip;
   settings.save_long_texts = arguments.long_text_zip;
@@ -144,6 +151,7 @@ void add_export_command(CLI::App& app, CommandContext& context) {
   command->add_flag("--files-zip", arguments->files_zip, "Save images and files to a zip file beside TARGET");
   command->add_flag("--long-text-zip", arguments->long_text_zip,
                     "Save long texts to a zip file beside TARGET");
+  arguments->sort.add_to(*command);
   arguments->text.add_to(*command, false);
   command->callback([&context, arguments] {
     context.run = [&context, arguments] { return run_export(context.global, *arguments); };
