@@ -294,6 +294,54 @@ function calculateOperation(label, name, type, formula) {
   };
 }
 
+// All contenders must find as many records with the same sum as the first.
+function findOperation(name, goal, contenders) {
+  let first;
+  const checked = ([who, find]) => [who, () => {
+    const found = find();
+    first ??= found;
+    if (found.records !== first.records || found.sum !== first.sum) {
+      stop(`${who}, ${name}: ${found.records} records, sum ${found.sum}, not ${first.records}, sum ${first.sum}`);
+    }
+    return found;
+  }];
+  return { name, goal, contenders: Object.fromEntries(Object.entries(contenders).map(checked)) };
+}
+
+// Polars is left out where it takes half a minute.
+function sortOperations() {
+  const keys = 'origin,destination,distance,date';
+  return [
+    findOperation('sort by distance', 0.3, {
+      Rowvane: () => ours('sort', flights, 'distance', 'language'),
+      DuckDB: () => peer('duckdb', 'sort-all', flights, 'distance'),
+      'DuckDB, record numbers only': () => peer('duckdb', 'sort', flights, 'distance'),
+      Polars: () => peer('polars', 'sort', flights, 'distance'),
+    }),
+    findOperation('sort by origin, destination, distance, date', 0.3, {
+      Rowvane: () => ours('sort', flights, keys, 'language'),
+      'DuckDB, neutral': () => peer('duckdb', 'sort-all', flights, keys),
+      'DuckDB, neutral, record numbers only': () => peer('duckdb', 'sort', flights, keys),
+    }),
+  ];
+}
+
+function compareOperations() {
+  const keys = 'origin,destination,date';
+  return [
+    findOperation('duplicates in origin, destination, date', 0.5, {
+      Rowvane: () => ours('duplicates', flights, keys),
+      'DuckDB, neutral': () => peer('duckdb', 'duplicates', flights, keys),
+      'Polars, neutral': () => peer('polars', 'duplicates', flights, keys),
+    }),
+    findOperation('second quartile of the delays', 0.5, {
+      Rowvane: () => ours('quartiles', flights, 'delay'),
+      DuckDB: () => peer('duckdb', 'quartiles', flights, 'delay'),
+      Polars: () => peer('polars', 'quartiles', flights, 'delay'),
+    }),
+  ];
+}
+
 // ---- measuring
 
 function measure(operations) {
@@ -455,6 +503,8 @@ const operations = [
   calculateOperation('calculate `=delay*2+distance/3`', 'numbers', 'number', '=delay*2+distance/3'),
   calculateOperation('calculate `=if(delay>30,"late","on time")`', 'choice', 'text', '=if(delay>30,"late","on time")'),
   calculateOperation('calculate `=origin&"-"&destination`', 'join', 'text', '=origin&"-"&destination'),
+  ...sortOperations(),
+  ...compareOperations(),
 ];
 const results = measure(operations);
 const parts = [machine(), timesTable(results), memoryTable(results[0].best.Rowvane), levelsTable()];
