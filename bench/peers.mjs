@@ -4,6 +4,9 @@
 //   node peers.mjs PEER export TEXT TARGET
 //   node peers.mjs PEER calculate TEXT FORMULA
 //   node peers.mjs PEER search TEXT SEARCH
+//   node peers.mjs PEER sort TEXT FIELDS
+//   node peers.mjs PEER duplicates TEXT FIELDS
+//   node peers.mjs PEER quartiles TEXT FIELD
 //   node peers.mjs duckdb make-text PARQUET TARGET
 import { createRequire } from 'node:module';
 
@@ -74,6 +77,35 @@ async function duckdb(operation, source, target, readOptions = '') {
     const sums = await connection.runAndReadAll('select count(*) from found');
     return { ms, found: Number(sums.getRowsJson()[0][0]) };
   }
+  // Of the records found, only their numbers are kept, as Rowvane does.
+  const keep = (query) => timed(() => connection.run(`create table found as ${query}`));
+  const summed = async (ms, sum) => {
+    const sums = await connection.runAndReadAll(
+      `select count(*), ${sum} from (select *, row_number() over () as n from found) as f join flights on flights.rowid = f.r`);
+    const [records, value] = sums.getRowsJson()[0].map(Number);
+    return { ms, records, sum: value };
+  };
+  if (operation === 'sort') {
+    const { ms } = await keep(`select rowid as r from flights order by ${target}`);
+    return summed(ms, 'sum(distance * ((n - 1) % 1000 + 1))');
+  }
+  if (operation === 'sort-all') {
+    const { ms } = await timed(() => connection.run(`create table sorted as select * from flights order by ${target}`));
+    const sums = await connection.runAndReadAll(
+      'select count(*), sum(distance * ((n - 1) % 1000 + 1)) from (select distance, row_number() over () as n from sorted)');
+    const [records, sum] = sums.getRowsJson()[0].map(Number);
+    return { ms, records, sum };
+  }
+  if (operation === 'duplicates') {
+    const { ms } = await keep(`select rowid as r from flights where (${target}) in
+      (select (${target}) from flights group by ${target} having count(*) > 1)`);
+    return summed(ms, 'sum(delay)');
+  }
+  if (operation === 'quartiles') {
+    const { ms } = await keep(`with q as (select quantile_cont(${target}, [0.25, 0.5]) as v from flights)
+      select flights.rowid as r from flights, q where ${target} >= v[1] and ${target} < v[2]`);
+    return summed(ms, 'sum(delay)');
+  }
   return { ms: (await timed(() => connection.run(`copy flights to ${quoted(target)} (format csv, header)`))).ms };
 }
 
@@ -92,6 +124,24 @@ async function polars(operation, source, target) {
     const condition = polarsCondition(pl, target).alias('v');
     const found = await timed(() => table.select(condition));
     return { ms: found.ms, found: found.result.filter(pl.col('v')).height };
+  }
+  if (operation === 'sort') {
+    const { ms, result } = await timed(() => table.sort(target.split(',')));
+    const weights = pl.Series('w', Float64Array.from({ length: result.height }, (_, i) => (i % 1000) + 1));
+    return { ms, records: result.height, sum: Number(result.getColumn('distance').cast(pl.Float64).mul(weights).sum()) };
+  }
+  if (operation === 'duplicates') {
+    const { ms, result } = await timed(() => table.filter(table.select(...target.split(',')).isDuplicated()));
+    return { ms, records: result.height, sum: Number(result.getColumn('delay').sum()) };
+  }
+  if (operation === 'quartiles') {
+    const { col } = pl;
+    const { ms, result } = await timed(() => {
+      const numbers = table.getColumn(target);
+      const [first, median] = [0.25, 0.5].map((q) => numbers.quantile(q, 'linear'));
+      return table.filter(col(target).gtEq(first).and(col(target).lt(median)));
+    });
+    return { ms, records: result.height, sum: Number(result.getColumn('delay').sum()) };
   }
   return { ms: (await timed(() => table.writeCSV(target))).ms };
 }

@@ -314,6 +314,54 @@ function searchOperation(label, name, criteria, goals) {
   };
 }
 
+// All contenders must find as many records with the same sum as the first.
+function findOperation(name, goal, contenders) {
+  let first;
+  const checked = ([who, find]) => [who, () => {
+    const found = find();
+    first ??= found;
+    if (found.records !== first.records || found.sum !== first.sum) {
+      stop(`${who}, ${name}: ${found.records} records, sum ${found.sum}, not ${first.records}, sum ${first.sum}`);
+    }
+    return found;
+  }];
+  return { name, goal, contenders: Object.fromEntries(Object.entries(contenders).map(checked)) };
+}
+
+// Polars is left out where it takes half a minute.
+function sortOperations() {
+  const keys = 'origin,destination,distance,date';
+  return [
+    findOperation('sort by distance', 0.3, {
+      Rowvane: () => ours('sort', flights, 'distance', 'language'),
+      DuckDB: () => peer('duckdb', 'sort-all', flights, 'distance'),
+      'DuckDB, record numbers only': () => peer('duckdb', 'sort', flights, 'distance'),
+      Polars: () => peer('polars', 'sort', flights, 'distance'),
+    }),
+    findOperation('sort by origin, destination, distance, date', 0.3, {
+      Rowvane: () => ours('sort', flights, keys, 'language'),
+      'DuckDB, neutral': () => peer('duckdb', 'sort-all', flights, keys),
+      'DuckDB, neutral, record numbers only': () => peer('duckdb', 'sort', flights, keys),
+    }),
+  ];
+}
+
+function compareOperations() {
+  const keys = 'origin,destination,date';
+  return [
+    findOperation('duplicates in origin, destination, date', 0.5, {
+      Rowvane: () => ours('duplicates', flights, keys),
+      'DuckDB, neutral': () => peer('duckdb', 'duplicates', flights, keys),
+      'Polars, neutral': () => peer('polars', 'duplicates', flights, keys),
+    }),
+    findOperation('second quartile of the delays', 0.5, {
+      Rowvane: () => ours('quartiles', flights, 'delay'),
+      DuckDB: () => peer('duckdb', 'quartiles', flights, 'delay'),
+      Polars: () => peer('polars', 'quartiles', flights, 'delay'),
+    }),
+  ];
+}
+
 // ---- measuring
 
 function measure(operations) {
@@ -481,6 +529,8 @@ const operations = [
   searchOperation('search for delays above 30 and origins with S', 'narrow', 'delay:f:30;origin:c:S', { most: 20 }),
   searchOperation('search destinations for `^[LS]A`', 'few', 'destination:b:^[LS]A', { most: 15 }),
   searchOperation('search dates for `-0[1-3] 1[0-9]:`', 'date', 'date:b:-0[1-3] 1[0-9]:', { goal: 1.5, against: 'DuckDB' }),
+  ...sortOperations(),
+  ...compareOperations(),
 ];
 const results = measure(operations);
 const parts = [machine(), timesTable(results), memoryTable(results[0].best.Rowvane), levelsTable()];

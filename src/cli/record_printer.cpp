@@ -22,6 +22,12 @@ constexpr int kNarrowestColumn = 4;
 constexpr std::string_view kGap = "  ";
 constexpr std::string_view kEllipsis = "\u2026";
 
+// The position of the record that is printed as number INDEX, from 0.
+uint32_t position_of(const PrintOptions& options, uint32_t index) {
+  const uint32_t at = options.first + index;
+  return options.records != nullptr ? (*options.records)[at] : at;
+}
+
 bool put(const std::string& text) {
   return std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
 }
@@ -71,7 +77,7 @@ class TablePrinter {
       append_cell(i, std::string(static_cast<size_t>(widths_[i]), '-'), out);
     end_line(out);
     for (uint32_t k = 0; k < options_.count; ++k) {
-      for (size_t i = 0; i < widths_.size(); ++i) append_cell(i, cell_text(options_.first + k, i), out);
+      for (size_t i = 0; i < widths_.size(); ++i) append_cell(i, cell_text(position_of(options_, k), i), out);
       end_line(out);
       if (k % kChunkRecords == kChunkRecords - 1) {
         if (!put(out)) return;
@@ -105,7 +111,7 @@ class TablePrinter {
     const uint32_t measured = std::min(options_.count, kMeasuredRecords);
     for (uint32_t k = 0; k < measured; ++k) {
       for (size_t i = 0; i < widths_.size(); ++i) {
-        widths_[i] = std::max(widths_[i], platform::display_width(cell_text(options_.first + k, i)));
+        widths_[i] = std::max(widths_[i], platform::display_width(cell_text(position_of(options_, k), i)));
       }
     }
   }
@@ -155,10 +161,10 @@ ErrorCode print_csv(const CWorkSheet& table, const PrintOptions& options) {
   std::string out;
   formatter.append_names(out);
   for (uint32_t k = 0; k < options.count; k += kChunkRecords) {
-    const uint32_t first = options.first + k;
-    const uint32_t last = options.first + std::min(k + kChunkRecords, options.count);
-    if (const ErrorCode error = formatter.append_range(first, last, out); error != ErrorCode::kOk)
-      return error;
+    RecordSet chunk;
+    for (uint32_t i = k; i < std::min(k + kChunkRecords, options.count); ++i)
+      chunk.push_back(position_of(options, i));
+    if (const ErrorCode error = formatter.append_records(chunk, out); error != ErrorCode::kOk) return error;
     if (!put(out)) return ErrorCode::kOk;
     out.clear();
   }
@@ -178,7 +184,7 @@ void print_json(const CWorkSheet& table, const PrintOptions& options) {
     for (size_t i = 0; i < keys.size(); ++i) {
       if (i > 0) out += ", ";
       out += keys[i];
-      append_json_value(table, options.first + k + 1, options.fields[i], out);
+      append_json_value(table, position_of(options, k) + 1, options.fields[i], out);
     }
     out += "}\n";
     if (k % kChunkRecords == kChunkRecords - 1) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/work_sheet.h"
+#include "recordset/record_set.h"
 
 namespace rowvane::cli {
 
@@ -14,8 +15,9 @@ enum class PrintFormat { kTable, kCsv, kJson };
 struct PrintOptions {
   std::vector<size_t> fields;  // in the order in which they are printed
   PrintFormat format = PrintFormat::kTable;
-  uint32_t first = 0;  // 0-based position of the first record
-  uint32_t count = 0;  // records at most
+  const RecordSet* records = nullptr;  // that are printed, in their order; null: all. Borrowed
+  uint32_t first = 0;                  // records that are left out before the first one
+  uint32_t count = 0;                  // records printed; must be there
 };
 
 // kTable: aligned columns, fitted to the terminal where there is one, numbers by their display formats and

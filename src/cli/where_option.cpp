@@ -63,6 +63,10 @@ void WhereArguments::add_to(CLI::App& command) {
 }
 
 int WhereArguments::search(Session& session, const CWorkSheet& table, RecordSet& records) const {
+  if (empty()) {
+    records = all_records(table);
+    return kDone;
+  }
   Search settings;
   settings.options = session.global().search;
   settings.threads = session.options().used_processor_cores;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "core/undo_log.h"
@@ -65,6 +66,8 @@ class FieldPresenceChange final : public TableChange {
   Field field_;
   FieldId id_ = 0;
   Column column_;
+  std::optional<std::vector<SearchKey>>
+      keys_;  // of the table with the field; nothing before it was ever there
 };
 
 class FieldMoveChange final : public TableChange {
@@ -93,6 +96,18 @@ class RecordsChange final : public TableChange {
   bool absent_;
   std::vector<Column> cells_;
   PlainVector<RecordFlags> flags_;
+};
+
+// Other search keys.
+class SearchKeysChange final : public TableChange {
+ public:
+  SearchKeysChange(CWorkSheet& table, std::vector<SearchKey> keys)
+      : TableChange(table), keys_(std::move(keys)) {}
+
+ private:
+  void swap_state(TableData& data) override { std::swap(data.search_keys, keys_); }
+
+  std::vector<SearchKey> keys_;
 };
 
 class FlagsChange final : public TableChange {

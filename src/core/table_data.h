@@ -1,4 +1,4 @@
-// What a table holds: its fields, one column each, and a flag word a record.
+// What a table holds: its fields, one column each, a flag word a record, and its search keys.
 #pragma once
 
 #include <cstdint>
@@ -6,6 +6,7 @@
 
 #include "core/field.h"
 #include "core/limits.h"
+#include "core/search_key.h"
 
 namespace rowvane {
 
@@ -28,6 +29,8 @@ struct TableData {
   uint32_t record_count = 0;
   PlainVector<RecordFlags> flags;  // empty until a record gets a flag, then record_count words
   std::vector<FieldId> field_ids;  // one for each field; the table that takes the data gives new ones
+  std::vector<SearchKey>
+      search_keys;  // in the order in which they were added; names differ in more than letter case
 };
 
 // Bytes of one record's in-record fields; at most kMaxRecordBytes.

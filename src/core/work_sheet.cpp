@@ -277,6 +277,32 @@ ErrorCode CWorkSheet::set_value(uint32_t record, size_t field, const CellValue& 
   return ErrorCode::kOk;
 }
 
+ErrorCode CWorkSheet::set_values(size_t field, std::vector<uint32_t> positions, Column cells,
+                                 std::vector<RefusedValue>& refused) {
+  if (const auto error = check_editable_field(field); error != ErrorCode::kOk) return error;
+  if (column_size(cells) != positions.size()) return ErrorCode::kInvalidCacheIndex;
+  if (cells.index() != data_.columns[field].index()) return ErrorCode::kFieldTypeMismatch;
+  std::vector<uint32_t> kept;  // indices into CELLS
+  for (uint32_t i = 0; i < positions.size(); ++i) {
+    const ErrorCode error = check_value(positions[i] + 1, field, cell_value(cells, i));
+    if (error == ErrorCode::kOk) {
+      kept.push_back(i);
+    } else {
+      refused.push_back({positions[i], error});
+    }
+  }
+  if (kept.empty()) return ErrorCode::kOk;
+  if (kept.size() < positions.size()) {
+    cells = select_cells(cells, kept);
+    std::vector<uint32_t> kept_positions;
+    for (const uint32_t i : kept) kept_positions.push_back(positions[i]);
+    positions = std::move(kept_positions);
+  }
+  apply_and_tell(std::make_unique<CellsChange>(*this, field, positions, std::move(cells)),
+                 [&](const FieldHooks& hooks) { hooks.values_changed(*this, field, positions); });
+  return ErrorCode::kOk;
+}
+
 ErrorCode CWorkSheet::insert_records(uint32_t before, uint32_t count) {
   if (before < 1 || before > record_count() + 1) return ErrorCode::kInvalidCacheIndex;
   const uint32_t limit = database_ != nullptr ? database_->max_records() : kDefaultMaxRecords;
@@ -318,6 +344,58 @@ ErrorCode CWorkSheet::set_flag_type(std::span<const uint32_t> positions, int typ
     new_flags.push_back(static_cast<RecordFlags>(rest | static_cast<unsigned>(type) << kFlagTypeShift));
   }
   apply(std::make_unique<FlagsChange>(*this, std::move(once), std::move(new_flags)));
+  return ErrorCode::kOk;
+}
+
+std::optional<size_t> CWorkSheet::find_search_key(std::string_view name) const {
+  const auto& keys = data_.search_keys;
+  const auto found =
+      std::ranges::find_if(keys, [name](const SearchKey& key) { return same_name(key.name, name); });
+  return found == keys.end() ? std::nullopt : std::optional(static_cast<size_t>(found - keys.begin()));
+}
+
+ErrorCode CWorkSheet::check_search_key_name(std::string_view name, std::optional<size_t> own_index) const {
+  if (!is_valid_search_key_name(name)) return ErrorCode::kFieldTypeMismatch;
+  const auto taken = find_search_key(name);
+  return taken && taken != own_index ? ErrorCode::kNameNotUnique : ErrorCode::kOk;
+}
+
+void CWorkSheet::replace_search_keys(std::vector<SearchKey> keys) {
+  if (keys != data_.search_keys) apply(std::make_unique<SearchKeysChange>(*this, std::move(keys)));
+}
+
+ErrorCode CWorkSheet::add_search_key(SearchKey key) {
+  if (const auto error = check_search_key_name(key.name, std::nullopt); error != ErrorCode::kOk) return error;
+  if (!are_valid_expressions(key.expressions, field_count())) return ErrorCode::kFieldTypeMismatch;
+  std::vector<SearchKey> keys = data_.search_keys;
+  keys.push_back(std::move(key));
+  replace_search_keys(std::move(keys));
+  return ErrorCode::kOk;
+}
+
+ErrorCode CWorkSheet::rename_search_key(size_t index, std::string name) {
+  if (index >= data_.search_keys.size()) return ErrorCode::kInvalidCacheIndex;
+  if (const auto error = check_search_key_name(name, index); error != ErrorCode::kOk) return error;
+  std::vector<SearchKey> keys = data_.search_keys;
+  keys[index].name = std::move(name);
+  replace_search_keys(std::move(keys));
+  return ErrorCode::kOk;
+}
+
+ErrorCode CWorkSheet::change_search_key(size_t index, std::vector<SearchExpression> expressions) {
+  if (index >= data_.search_keys.size()) return ErrorCode::kInvalidCacheIndex;
+  if (!are_valid_expressions(expressions, field_count())) return ErrorCode::kFieldTypeMismatch;
+  std::vector<SearchKey> keys = data_.search_keys;
+  keys[index].expressions = std::move(expressions);
+  replace_search_keys(std::move(keys));
+  return ErrorCode::kOk;
+}
+
+ErrorCode CWorkSheet::delete_search_key(size_t index) {
+  if (index >= data_.search_keys.size()) return ErrorCode::kInvalidCacheIndex;
+  std::vector<SearchKey> keys = data_.search_keys;
+  keys.erase(keys.begin() + static_cast<std::ptrdiff_t>(index));
+  replace_search_keys(std::move(keys));
   return ErrorCode::kOk;
 }
 

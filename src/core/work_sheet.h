@@ -17,6 +17,14 @@ class Change;
 class Database;
 class Folder;
 
+// A value that was not stored, by the 0-based position of its record.
+struct RefusedValue {
+  uint32_t position = 0;
+  ErrorCode error = ErrorCode::kOk;
+
+  bool operator==(const RefusedValue&) const = default;
+};
+
 // Fields are addressed by their 0-based index, records by their number from 1 to record_count(). All changes
 // check the rules, can be undone while the table belongs to a database, and are told to its observers.
 //
@@ -58,6 +66,10 @@ class CWorkSheet {
   RecordFlags flags(uint32_t record) const {
     return data_.flags.empty() ? RecordFlags{0} : data_.flags[record - 1];
   }
+  const std::vector<SearchKey>& search_keys() const { return data_.search_keys; }
+  // Letter case does not matter.
+  std::optional<size_t> find_search_key(std::string_view name) const;
+
   // Number of the record's flag type, 0 for none.
   int flag_type(uint32_t record) const { return flags(record) >> kFlagTypeShift; }
 
@@ -86,6 +98,10 @@ class CWorkSheet {
   // kFieldTypeMismatch when VALUE is not of the field's kind or an infinite number, kOutputTooLong for a text
   // of more than 8169 characters, kTooManyContainerObjects, kInvalidUtf8, kValidation.
   ErrorCode set_value(uint32_t record, size_t field, const CellValue& value);
+  // Stores CELLS, of the field's kind, in the records at these 0-based positions, each there once, as one
+  // change. Cells that set_value would refuse are left out and listed in REFUSED.
+  ErrorCode set_values(size_t field, std::vector<uint32_t> positions, Column cells,
+                       std::vector<RefusedValue>& refused);
   // Inserts COUNT records with the fields' default values (encrypted fields are empty) before record BEFORE
   // (record_count() + 1: at the end). kTooManyRecords.
   ErrorCode insert_records(uint32_t before, uint32_t count);
@@ -94,6 +110,14 @@ class CWorkSheet {
   // Gives records (0-based positions) the flag type of this number; 0 takes it away. kInvalidCacheIndex when
   // the database has no such type.
   ErrorCode set_flag_type(std::span<const uint32_t> positions, int type);
+
+  // Search keys are addressed by their 0-based index; their expressions follow the fields when those are
+  // inserted, deleted and moved. kNameNotUnique; kFieldTypeMismatch for a name or expressions that no key can
+  // have.
+  ErrorCode add_search_key(SearchKey key);
+  ErrorCode rename_search_key(size_t index, std::string name);
+  ErrorCode change_search_key(size_t index, std::vector<SearchExpression> expressions);
+  ErrorCode delete_search_key(size_t index);
 
   // What set_value would answer.
   ErrorCode check_value(uint32_t record, size_t field, const CellValue& value) const;
@@ -109,6 +133,8 @@ class CWorkSheet {
 
   ErrorCode check_editable_field(size_t field) const;
   ErrorCode check_new_name(std::string_view name, std::optional<size_t> own_index) const;
+  ErrorCode check_search_key_name(std::string_view name, std::optional<size_t> own_index) const;
+  void replace_search_keys(std::vector<SearchKey> keys);
   void apply(std::unique_ptr<Change> change);
   // Applies CHANGE and, as part of the same undo step, what TELL makes the hooks do.
   template <typename Tell>

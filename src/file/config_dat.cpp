@@ -16,6 +16,7 @@ constexpr uint8_t kLinkBit = 0x01;
 constexpr uint8_t kEncryptedBit = 0x02;
 constexpr uint8_t kHiddenBit = 0x04;
 constexpr uint16_t kLayoutWithoutProtection = 1;
+constexpr uint16_t kLayoutWithoutSearchKeys = 2;
 
 // The protection in one byte: 0 for none, otherwise the cipher's number and a bit.
 constexpr uint8_t kFirstCipher = 1;
@@ -26,6 +27,8 @@ constexpr uint8_t kCiphers = 2;
 constexpr size_t kTextBytes = 4;
 constexpr size_t kFieldBytes = 30;
 constexpr size_t kFlagRunBytes = 6;
+constexpr size_t kSearchKeyBytes = 8;
+constexpr size_t kSearchExpressionBytes = 6;
 constexpr size_t kFolderBytes = 8;
 constexpr size_t kTableBytes = 20;
 
@@ -92,6 +95,18 @@ std::vector<FlagRun> flag_runs(const TableData& data) {
   return runs;
 }
 
+void put_search_keys(const std::vector<SearchKey>& keys, ItemWriter& out) {
+  out.put_u32(static_cast<uint32_t>(keys.size()));
+  for (const SearchKey& key : keys) {
+    out.put_text(key.name);
+    out.put_u32(static_cast<uint32_t>(key.expressions.size()));
+    for (const SearchExpression& expression : key.expressions) {
+      out.put_u16(expression.field);
+      out.put_text(expression.criterion);
+    }
+  }
+}
+
 void put_table(const StoredTable& table, ItemWriter& out) {
   out.put_text(table.name);
   out.put_u32(table.folder);
@@ -103,13 +118,31 @@ void put_table(const StoredTable& table, ItemWriter& out) {
     out.put_u32(run.records);
     out.put_u16(run.flags);
   }
+  put_search_keys(table.search_keys, out);
 }
 
-bool has_unique_names(const std::vector<Field>& fields) {
+template <typename Named>
+bool has_unique_names(const std::vector<Named>& all) {
   std::unordered_set<std::string> names;
-  return std::all_of(fields.begin(), fields.end(), [&names](const Field& field) {
-    return names.insert(platform::fold_case(field.name)).second;
+  return std::all_of(all.begin(), all.end(), [&names](const Named& one) {
+    return names.insert(platform::fold_case(one.name)).second;
   });
+}
+
+std::vector<SearchKey> get_search_keys(ItemReader& in, size_t fields, bool& valid) {
+  std::vector<SearchKey> keys;
+  const uint32_t count = in.get_count(kSearchKeyBytes);
+  for (uint32_t i = 0; i < count && valid && !in.failed(); ++i) {
+    SearchKey& key = keys.emplace_back(SearchKey{in.get_text(), {}});
+    const uint32_t expressions = in.get_count(kSearchExpressionBytes);
+    for (uint32_t k = 0; k < expressions && !in.failed(); ++k) {
+      const uint16_t field = in.get_u16();
+      key.expressions.push_back({field, in.get_text()});
+    }
+    valid = is_valid_search_key_name(key.name) && are_valid_expressions(key.expressions, fields);
+  }
+  valid = valid && has_unique_names(keys);
+  return keys;
 }
 
 // FLAGS without the number of a type that is no more.
@@ -118,7 +151,14 @@ RecordFlags known_flags(RecordFlags flags, size_t flag_types) {
   return static_cast<size_t>(flags >> kFlagTypeShift) <= flag_types ? flags : flags & kTypeless;
 }
 
-StoredTable get_table(ItemReader& in, size_t folders, size_t flag_types, bool& valid) {
+// What stands before the tables and says how they are to be read.
+struct TableContext {
+  uint16_t layout;
+  size_t folders;
+  size_t flag_types;
+};
+
+StoredTable get_table(ItemReader& in, const TableContext& context, bool& valid) {
   StoredTable table;
   table.name = in.get_text();
   table.folder = in.get_u32();
@@ -130,11 +170,12 @@ StoredTable get_table(ItemReader& in, size_t folders, size_t flag_types, bool& v
   uint64_t flagged = 0;
   for (uint32_t i = 0; i < runs && !in.failed(); ++i) {
     const uint32_t records = in.get_u32();
-    table.flag_runs.push_back({records, known_flags(in.get_u16(), flag_types)});
+    table.flag_runs.push_back({records, known_flags(in.get_u16(), context.flag_types)});
     flagged += records;
   }
-  valid = valid && is_valid_table_name(table.name) && table.folder <= folders &&
+  valid = valid && is_valid_table_name(table.name) && table.folder <= context.folders &&
           (runs == 0 || flagged == table.record_count) && has_unique_names(table.fields);
+  if (context.layout > kLayoutWithoutSearchKeys) table.search_keys = get_search_keys(in, fields, valid);
   return table;
 }
 
@@ -193,7 +234,7 @@ DatabaseConfig config_of(const Database& database, const std::vector<CWorkSheet*
   }
   for (const CWorkSheet* table : tables) {
     config.tables.push_back({table->name(), numbers.at(table->folder()), table->record_count(),
-                             table->data().fields, flag_runs(table->data())});
+                             table->data().fields, flag_runs(table->data()), table->search_keys()});
   }
   return config;
 }
@@ -230,8 +271,9 @@ ErrorCode read_config(std::string_view bytes, DatabaseConfig& config) {
     valid = parent <= i && is_valid_table_name(config.folders.back().name);
   }
   const uint32_t tables = in.get_count(kTableBytes);
+  const TableContext context{layout, folders, config.settings.record_flag_types.size()};
   for (uint32_t i = 0; i < tables && valid && !in.failed(); ++i) {
-    config.tables.push_back(get_table(in, folders, config.settings.record_flag_types.size(), valid));
+    config.tables.push_back(get_table(in, context, valid));
   }
   return valid && !in.failed() && in.at_end() ? ErrorCode::kOk : ErrorCode::kInvalidBinaryFormat;
 }

@@ -48,6 +48,7 @@ TableData assemble_table(const StoredTable& stored, TableData loaded,
   data.record_count = loaded.record_count;
   data.fields = stored.fields;
   data.flags = stored_flags(stored, loaded.record_count);
+  data.search_keys = stored.search_keys;
   size_t next = 0;
   for (size_t i = 0; i < stored.fields.size(); ++i) {
     const FieldType type = stored.fields[i].type;

@@ -15,6 +15,12 @@ void describe_table(const CWorkSheet& table, std::string& out) {
   for (const Field& field : table.data().fields) {
     out += field_list_text(field) + " " + field.format + std::to_string(field.width) + "\n";
   }
+  for (const SearchKey& key : table.search_keys()) {
+    out += "key " + key.name;
+    for (const SearchExpression& one : key.expressions)
+      out += " " + std::to_string(one.field) + one.criterion;
+    out += "\n";
+  }
   for (uint32_t record = 1; record <= table.record_count(); ++record) {
     for (size_t field = 0; field < table.field_count(); ++field) out += table.value_text(record, field) + "|";
     out += std::to_string(table.flag_type(record)) + "\n";
@@ -43,9 +49,11 @@ class Changer {
   uint32_t below(size_t limit) { return limit == 0 ? 0 : static_cast<uint32_t>(random_() % limit); }
 
   ErrorCode change() {
-    switch (below(5)) {
+    switch (below(6)) {
       case 0:
         return change_tree();
+      case 5:
+        return change_search_keys();
       case 1:
         return change_fields();
       case 2:
@@ -148,6 +156,33 @@ class Changer {
         return table.set_flag_type(any_positions(table), static_cast<int>(below(4)));
       default:
         return table.insert_records(1 + below(table.record_count() + 1), below(6));
+    }
+  }
+
+  std::vector<SearchExpression> any_expressions(const CWorkSheet& table) {
+    std::vector<SearchExpression> expressions;
+    for (uint16_t field = 0; field < table.field_count(); ++field) {
+      if (below(2) == 0) expressions.push_back({field, "d:" + std::to_string(below(50))});
+    }
+    return expressions;
+  }
+
+  ErrorCode change_search_keys() {
+    CWorkSheet& table = any_table();
+    const size_t key = below(table.search_keys().size() + 1);
+    switch (below(5)) {
+      case 0:
+        return table.rename_search_key(key, any_name());
+      case 1:
+        return table.delete_search_key(key);
+      case 2: {
+        const auto expressions = any_expressions(table);
+        const bool same =
+            key < table.search_keys().size() && table.search_keys()[key].expressions == expressions;
+        return same ? ErrorCode::kConversionRule : table.change_search_key(key, expressions);
+      }
+      default:
+        return table.add_search_key({any_name(), any_expressions(table)});
     }
   }
 

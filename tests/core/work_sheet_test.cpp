@@ -46,6 +46,21 @@ TEST_F(WorkSheet, KeepsItsLastField) {
   EXPECT_EQ(table.field(0).name, "code");
 }
 
+TEST_F(WorkSheet, StoresManyValuesAsOneChangeAndLeavesOutWhatItRefuses) {
+  TextColumn texts;
+  for (const std::string& text : {std::string("a"), std::string(8170, 'x'), std::string("c")}) {
+    texts.cells.push_back(texts.code_for(text));
+  }
+  std::vector<RefusedValue> refused;
+  ASSERT_EQ(table.set_values(kText, {2, 0, 1}, texts, refused), ErrorCode::kOk);
+  EXPECT_EQ(refused, (std::vector<RefusedValue>{{0, ErrorCode::kOutputTooLong}}));
+  EXPECT_EQ(text_at(1, kText) + "|" + text_at(2, kText) + "|" + text_at(3, kText), "|c|a");
+  ASSERT_TRUE(database.undo());
+  EXPECT_EQ(text_at(1, kText) + "|" + text_at(2, kText) + "|" + text_at(3, kText), "||");
+  EXPECT_EQ(table.set_values(kText, {0}, texts, refused), ErrorCode::kInvalidCacheIndex);
+  EXPECT_EQ(table.set_values(kNumber, {0, 1, 2}, texts, refused), ErrorCode::kFieldTypeMismatch);
+}
+
 TEST(WorkSheetLimits, ARecordTakes64K) {
   std::vector<Field> fields;
   for (size_t i = 0; i < 16'384; ++i) {

@@ -149,7 +149,8 @@ DatabaseConfig small_config() {
   field.encrypted = true;
   field.encryption = "header";
   config.protection = StoredProtection{CipherAlgorithm::kTwofishCfb, true};
-  config.tables = {{"t", 2, 3, {field, make_field("b")}, {{1, 4096}, {2, 0}}}};
+  config.tables = {{"t", 2, 3, {field, make_field("b")}, {{1, 4096}, {2, 0}}, {}}};
+  config.tables[0].search_keys = {{"key", {{0, "d:1"}, {1, "c:x"}}}, {"no field", {}}};
   return config;
 }
 
@@ -209,6 +210,55 @@ TEST(ConfigDamage, RulesAreChecked) {
                 config.tables[0].fields.push_back(make_field("f" + std::to_string(i)));
             }),
             invalid);
+}
+
+TEST(ConfigDamage, SearchKeysAreChecked) {
+  const auto error_with = [](std::vector<SearchKey> keys) {
+    DatabaseConfig config = small_config();
+    config.tables[0].search_keys = std::move(keys);
+    DatabaseConfig read;
+    return read_config(write_config(config), read);
+  };
+  const ErrorCode invalid = ErrorCode::kInvalidBinaryFormat;
+  const std::string longest(kMaxBufferBytes, 'x');
+  EXPECT_EQ(error_with({{longest, {{1, "d:" + longest}}}}), ErrorCode::kOk);
+  EXPECT_EQ(error_with({{longest + "x", {}}}), invalid);
+  EXPECT_EQ(error_with({{"k", {{1, "d:x" + longest}}}}), invalid);
+  for (const std::string& name :
+       {std::string(), std::string("  "), std::string("a\nb"), std::string("\xFF")}) {
+    EXPECT_EQ(error_with({{name, {}}}), invalid) << name;
+  }
+  for (const std::string& criterion : {std::string(), std::string("d"), std::string("n:x"), std::string("dx"),
+                                       std::string("d:a\0b", 5), std::string("d:\xFF")}) {
+    EXPECT_EQ(error_with({{"k", {{0, criterion}}}}), invalid) << criterion;
+  }
+  EXPECT_EQ(error_with({{"k", {{2, "d:1"}}}}), invalid) << "no such field";
+  EXPECT_EQ(error_with({{"k", {{1, "d:1"}, {0, "d:1"}}}}), invalid) << "not in order";
+  EXPECT_EQ(error_with({{"k", {{0, "d:1"}, {0, "d:1"}}}}), invalid) << "one field twice";
+  EXPECT_EQ(error_with({{"Key", {}}, {"kEY", {}}}), invalid) << "equal names";
+}
+
+// Files of layouts 1 and 2 still open: made of the present bytes without what they did not have.
+TEST(ConfigDamage, OlderLayoutsAreRead) {
+  DatabaseConfig config = small_config();
+  config.protection.reset();
+  config.tables[0].search_keys.clear();
+  std::string bytes = write_config(config);
+  bytes.resize(bytes.size() - 4);  // the count of the search keys
+  bytes[0] = 2;
+  DatabaseConfig read;
+  ASSERT_EQ(read_config(bytes, read), ErrorCode::kOk);
+  EXPECT_EQ(write_config(read), write_config(config));
+  DatabaseConfig folders = config;
+  folders.tables.clear();
+  folders.folders.clear();
+  std::string oldest = write_config(folders);
+  oldest.erase(oldest.size() - 9, 1);  // the protection, before two counts
+  oldest[0] = 1;
+  ASSERT_EQ(read_config(oldest, read), ErrorCode::kOk);
+  EXPECT_EQ(write_config(read), write_config(folders));
+  bytes[0] = 4;
+  EXPECT_EQ(read_config(bytes, read), ErrorCode::kNewerVersion);
 }
 
 TEST(ConfigDamage, DoubtfulTextsAreRepaired) {

@@ -49,6 +49,12 @@ inline std::string describe(const Field& field) {
 inline std::string describe(const CWorkSheet& table) {
   std::string text = "table " + table.path() + "\n";
   for (const Field& field : table.data().fields) text += describe(field);
+  for (const SearchKey& key : table.search_keys()) {
+    text += "search key " + key.name;
+    for (const SearchExpression& one : key.expressions)
+      text += " " + std::to_string(one.field) + ":" + one.criterion;
+    text += "\n";
+  }
   for (uint32_t record = 1; record <= table.record_count(); ++record) {
     text += std::to_string(table.flags(record)) + ":";
     for (size_t i = 0; i < table.field_count(); ++i) {
@@ -230,6 +236,9 @@ inline std::unique_ptr<Database> make_shop() {
     EXPECT_EQ(orders->set_flag_type(flagged, 2), ErrorCode::kOk);
   }
   CWorkSheet* cities = add_sample_table(*database, database->root(), "Städte");
+  EXPECT_EQ(cities->add_search_key({"große Städte", {{0, "j:Köln Paris"}, {1, "f:1000000"}, {4, "k: "}}}),
+            ErrorCode::kOk);
+  EXPECT_EQ(cities->add_search_key({"alle", {}}), ErrorCode::kOk);
   Field field = cities->field(1);
   field.formula = "a + \"b\"\n";
   field.validation = "x > 1";

@@ -49,7 +49,7 @@ def read_field(items):
 
 def read_config(data):
     items = Items(data)
-    if items.number(2) != 2:
+    if items.number(2) != 3:
         raise ValueError("unknown layout")
     config = {"name": items.text()}
     config["flag types"] = items.many(lambda: (items.text(), items.number(4)))
@@ -65,6 +65,8 @@ def read_config(data):
         table = {"name": name, "path": folders[items.number(4)] + name, "records": items.number(4)}
         table["fields"] = items.many(lambda: read_field(items))
         table["runs"] = items.many(lambda: (items.number(4), items.number(2)))
+        table["keys"] = items.many(
+            lambda: (items.text(), items.many(lambda: (items.number(2), items.text()))))
         config["tables"].append(table)
     if items.at != len(data):
         raise ValueError("surplus bytes in the configuration")
@@ -175,6 +177,9 @@ class Database:
                 field["name"].encode("utf-8").hex(), field["type"], bits & 1, bits >> 1 & 1, bits >> 2 & 1,
                 field["width"], field["position"]) + "".join(
                     " [%s]" % field[name].encode("utf-8").hex() for name in TEXT_NAMES))
+        for name, expressions in table["keys"]:
+            print(" search key " + name.encode("utf-8").hex() + "".join(
+                " %d:%s" % (field, criterion.encode("utf-8").hex()) for field, criterion in expressions))
         data = self.archive.read(table["path"] + ".txt")
         if not data.startswith(b"\xef\xbb\xbf"):
             raise ValueError("no byte-order mark")

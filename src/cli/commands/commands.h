@@ -20,6 +20,9 @@ struct CommandContext {
 void add_info_command(CLI::App& app, CommandContext& context);
 void add_show_command(CLI::App& app, CommandContext& context);
 void add_count_command(CLI::App& app, CommandContext& context);
+void add_duplicates_command(CLI::App& app, CommandContext& context);
+void add_unique_command(CLI::App& app, CommandContext& context);
+void add_quartiles_command(CLI::App& app, CommandContext& context);
 void add_import_command(CLI::App& app, CommandContext& context);
 void add_export_command(CLI::App& app, CommandContext& context);
 void add_field_command(CLI::App& app, CommandContext& context);

@@ -102,6 +102,8 @@ int make(const std::string& path) {
   changed.position = 3;
   changed.hidden = true;
   expect(database.tables()[0]->change_field(1, changed));
+  expect(database.tables()[0]->add_search_key({"late übrig", {{0, "b:^[a-z]+$"}, {1, "h:1 5"}, {4, "m:2"}}}));
+  expect(database.tables()[0]->add_search_key({"without fields", {}}));
   const ErrorCode error = DatabaseFile(database).save(path, {}, Options()).error;
   return error == ErrorCode::kOk ? 0 : fail(path, error);
 }
@@ -227,6 +229,13 @@ int dump(const std::string& path) {
   for (const CWorkSheet* table : opened.database->tables()) {
     std::printf("table %s\n", hex(table->path()).c_str());
     for (const Field& one : table->data().fields) dump_field(one);
+    for (const SearchKey& key : table->search_keys()) {
+      std::printf(" search key %s", hex(key.name).c_str());
+      for (const SearchExpression& expression : key.expressions) {
+        std::printf(" %u:%s", unsigned{expression.field}, hex(expression.criterion).c_str());
+      }
+      std::printf("\n");
+    }
     for (uint32_t record = 1; record <= table->record_count(); ++record) {
       std::printf(" record %u flags %04x\n", record, table->flags(record));
       for (size_t i = 0; i < table->field_count(); ++i) {
