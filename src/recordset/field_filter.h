@@ -51,8 +51,7 @@ struct FieldFilterResult {
 // How long texts::kInvalidFormula is shown in the place of the formula.
 inline constexpr int kInvalidFormulaMilliseconds = 500;
 
-// What OK does. A formula is tried on the first record of TABLE: a result that begins with "@" makes it
-// invalid.
+// What OK does. A formula is tried on the first record of TABLE; a result that begins with "@" is refused.
 FieldFilterResult accept_field_filter(const CWorkSheet& table, const FieldFilter& filter,
                                       const SearchOptions& options, const FormulaSettings& formulas);
 
