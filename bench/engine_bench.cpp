@@ -16,7 +16,11 @@
 #include "exchange/text_import.h"
 #include "file/database_file.h"
 #include "formula/recalculation.h"
+#include "recordset/duplicates.h"
 #include "recordset/find_text.h"
+#include "recordset/quartiles.h"
+#include "recordset/search.h"
+#include "recordset/sort.h"
 #include "sample_text.h"
 
 namespace rowvane::bench {
@@ -307,6 +311,105 @@ void run_find(const Arguments& arguments) {
   Figures().add("ms", ms).add("records", found.records.size()).print();
 }
 
+// "FIELD:KIND:TEXT", several with ";" between them.
+std::vector<FieldCriterion> read_criteria(const CWorkSheet& table, const std::string& typed) {
+  std::vector<FieldCriterion> criteria;
+  std::istringstream all(typed);
+  for (std::string one; std::getline(all, one, ';');) {
+    const size_t colon = one.find(':');
+    const auto field = table.find_field(one.substr(0, colon));
+    const auto criterion = parse_criterion(one.substr(colon + 1));
+    if (!field || !criterion) fail("no criterion: " + one);
+    criteria.push_back({*field, *criterion});
+  }
+  return criteria;
+}
+
+// TEXT CRITERIA: searches the table of TEXT.
+void run_search(const Arguments& arguments) {
+  const TextImportResult opened = open_text(arguments[0]);
+  Search settings;
+  settings.criteria = read_criteria(*opened.table, arguments[1]);
+  settings.threads = kThreads;
+  SearchResult result;
+  const double ms = timed_ms([&] { result = search(*opened.table, settings, FormulaSettings()); });
+  if (!result.failure.empty()) fail(result.failure);
+  Figures figures;
+  figures.add("ms", ms).add("found", result.records.size());
+  add_content(figures, *opened.table);
+  figures.print();
+}
+
+// Indices of the fields that NAMES, joined by commas, names.
+std::vector<size_t> find_fields(const CWorkSheet& table, const std::string& names) {
+  std::vector<size_t> fields;
+  std::istringstream list(names);
+  for (std::string name; std::getline(list, name, ',');) {
+    const auto field = table.find_field(name);
+    if (!field) fail("no field " + name);
+    fields.push_back(*field);
+  }
+  return fields;
+}
+
+// What a peer must find in the same records: their number, and their distances weighted by their places from
+// 1 to 1000 and again.
+void print_sorted(double ms, const CWorkSheet& table, const RecordSet& records) {
+  constexpr size_t kWeights = 1000;
+  const auto& distances = std::get<NumberColumn>(table.column(find_fields(table, "distance")[0])).cells;
+  double sum = 0;
+  for (size_t i = 0; i < records.size(); ++i) {
+    sum += distances[records[i]] * static_cast<double>(i % kWeights + 1);
+  }
+  Figures().add("ms", ms).add("records", records.size()).add("sum", static_cast<int64_t>(sum)).print();
+}
+
+// The same without an order: the sum of the delays.
+void print_found(double ms, const CWorkSheet& table, const RecordSet& records) {
+  const auto& delays = std::get<NumberColumn>(table.column(kDelayField)).cells;
+  double sum = 0;
+  for (const uint32_t record : records) sum += delays[record];
+  Figures().add("ms", ms).add("records", records.size()).add("sum", static_cast<int64_t>(sum)).print();
+}
+
+// TEXT FIELDS COLLATION: sorts the table of TEXT by these fields, "language" or "neutral".
+void run_sort(const Arguments& arguments) {
+  const TextImportResult opened = open_text(arguments[0]);
+  const SortKeys keys = ascending_keys(find_fields(*opened.table, arguments[1]));
+  SortOptions sort_options;
+  if (arguments[2] == "neutral") sort_options.collation = SortCollation::kNeutral;
+  const RecordSet all = all_records(*opened.table);
+  RecordSetResult result;
+  const double ms =
+      timed_ms([&] { result = sort_records(*opened.table, all, keys, sort_options, bench_options()); });
+  if (result.error != ErrorCode::kOk) fail("can't sort");
+  print_sorted(ms, *opened.table, result.records);
+}
+
+// TEXT FIELDS: finds all records that are equal to others in these fields.
+void run_duplicates(const Arguments& arguments) {
+  const TextImportResult opened = open_text(arguments[0]);
+  const DuplicatesSearch search{.fields = find_fields(*opened.table, arguments[1]), .sort_results = false};
+  const RecordSet all = all_records(*opened.table);
+  RecordSetResult result;
+  const double ms =
+      timed_ms([&] { result = find_duplicates(*opened.table, all, search, SortOptions(), bench_options()); });
+  if (result.error != ErrorCode::kOk) fail("can't find duplicates");
+  print_found(ms, *opened.table, result.records);
+}
+
+// TEXT FIELD: finds the records between the first quartile of a field and its median.
+void run_quartiles(const Arguments& arguments) {
+  const TextImportResult opened = open_text(arguments[0]);
+  const QuartileSearch search{.field = find_fields(*opened.table, arguments[1])[0],
+                              .mode = kFromFirstQuartile};
+  const RecordSet all = all_records(*opened.table);
+  QuartileResult result;
+  const double ms = timed_ms([&] { result = find_quartiles(*opened.table, all, search, bench_options()); });
+  if (result.error != ErrorCode::kOk) fail("can't find quartiles");
+  print_found(ms, *opened.table, result.records);
+}
+
 // TEXT: records and delays without the engine.
 void run_sum(const Arguments& arguments) {
   const TextSum sum = sum_text(arguments[0]);
@@ -341,6 +444,10 @@ const std::map<std::string, Operation, std::less<>> kOperations = {
     {"save-edited", {2, run_save_edited}},
     {"calculate", {3, run_calculate}},
     {"find", {4, run_find}},
+    {"search", {2, run_search}},
+    {"sort", {3, run_sort}},
+    {"duplicates", {2, run_duplicates}},
+    {"quartiles", {2, run_quartiles}},
     {"sum", {1, run_sum}},
     {"make-records", {3, run_make_records}},
     {"make-wide", {3, run_make_wide}},

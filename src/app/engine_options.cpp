@@ -16,4 +16,22 @@ Options engine_options(const profile::Settings& settings) {
   return options;
 }
 
+SearchOptions search_options(const profile::Settings& settings) {
+  const profile::FindAndReplaceOptions& find = settings.find_and_replace_options;
+  SearchOptions options;
+  options.empty_matches = find.empty_matches;
+  options.caseless = find.caseless;
+  options.search_now = find.search_now;
+  options.default_kind = listed_kind(static_cast<size_t>(find.match_mode));
+  return options;
+}
+
+void store_search_options(const SearchOptions& options, profile::Settings& settings) {
+  profile::FindAndReplaceOptions& find = settings.find_and_replace_options;
+  find.empty_matches = options.empty_matches;
+  find.caseless = options.caseless;
+  find.search_now = options.search_now;
+  find.match_mode = static_cast<int>(criterion_list_index(options.default_kind).value_or(0));
+}
+
 }  // namespace rowvane

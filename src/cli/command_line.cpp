@@ -53,6 +53,9 @@ int run(int count, const char* const* arguments) {
   add_find_command(app, context);
   add_replace_command(app, context);
   add_keys_command(app, context);
+  add_duplicates_command(app, context);
+  add_unique_command(app, context);
+  add_quartiles_command(app, context);
   add_import_command(app, context);
   add_export_command(app, context);
   add_field_command(app, context);

@@ -6,6 +6,7 @@
 
 #include "core/options.h"
 #include "crypto/secret.h"
+#include "recordset/search_options.h"
 
 namespace rowvane::cli {
 
@@ -18,6 +19,7 @@ struct GlobalOptions {
   std::shared_ptr<const Secret> password;  // of the databases; null: none was given
   std::string profile_path;                // empty: none
   Options profile;                         // what the profile says, or the defaults
+  SearchOptions search;                    // the same of searching
 
   Options engine_options() const {
     Options options = profile;

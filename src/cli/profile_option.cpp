@@ -18,6 +18,7 @@ int load_profile(GlobalOptions& global) {
     if (!global.quiet) warn("the profile's value of " + value + " can't be used; the default is");
   }
   global.profile = engine_options(settings);
+  global.search = search_options(settings);
   return kDone;
 }
 

@@ -50,11 +50,13 @@ void FieldChange::swap_state(TableData& data) {
   if (with_column_) std::swap(data.columns[index_], column_);
 }
 
-FieldPresenceChange::FieldPresenceChange(CWorkSheet& table, size_t index, Field field, Column column)
+FieldPresenceChange::FieldPresenceChange(CWorkSheet& table, size_t index, Field field, FieldId id,
+                                         Column column)
     : TableChange(table),
       index_(index),
       absent_(true),
       field_(std::move(field)),
+      id_(id),
       column_(std::move(column)) {}
 
 FieldPresenceChange::FieldPresenceChange(CWorkSheet& table, size_t index)
@@ -64,6 +66,7 @@ void FieldPresenceChange::swap_state(TableData& data) {
   const auto place = static_cast<std::ptrdiff_t>(index_);
   if (absent_) {
     data.fields.insert(data.fields.begin() + place, std::move(field_));
+    data.field_ids.insert(data.field_ids.begin() + place, id_);
     data.columns.insert(data.columns.begin() + place, std::move(column_));
     if (keys_) {
       data.search_keys = std::move(*keys_);
@@ -72,8 +75,10 @@ void FieldPresenceChange::swap_state(TableData& data) {
     }
   } else {
     field_ = std::move(data.fields[index_]);
+    id_ = data.field_ids[index_];
     column_ = std::move(data.columns[index_]);
     data.fields.erase(data.fields.begin() + place);
+    data.field_ids.erase(data.field_ids.begin() + place);
     data.columns.erase(data.columns.begin() + place);
     keys_ = data.search_keys;
     erase_field_from(data.search_keys, index_);
@@ -83,6 +88,7 @@ void FieldPresenceChange::swap_state(TableData& data) {
 
 void FieldMoveChange::swap_state(TableData& data) {
   move_element(data.fields, from_, to_);
+  move_element(data.field_ids, from_, to_);
   move_element(data.columns, from_, to_);
   move_field_within(data.search_keys, from_, to_);
   std::swap(from_, to_);

@@ -55,8 +55,8 @@ class FieldChange final : public TableChange {
 // A field inserted or deleted.
 class FieldPresenceChange final : public TableChange {
  public:
-  FieldPresenceChange(CWorkSheet& table, size_t index, Field field, Column column);  // inserts
-  FieldPresenceChange(CWorkSheet& table, size_t index);                              // deletes
+  FieldPresenceChange(CWorkSheet& table, size_t index, Field field, FieldId id, Column column);  // inserts
+  FieldPresenceChange(CWorkSheet& table, size_t index);                                          // deletes
 
  private:
   void swap_state(TableData& data) override;
@@ -64,6 +64,7 @@ class FieldPresenceChange final : public TableChange {
   size_t index_;
   bool absent_;
   Field field_;
+  FieldId id_ = 0;
   Column column_;
   std::optional<std::vector<SearchKey>>
       keys_;  // of the table with the field; nothing before it was ever there

@@ -20,11 +20,15 @@ inline constexpr int kFlagTypeShift = 12;
 // Bytes that one field takes of the record size, whatever its type: its slot in the record.
 inline constexpr size_t kRecordSlotBytes = 4;
 
+// Tells a field from all others for as long as the program runs, whatever becomes of its name and its place.
+using FieldId = uint64_t;
+
 struct TableData {
   std::vector<Field> fields;
   std::vector<Column> columns;  // one for each field, all of record_count cells
   uint32_t record_count = 0;
   PlainVector<RecordFlags> flags;  // empty until a record gets a flag, then record_count words
+  std::vector<FieldId> field_ids;  // one for each field; the table that takes the data gives new ones
   std::vector<SearchKey>
       search_keys;  // in the order in which they were added; names differ in more than letter case
 };

@@ -25,6 +25,13 @@ uint64_t next_revision() {
   return ++last;
 }
 
+std::vector<FieldId> new_field_ids(size_t count) {
+  static std::atomic<FieldId> last = 0;
+  std::vector<FieldId> ids(count);
+  for (FieldId& id : ids) id = ++last;
+  return ids;
+}
+
 ErrorCode check_text(std::string_view text) {
   if (!is_valid_utf8(text)) return ErrorCode::kInvalidUtf8;
   return count_characters(text) > kMaxTextCharacters ? ErrorCode::kOutputTooLong : ErrorCode::kOk;
@@ -74,11 +81,14 @@ std::string number_cell_text(double number, const NumberSeparators& separators) 
 }  // namespace
 
 CWorkSheet::CWorkSheet(std::string name, TableData data)
-    : name_(std::move(name)), data_(std::move(data)), revision_(next_revision()) {}
+    : name_(std::move(name)), data_(std::move(data)), revision_(next_revision()) {
+  data_.field_ids = new_field_ids(data_.fields.size());
+}
 
 CWorkSheet::CWorkSheet(std::string name, std::vector<Field> fields)
     : name_(std::move(name)), revision_(next_revision()) {
   data_.columns = make_columns(fields);
+  data_.field_ids = new_field_ids(fields.size());
   data_.fields = std::move(fields);
 }
 
@@ -96,6 +106,12 @@ std::optional<size_t> CWorkSheet::find_field(std::string_view name) const {
     if (same_name(data_.fields[i].name, name)) return i;
   }
   return std::nullopt;
+}
+
+std::optional<size_t> CWorkSheet::find_field_with_id(FieldId id) const {
+  const auto found = std::find(data_.field_ids.begin(), data_.field_ids.end(), id);
+  if (found == data_.field_ids.end()) return std::nullopt;
+  return static_cast<size_t>(found - data_.field_ids.begin());
 }
 
 CellValue CWorkSheet::value(uint32_t record, size_t field) const {
@@ -149,7 +165,8 @@ ErrorCode CWorkSheet::insert_field(size_t index, Field field) {
   if (record_bytes(field_count() + 1) > kMaxRecordBytes) return ErrorCode::kRecordSize;
   Column column = make_column(field.type);
   resize_column(column, record_count());
-  auto change = std::make_unique<FieldPresenceChange>(*this, index, std::move(field), std::move(column));
+  auto change = std::make_unique<FieldPresenceChange>(*this, index, std::move(field),
+                                                      new_field_ids(1).front(), std::move(column));
   apply_and_tell(std::move(change), [&](const FieldHooks& hooks) { hooks.field_changed(*this, index); });
   return ErrorCode::kOk;
 }

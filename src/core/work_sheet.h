@@ -33,7 +33,7 @@ struct RefusedValue {
 class CWorkSheet {
  public:
   // A table that belongs to no database yet. DATA must be consistent: at least one field, as many columns,
-  // all of record_count cells.
+  // all of record_count cells. The fields get identities of their own.
   CWorkSheet(std::string name, TableData data);
   // A table without records.
   CWorkSheet(std::string name, std::vector<Field> fields);
@@ -54,6 +54,9 @@ class CWorkSheet {
   const Column& column(size_t index) const { return data_.columns[index]; }
   // Letter case does not matter.
   std::optional<size_t> find_field(std::string_view name) const;
+  FieldId field_id(size_t index) const { return data_.field_ids[index]; }
+  // Nothing when the field is deleted.
+  std::optional<size_t> find_field_with_id(FieldId id) const;
 
   CellValue value(uint32_t record, size_t field) const;
   // The value as text: numbers in SEPARATORS, errors by their names, long texts whole (empty when

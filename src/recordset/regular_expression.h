@@ -38,8 +38,8 @@ struct TextSpan {
   bool operator==(const TextSpan&) const = default;
 };
 
-// A compiled expression. Any number of threads may match with it at the same time, each with a RegexMatcher
-// of its own.
+// A compiled expression. Any number of threads may match with it at the same time, each with its
+// RegexMatcher.
 //
 // Lines end with CR, LF or CR LF. An expression can't turn UTF-8 off, nor take single bytes of a character.
 class RegularExpression {
@@ -78,15 +78,15 @@ class RegexMatcher {
   RegexMatcher& operator=(RegexMatcher&&) noexcept;
 
   // The first match in TEXT that begins at byte FROM, where a character must begin, or behind it. What stands
-  // before FROM counts as context: "^" and look-behinds see it. Nothing also when the match failed: ask
-  // `error`.
+  // before FROM counts as context: "^" and look-behinds see it. Nothing also when the match failed, which
+  // `error` tells.
   std::optional<TextSpan> find(std::string_view text, size_t from = 0);
   bool matches(std::string_view text) { return find(text).has_value(); }
 
   // Number of the expression's groups; 0 without captures.
   size_t capture_count() const;
-  // What group NUMBER, from 1, matched in the last match; 0 is the match itself. Nothing when it took no
-  // part.
+  // What group NUMBER, from 1, matched in the last match; 0 is the match itself. Nothing for a group that
+  // took no part.
   std::optional<TextSpan> capture(size_t number) const;
   // The number of the group with this name ("(?<name>...)"); nothing when there is none.
   std::optional<size_t> capture_named(const std::string& name) const;

@@ -19,15 +19,15 @@ struct FieldCriterion {
   Criterion criterion;
 };
 
-// A record is found when it satisfies all criteria.
-//
-// kFormula: the formula's value is a number other than 0 or a text that reads as one.
-// kRegEx: the pattern occurs anywhere in the text of the cell; of images and files, in one of the names.
-// Long Text fields are searched for the pattern as a plain text.
-// kStartsWith to kIsEmpty: the equivalent formula (criterion_formula.h) is true. So texts are compared
-// without letter case, an empty number counts as 0, a number beside a field of numbers may be any expression,
-// and a cell with a formula error is not found. kSimilar: texts that are similar_text.h's threshold apart at
-// most; the most similar records come first. kFlag: the record carries the flag.
+// A record is found when it satisfies all criteria:
+// - kFormula: the formula's value is a number other than 0 or a text that reads as one.
+// - kRegEx: the pattern occurs anywhere in the text of the cell; of images and files, in one of the names.
+//   Long Text fields are searched for the pattern as a plain text.
+// - kStartsWith to kIsEmpty: the equivalent formula (criterion_formula.h) is true. So letter case does not
+//   matter, an empty number counts as 0, what numbers are compared with may be any expression, and a cell
+//   with a formula error is not found.
+// - kSimilar: the similarity (similar_text.h) reaches the threshold; the most similar records come first.
+// - kFlag: the record carries the flag.
 struct Search {
   std::vector<FieldCriterion> criteria;
   SearchOptions options;

@@ -13,7 +13,7 @@ constexpr size_t kPatternCharacters = 64;
 constexpr size_t kAsciiCharacters = 128;
 constexpr size_t kMostWantedWords = 32;
 constexpr double kLeastWordSimilarity = 0.5;
-constexpr double kLeftOverShare = 0.1;
+constexpr double kLeftOverShare = 0.05;
 constexpr size_t kNoPartner = std::numeric_limits<size_t>::max();
 
 bool is_word_character(char32_t character) {

@@ -20,12 +20,12 @@ inline constexpr double kSimilarThreshold = 0.7;
 // errors", Communications of the ACM 7, 1964), by the bit-parallel algorithm of H. Hyyrö ("A bit-vector
 // algorithm for computing Levenshtein and Damerau edit distances", Nordic Journal of Computing 10, 2003).
 // Words whose similarity is below a half have nothing in common, nor have different words of which one is
-// longer than 64 characters.
+// longer than 64 characters. Of the wanted words the first 32 count.
 //
 // Each wanted word is matched with another word of the text so that the sum s of the similarities, weighted
 // by the characters of the wanted words, is greatest (the assignment problem, solved by the method of H. Kuhn
-// and J. Munkres). Words of the text that are left over cost up to a tenth:
-//   similarity = s / wanted characters * (0.9 + 0.1 * matched characters / characters of the text)
+// and J. Munkres). Words of the text that are left over cost up to a twentieth:
+//   similarity = s / wanted characters * (0.95 + 0.05 * matched characters / characters of the text)
 // The words of both texts run together count as one pair as well, so that "data base" finds "database"; the
 // greater similarity holds. Of texts without any word only equal ones are similar.
 //

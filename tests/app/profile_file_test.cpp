@@ -394,6 +394,20 @@ TEST(EngineOptions, FollowTheProfile) {
   EXPECT_THAT(options.non_deflate_files, ElementsAre("abc"));
 }
 
+TEST(EngineOptions, SearchOptionsFollowTheProfileAndGoBack) {
+  Settings settings;
+  EXPECT_EQ(search_options(settings), SearchOptions());
+  settings.find_and_replace_options.empty_matches = true;
+  settings.find_and_replace_options.caseless = false;
+  settings.find_and_replace_options.match_mode = 10;
+  const SearchOptions options = search_options(settings);
+  EXPECT_EQ(options, (SearchOptions{true, false, true, CriterionKind::kSimilar}));
+  Settings stored;
+  store_search_options(options, stored);
+  EXPECT_EQ(stored.find_and_replace_options.match_mode, 10);
+  EXPECT_EQ(search_options(stored), options);
+}
+
 TEST(RecentFiles, EntriesMayCarryANumber) {
   const std::pair<RecentFile, const char*> cases[] = {
       {{"a.rvb", 0}, "a.rvb"}, {{"a.rvb", 12}, "a.rvb,12"}, {{"a,5", 0}, "a,5,0"},

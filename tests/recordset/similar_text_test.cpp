@@ -18,6 +18,7 @@ TEST(SimilarText, FindsMisspellingsAndChangedOrder) {
            {"John Smith", "Smith, John"},
            {"John Smith", "SMITH, JON A."},
            {"Meier", "Dr. Hans Meyer, Berlin"},
+           {"lmap", "Floor lamp with a very long description"},
            {"data base", "database"},
            {"Straße", "STRASSE"},
            {"Müller", "muller"},
@@ -121,8 +122,8 @@ TEST(SimilarText, WordsAreMatchedInTheBestWay) {
     const double best = tried_assignment(wanted, words) / size;
     const double found = similarity(wanted_text, text, 0);
     EXPECT_LE(found, 1);
-    // Between all and nine tenths of it, or more where the texts run together are more similar.
-    EXPECT_GE(found, best * 0.9 - 1e-12) << wanted_text << "/ " << text;
+    // Between all and nineteen twentieths of it, or more where the texts run together are more similar.
+    EXPECT_GE(found, best * 0.95 - 1e-12) << wanted_text << "/ " << text;
     std::string joined_wanted;
     std::string joined;
     for (const std::string& word : wanted) joined_wanted += word;

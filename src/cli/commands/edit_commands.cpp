@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 
@@ -7,6 +8,7 @@
 #include "cli/commands/commands.h"
 #include "cli/report.h"
 #include "cli/session.h"
+#include "cli/where_option.h"
 
 namespace rowvane::cli {
 namespace {
@@ -16,6 +18,7 @@ struct EditArguments {
   std::vector<std::string> words;  // [TABLE] and what follows
   uint32_t count = 1;
   uint32_t before = 0;
+  WhereArguments where;
   SaveOptions save;
   TextOptions text;
 };
@@ -71,18 +74,33 @@ int run_insert(const GlobalOptions& global, EditArguments& arguments) {
   return session.save(arguments.save);
 }
 
+// The ascending positions of the records that the arguments name or --where finds.
+int records_to_delete(Session& session, const EditArguments& arguments, const CWorkSheet& table,
+                      RecordSet& positions) {
+  const bool named = arguments.words.size() == 1;
+  if (arguments.words.size() > 1 || named != arguments.where.empty())
+    return fail_usage("delete needs record numbers such as 1,5-9, or --where");
+  if (!named) {
+    const int status = arguments.where.search(session, table, positions);
+    std::ranges::sort(positions);
+    return status;
+  }
+  positions = read_record_list(arguments.words.front(), table.record_count());
+  if (!positions.empty()) return kDone;
+  return fail("there are no records " + arguments.words.front() + " in " + table.path());
+}
+
 int run_delete(const GlobalOptions& global, EditArguments& arguments) {
   Session session(global);
   CWorkSheet* table = nullptr;
   if (const int status = open_for_editing(session, arguments, &table); status != kDone) return status;
-  if (arguments.words.size() != 1) return fail_usage("delete needs record numbers such as 1,5-9");
-  const auto positions = read_record_list(arguments.words.front(), table->record_count());
-  if (positions.empty())
-    return fail("there are no records " + arguments.words.front() + " in " + table->path());
+  RecordSet positions;
+  if (const int status = records_to_delete(session, arguments, *table, positions); status != kDone)
+    return status;
   const ErrorCode error = table->delete_records(positions);
   if (error != ErrorCode::kOk) return fail(error);
   if (!global.quiet) std::printf("%zu deleted\n", positions.size());
-  return session.save(arguments.save);
+  return positions.empty() ? kDone : session.save(arguments.save);
 }
 
 // Adds a command whose words are checked by RUN, because the table may be left out.
@@ -125,8 +143,10 @@ void add_insert_command(CLI::App& app, CommandContext& context) {
 void add_delete_command(CLI::App& app, CommandContext& context) {
   auto arguments = std::make_shared<EditArguments>();
   CLI::App* command = app.add_subcommand("delete", "Delete records");
-  command->footer("Example:\n  rvb delete shop.rvb products 3,7-9");
+  command->footer(
+      "Examples:\n  rvb delete shop.rvb products 3,7-9\n  rvb delete shop.rvb products --where Name:k");
   add_edit_command(*command, context, arguments, "TABLE RECORDS", run_delete);
+  arguments->where.add_to(*command);
 }
 
 }  // namespace rowvane::cli

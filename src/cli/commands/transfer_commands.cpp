@@ -7,6 +7,8 @@
 #include "cli/commands/commands.h"
 #include "cli/report.h"
 #include "cli/session.h"
+#include "cli/sort_options.h"
+#include "cli/where_option.h"
 #include "crypto/protection.h"
 #include "exchange/text_export.h"
 #include "file/export_archive.h"
@@ -65,8 +67,19 @@ struct ExportArguments {
   bool files_zip = false;
   bool long_text_zip = false;
   std::optional<uint64_t> row_limit;
+  WhereArguments where;
+  SortArguments sort;
   TextOptions text;
 };
+
+// The records to write, in their order; none chosen: all of them.
+int choose_records(Session& session, const ExportArguments& arguments, const CWorkSheet& table,
+                   std::optional<RecordSet>& chosen) {
+  if (arguments.where.empty() && arguments.sort.keys.empty()) return kDone;
+  chosen.emplace();
+  if (const int status = arguments.where.search(session, table, *chosen); status != kDone) return status;
+  return arguments.sort.sort(session, table, *chosen);
+}
 
 int run_export(const GlobalOptions& global, ExportArguments& arguments) {
   const std::string target = arguments.places.back();
@@ -85,6 +98,8 @@ int run_export(const GlobalOptions& global, ExportArguments& arguments) {
   settings.text = suggested_text_settings(target);
   if (const std::string wrong = arguments.text.apply(settings.text); !wrong.empty()) return fail_usage(wrong);
   if (const int status = session.find_fields(*table, arguments.fields, settings.fields); status != kDone)
+    return status;
+  if (const int status = choose_records(session, arguments, *table, settings.positions); status != kDone)
     return status;
   settings.numbers.decimal = region.decimal_separator;
   settings.save_files = arguments.files_zip;
@@ -131,7 +146,8 @@ void add_export_command(CLI::App& app, CommandContext& context) {
   CLI::App* command = app.add_subcommand("export", "Write a table to a file of another format");
   command->footer(
       "Examples:\n  rvb export shop.rvb products products.csv\n  rvb export shop.rvb sales/orders "
-      "orders.txt --separator tab --fields Number,Date");
+      "orders.txt --separator tab --fields Number,Date\n  rvb export shop.rvb sales/orders open.csv --where "
+      "Status:d:open");
   command->add_option("DATABASE", arguments->database, "Database, or any file with tables")->required();
   command->add_option("TABLE TARGET", arguments->places, "Path of the table, and the file to write")
       ->required()
@@ -144,6 +160,8 @@ void add_export_command(CLI::App& app, CommandContext& context) {
   command->add_flag("--files-zip", arguments->files_zip, "Save images and files to a zip file beside TARGET");
   command->add_flag("--long-text-zip", arguments->long_text_zip,
                     "Save long texts to a zip file beside TARGET");
+  arguments->where.add_to(*command);
+  arguments->sort.add_to(*command);
   arguments->text.add_to(*command, false);
   command->callback([&context, arguments] {
     context.run = [&context, arguments] { return run_export(context.global, *arguments); };

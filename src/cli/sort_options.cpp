@@ -1,0 +1,58 @@
+#include "cli/sort_options.h"
+
+#include <CLI/CLI.hpp>
+
+#include "cli/report.h"
+#include "cli/session.h"
+
+namespace rowvane::cli {
+
+void CollationOptions::add_to(CLI::App& command) {
+  command
+      .add_option("--collation", collation, "language (of the user; the default) or neutral (byte by byte)")
+      ->check(CLI::IsMember({"language", "neutral"}))
+      ->group("Sorting");
+  command.add_flag("--case-sensitive", case_sensitive, "Letter case counts")->group("Sorting");
+  command
+      .add_flag("--ignore-punctuation", ignore_punctuation,
+                "Hyphens and apostrophes count only where texts are equal otherwise")
+      ->group("Sorting");
+}
+
+int CollationOptions::apply(SortOptions& options) const {
+  const SortOptions typed{
+      .collation = collation == "neutral" ? SortCollation::kNeutral : SortCollation::kLanguage,
+      .ignore_punctuation = ignore_punctuation,
+      .case_sensitive = case_sensitive};
+  options = valid_sort_options(typed);
+  if (options == typed) return kDone;
+  return fail_usage(case_sensitive ? "--case-sensitive and --ignore-punctuation exclude each other"
+                                   : "--ignore-punctuation needs the collation of a language");
+}
+
+void SortArguments::add_to(CLI::App& command) {
+  command.add_option("--sort", keys, "Fields to sort by, first the one that decides; -FIELD: descending")
+      ->delimiter(',')
+      ->allow_extra_args(false)
+      ->group("Sorting");
+  texts.add_to(command);
+}
+
+int SortArguments::sort(Session& session, const CWorkSheet& table, RecordSet& records) const {
+  SortOptions options;
+  if (const int status = texts.apply(options); status != kDone || keys.empty()) return status;
+  std::vector<std::string> names;
+  for (const std::string& key : keys) names.push_back(key.starts_with('-') ? key.substr(1) : key);
+  std::vector<size_t> fields;
+  if (const int status = session.find_fields(table, names, fields); status != kDone) return status;
+  SortKeys sort_keys;
+  for (size_t i = 0; i < keys.size(); ++i) sort_keys.push_back({fields[i], keys[i].starts_with('-')});
+  RecordSetResult result =
+      sort_records(table, records, sort_keys, options, session.options(), session.progress());
+  if (result.error != ErrorCode::kOk) return fail(result.error);
+  if (result.cancelled) return fail(Status::kCancelled);
+  records = std::move(result.records);
+  return kDone;
+}
+
+}  // namespace rowvane::cli

@@ -1,0 +1,102 @@
+// Stable sorting of large arrays by integers, on several threads.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "core/parallel_blocks.h"
+#include "core/progress.h"
+
+namespace rowvane {
+
+// An element of radix_sort: a key and what belongs to it.
+struct KeyedIndex {
+  uint64_t key;
+  uint32_t index;
+};
+inline uint64_t radix_key(const KeyedIndex& element) {
+  return element.key;
+}
+// The same for elements that hold everything in one integer.
+inline uint64_t radix_key(uint64_t element) {
+  return element;
+}
+
+// Elements fewer than these are not worth counting or sharing.
+inline constexpr size_t kFewElements = 2048;
+
+// Sorts by the bits FIRST_BIT to LAST_BIT - 1 of the keys, lowest digit first: each pass counts the values of
+// one digit and moves every element to its place, the threads side by side, elements of equal digits in their
+// order. Passes in which nothing differs cost a count only.
+template <typename Element>
+class RadixSort {
+ public:
+  static constexpr int kDigitBits = 8;
+
+  // ELEMENTS and SPARE are of the same size; SPARE is work space.
+  RadixSort(std::span<Element> elements, std::span<Element> spare, int threads)
+      : from_(elements), to_(spare), threads_(elements.size() < kFewElements ? 1 : threads) {}
+
+  // Answers where the result is, in ELEMENTS or in SPARE; it is not complete when PROGRESS was cancelled.
+  std::span<Element> sort(int first_bit, int last_bit, const Progress& progress) {
+    for (int bit = first_bit; bit < last_bit && !progress.cancelled(); bit += kDigitBits) {
+      pass(bit, std::min(kDigitBits, last_bit - bit));
+    }
+    return from_;
+  }
+
+ private:
+  static constexpr size_t kDigits = size_t{1} << kDigitBits;
+  using Counts = std::array<size_t, kDigits>;
+
+  void pass(int bit, int width) {
+    const uint64_t mask = (uint64_t{1} << width) - 1;
+    const auto digit = [bit, mask](const Element& element) { return (radix_key(element) >> bit) & mask; };
+    for (Counts& counts : counts_) counts.fill(0);
+    for_blocks([&](Counts& counts, size_t first, size_t last) {
+      for (size_t i = first; i <= last; ++i) ++counts[digit(from_[i])];
+    });
+    if (!counts_become_places()) return;
+    for_blocks([&](Counts& places, size_t first, size_t last) {
+      for (size_t i = first; i <= last; ++i) to_[places[digit(from_[i])]++] = from_[i];
+    });
+    std::swap(from_, to_);
+  }
+
+  // False when all elements have the same digit.
+  bool counts_become_places() {
+    size_t place = 0;
+    for (size_t digit = 0; digit < kDigits; ++digit) {
+      const size_t first = place;
+      for (Counts& counts : counts_) {
+        const size_t count = counts[digit];
+        counts[digit] = place;
+        place += count;
+      }
+      if (place - first == from_.size()) return false;
+    }
+    return true;
+  }
+
+  template <typename Work>
+  void for_blocks(const Work& work) {
+    if (threads_ == 1) {
+      if (!from_.empty()) work(counts_[0], 0, from_.size() - 1);
+      return;
+    }
+    parallel_blocks(from_.size(), threads_, [&](int thread, uint64_t first, uint64_t last) {
+      work(counts_[static_cast<size_t>(thread)], first, last);
+    });
+  }
+
+  std::span<Element> from_;
+  std::span<Element> to_;
+  int threads_;
+  std::vector<Counts> counts_ = std::vector<Counts>(static_cast<size_t>(threads_));
+};
+
+}  // namespace rowvane

@@ -1,0 +1,27 @@
+#include "recordset/record_scope.h"
+
+#include "core/messages.h"
+#include "core/work_sheet.h"
+
+namespace rowvane {
+
+RecordSetResult records_of_scope(const CWorkSheet& table, bool whole_table, const RecordSet& shown,
+                                 const SortKeys& shown_by, const SortOptions& sort_options,
+                                 const Options& options, Progress& progress) {
+  RecordSetResult result;
+  result.records = whole_table ? all_records(table) : shown;
+  if (!whole_table || shown_by.empty()) return result;
+  return sort_records(table, result.records, shown_by, sort_options, options, progress);
+}
+
+Refusal check_compared_fields(const CWorkSheet& table, std::span<const size_t> fields) {
+  if (fields.empty()) return std::string();
+  if (fields.size() > kMaxSortKeys) {
+    return message(MessageId::kTooManyKeyFields, {static_cast<long long>(kMaxSortKeys)});
+  }
+  const ErrorCode error = check_sort_keys(table, ascending_keys(fields));
+  if (error != ErrorCode::kOk) return std::string(error_text(error));
+  return std::nullopt;
+}
+
+}  // namespace rowvane
