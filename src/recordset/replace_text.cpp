@@ -29,7 +29,7 @@ class CellReplacer {
         texts_(table, settings.find.region),
         pattern_(settings.find.pattern),
         matcher_(table.field(field).type == FieldType::kLongText ? pattern_.long_text_matcher()
-                                                            : pattern_.matcher(true)),
+                                                                 : pattern_.matcher(true)),
         replacement_(settings.replacement, pattern_) {}
 
   // Why no cell of the field can be changed: the counter for it, or null.
