@@ -6,6 +6,7 @@
 
 #include "core/options.h"
 #include "crypto/secret.h"
+#include "recordset/sort_options.h"
 
 namespace rowvane::cli {
 
@@ -16,6 +17,7 @@ struct GlobalOptions {
   int threads = 0;                         // 0: as the profile says
   std::string password_file;               // "-": ask; empty: RVB_PASSWORD, if it is there
   std::shared_ptr<const Secret> password;  // of the databases; null: none was given
+  SortOptions sort;                        // what the profile says, or the defaults
   std::string profile_path;                // empty: none
   Options profile;                         // what the profile says, or the defaults
 
