@@ -20,13 +20,18 @@
 namespace rowvane::profile {
 
 enum class SortingType { kNone, kByName, kBySize, kByDate };
+enum class SortCollation { kLanguage, kNeutral };
 enum class SpellEngine { kHunspell, kWindows };
 
 // What the values of an enumeration are called in the file, in their order.
 inline constexpr std::array<std::string_view, 4> kSortingTypeNames = {"None", "ByName", "BySize", "ByDate"};
+inline constexpr std::array<std::string_view, 2> kSortCollationNames = {"Language", "Neutral"};
 inline constexpr std::array<std::string_view, 2> kSpellEngineNames = {"Hunspell", "Windows"};
 constexpr const auto& names_of(SortingType) {
   return kSortingTypeNames;
+}
+constexpr const auto& names_of(SortCollation) {
+  return kSortCollationNames;
 }
 constexpr const auto& names_of(SpellEngine) {
   return kSpellEngineNames;

@@ -7,6 +7,7 @@
 #include "core/options.h"
 #include "crypto/secret.h"
 #include "recordset/search_options.h"
+#include "recordset/sort_options.h"
 
 namespace rowvane::cli {
 
@@ -20,6 +21,7 @@ struct GlobalOptions {
   std::string profile_path;                // empty: none
   Options profile;                         // what the profile says, or the defaults
   SearchOptions search;                    // the same of searching
+  SortOptions sort;                        // and of sorting
 
   Options engine_options() const {
     Options options = profile;

@@ -2,6 +2,7 @@
 
 #include "app/engine_options.h"
 #include "app/profile_file.h"
+#include "app/sort_settings.h"
 #include "app/twofish_profile_cipher.h"
 #include "cli/report.h"
 
@@ -17,6 +18,7 @@ int load_profile(GlobalOptions& global) {
   for (const std::string& value : result.bad_values) {
     if (!global.quiet) warn("the profile's value of " + value + " can't be used; the default is");
   }
+  global.sort = sort_options(settings);
   global.profile = engine_options(settings);
   global.search = search_options(settings);
   return kDone;

@@ -9,7 +9,9 @@ namespace rowvane::cli {
 
 void CollationOptions::add_to(CLI::App& command) {
   command
-      .add_option("--collation", collation, "language (of the user; the default) or neutral (byte by byte)")
+      .add_option("--collation", collation,
+                  "language (of the user) or neutral (byte by byte); the default is what the profile says, "
+                  "or language")
       ->check(CLI::IsMember({"language", "neutral"}))
       ->group("Sorting");
   command.add_flag("--case-sensitive", case_sensitive, "Letter case counts")->group("Sorting");
@@ -19,15 +21,17 @@ void CollationOptions::add_to(CLI::App& command) {
       ->group("Sorting");
 }
 
-int CollationOptions::apply(SortOptions& options) const {
-  const SortOptions typed{
-      .collation = collation == "neutral" ? SortCollation::kNeutral : SortCollation::kLanguage,
-      .ignore_punctuation = ignore_punctuation,
-      .case_sensitive = case_sensitive};
-  options = valid_sort_options(typed);
-  if (options == typed) return kDone;
-  return fail_usage(case_sensitive ? "--case-sensitive and --ignore-punctuation exclude each other"
-                                   : "--ignore-punctuation needs the collation of a language");
+int CollationOptions::apply(const Session& session, SortOptions& options) const {
+  if (case_sensitive && ignore_punctuation) {
+    return fail_usage("--case-sensitive and --ignore-punctuation exclude each other");
+  }
+  options = session.global().sort;
+  if (collation == "neutral") choose_collation(options, SortCollation::kNeutral);
+  if (collation == "language") choose_collation(options, SortCollation::kLanguage);
+  if (case_sensitive) check_case_sensitive(options, true);
+  if (ignore_punctuation) check_ignore_punctuation(options, true);
+  if (!ignore_punctuation || options.ignore_punctuation) return kDone;
+  return fail_usage("--ignore-punctuation needs the collation of a language");
 }
 
 void SortArguments::add_to(CLI::App& command) {
@@ -40,7 +44,7 @@ void SortArguments::add_to(CLI::App& command) {
 
 int SortArguments::sort(Session& session, const CWorkSheet& table, RecordSet& records) const {
   SortOptions options;
-  if (const int status = texts.apply(options); status != kDone || keys.empty()) return status;
+  if (const int status = texts.apply(session, options); status != kDone || keys.empty()) return status;
   std::vector<std::string> names;
   for (const std::string& key : keys) names.push_back(key.starts_with('-') ? key.substr(1) : key);
   std::vector<size_t> fields;

@@ -14,15 +14,15 @@ namespace rowvane::cli {
 
 class Session;
 
-// How texts are compared, as typed.
+// How texts are compared, as typed; what is not given is as the profile says.
 struct CollationOptions {
-  std::string collation;  // "language" or "neutral"; empty: by language
+  std::string collation;  // "language" or "neutral"
   bool case_sensitive = false;
   bool ignore_punctuation = false;
 
   void add_to(CLI::App& command);
   // Answers a status and reports what is wrong.
-  int apply(SortOptions& options) const;
+  int apply(const Session& session, SortOptions& options) const;
 };
 
 struct SortArguments {

@@ -155,11 +155,6 @@ void KeyColumn::append(std::span<const uint32_t> positions, uint64_t* words) con
   }
 }
 
-bool KeyCodes::are_equal(uint32_t a, uint32_t b) const {
-  return std::ranges::all_of(columns,
-                             [a, b](const KeyColumn& column) { return column.code(a) == column.code(b); });
-}
-
 KeyCodes make_key_codes(const CWorkSheet& table, std::span<const uint32_t> records,
                         std::span<const SortKey> keys, const SortOptions& options, int threads,
                         const Progress& progress) {

@@ -45,8 +45,6 @@ struct KeyCodes {
   std::vector<KeyColumn> columns;    // none for keys in which all records are equal
   ErrorCode error = ErrorCode::kOk;  // of the first value that could not be read
   bool cancelled = false;
-
-  bool are_equal(uint32_t a, uint32_t b) const;
 };
 
 // KEYS have passed check_sort_keys. Of texts, each distinct one is looked at once; of long texts and code all

@@ -1,5 +1,7 @@
 #include "recordset/key_sort.h"
 
+#include <array>
+#include <atomic>
 #include <numeric>
 
 #include "core/parallel_blocks.h"
@@ -10,6 +12,10 @@ namespace {
 
 constexpr int kWordBits = 64;
 constexpr size_t kChunk = 1024;  // records whose words are made at a time
+
+// The leading digit of the words, by which records are dealt out to buckets.
+constexpr int kBucketBits = 8;
+constexpr size_t kBuckets = size_t{1} << kBucketBits;
 
 int index_bits_of(size_t count) {
   return static_cast<int>(std::bit_width(count));
@@ -25,10 +31,11 @@ struct WordColumns {
 // own.
 std::vector<WordColumns> words_of(std::span<const KeyColumn> columns, int index_bits) {
   std::vector<WordColumns> words;
+  const int most = std::min(kWordBits, kWordBits + kBucketBits - index_bits);
   for (size_t first = 0; first < columns.size();) {
     int bits = columns[first].bits();
     size_t end = first + 1;
-    while (end < columns.size() && bits + columns[end].bits() + index_bits <= kWordBits) {
+    while (end < columns.size() && bits + columns[end].bits() <= most) {
       bits += columns[end++].bits();
     }
     words.push_back({columns.subspan(first, end - first), bits});
@@ -37,7 +44,8 @@ std::vector<WordColumns> words_of(std::span<const KeyColumn> columns, int index_
   return words;
 }
 
-// A word and an index in one integer, where there is room for both: half the memory to move.
+// A word without its leading digit, and an index, in one integer, where there is room for both: half the
+// memory to move.
 class PackedElements {
  public:
   explicit PackedElements(int index_bits) : index_bits_(index_bits) {}
@@ -46,7 +54,9 @@ class PackedElements {
   uint32_t index_of(uint64_t element) const {
     return static_cast<uint32_t>(element & ((uint64_t{1} << index_bits_) - 1));
   }
+  uint64_t word_of(uint64_t element) const { return element >> index_bits_; }
   int first_bit() const { return index_bits_; }
+  static void keep_word(uint64_t word, uint64_t& place) { place = word; }
 
  private:
   int index_bits_;
@@ -56,73 +66,165 @@ class PairedElements {
  public:
   static KeyedIndex make(uint64_t word, uint32_t index) { return {word, index}; }
   static uint32_t index_of(const KeyedIndex& element) { return element.index; }
+  static uint64_t word_of(const KeyedIndex& element) { return element.key; }
   static int first_bit() { return 0; }
+  static void keep_word(uint64_t word, KeyedIndex& place) { place.key = word; }
 };
 
 // Sorts by the last word first, then stably by those before it.
 class WordSort {
  public:
-  WordSort(std::span<const uint32_t> records, int threads, Progress& progress)
-      : records_(records), threads_(threads), progress_(progress), indices_(records.size()) {
-    std::iota(indices_.begin(), indices_.end(), 0u);
+  WordSort(std::span<const uint32_t> records, bool with_differences, int threads, Progress& progress)
+      : records_(records), threads_(threads), progress_(progress) {
+    sorted_.indices.resize(records.size());
+    std::iota(sorted_.indices.begin(), sorted_.indices.end(), 0u);
+    if (with_differences) sorted_.differs.resize(records.size(), uint8_t{0});
   }
 
   void sort_by(const WordColumns& word) {
     const int index_bits = index_bits_of(records_.size());
-    if (word.bits + index_bits <= kWordBits) {
+    if (word.bits - kBucketBits + index_bits <= kWordBits) {
       sort_elements<uint64_t>(word, PackedElements(index_bits));
     } else {
       sort_elements<KeyedIndex>(word, PairedElements());
     }
   }
 
-  PlainVector<uint32_t> take() { return std::move(indices_); }
+  // Marks the records that differ in COLUMNS only, which belong to words behind the first.
+  void compare(std::span<const KeyColumn> columns) {
+    if (sorted_.differs.empty() || columns.empty()) return;
+    parallel_blocks(records_.size(), threads_, [&](int, uint64_t first, uint64_t last) {
+      for (size_t i = std::max<size_t>(first, 1); i <= last; ++i) {
+        if (sorted_.differs[i] != 0) continue;
+        const uint32_t record = records_[sorted_.indices[i]];
+        const uint32_t before = records_[sorted_.indices[i - 1]];
+        for (const KeyColumn& column : columns) {
+          if (column.code(record) != column.code(before)) sorted_.differs[i] = 1;
+        }
+      }
+    });
+  }
+
+  SortedRecords take() { return std::move(sorted_); }
 
  private:
+  using Places = std::array<size_t, kBuckets + 1>;
+
+  // Deals the records out by the leading digit of their words, which no element needs to hold then, and sorts
+  // each bucket: most fit into a processor's own cache.
   template <typename Element, typename Elements>
   void sort_elements(const WordColumns& word, const Elements& kind) {
     PlainVector<Element> elements(records_.size());
     PlainVector<Element> spare(records_.size());
-    make_elements(word, kind, elements.data());
-    const int first_bit = kind.first_bit();
-    const std::span<Element> sorted =
-        RadixSort<Element>(elements, spare, threads_).sort(first_bit, first_bit + word.bits, progress_);
-    parallel_blocks(sorted.size(), threads_, [&](int, uint64_t first, uint64_t last) {
-      for (size_t i = first; i <= last; ++i) indices_[i] = kind.index_of(sorted[i]);
-    });
+    const int rest_bits = std::max(word.bits - kBucketBits, 0);
+    std::vector<Places> places(static_cast<size_t>(threads_), Places{});
+    make_words(word, kind, rest_bits, spare.data(), places);
+    if (progress_.cancelled()) return;
+    const Places starts = counts_to_places(places);
+    deal_out<Element>(kind, rest_bits, spare, places, elements.data());
+    sort_buckets<Element>(kind, rest_bits, starts, elements, spare);
   }
 
+  // Counts the leading digits on the way.
   template <typename Element, typename Elements>
-  void make_elements(const WordColumns& word, const Elements& kind, Element* elements) const {
-    parallel_blocks(records_.size(), threads_, [&](int, uint64_t first, uint64_t last) {
+  void make_words(const WordColumns& word, const Elements&, int rest_bits, Element* out,
+                  std::vector<Places>& counts) const {
+    parallel_blocks(records_.size(), threads_, [&](int thread, uint64_t first, uint64_t last) {
+      Places& own = counts[static_cast<size_t>(thread)];
       uint32_t positions[kChunk];
       uint64_t words[kChunk];
       for (size_t from = first; from <= last && !progress_.cancelled(); from += kChunk) {
         const size_t count = std::min(kChunk, last - from + 1);
-        for (size_t i = 0; i < count; ++i) positions[i] = records_[indices_[from + i]];
+        for (size_t i = 0; i < count; ++i) positions[i] = records_[sorted_.indices[from + i]];
         std::fill_n(words, count, uint64_t{0});
         for (const KeyColumn& column : word.columns) column.append({positions, count}, words);
-        for (size_t i = 0; i < count; ++i) elements[from + i] = kind.make(words[i], indices_[from + i]);
+        for (size_t i = 0; i < count; ++i) {
+          ++own[words[i] >> rest_bits];
+          Elements::keep_word(words[i], out[from + i]);
+        }
       }
     });
+  }
+
+  // Answers where each bucket starts, and the end.
+  static Places counts_to_places(std::vector<Places>& counts) {
+    Places starts;
+    size_t place = 0;
+    for (size_t bucket = 0; bucket <= kBuckets; ++bucket) {
+      starts[bucket] = place;
+      for (Places& own : counts) {
+        const size_t count = own[bucket];
+        own[bucket] = place;
+        place += count;
+      }
+    }
+    return starts;
+  }
+
+  template <typename Element, typename Elements>
+  void deal_out(const Elements& kind, int rest_bits, std::span<const Element> words,
+                std::vector<Places>& places, Element* elements) const {
+    const uint64_t rest_mask = (uint64_t{1} << rest_bits) - 1;
+    parallel_blocks(records_.size(), threads_, [&](int thread, uint64_t first, uint64_t last) {
+      Places& own = places[static_cast<size_t>(thread)];
+      for (size_t i = first; i <= last; ++i) {
+        const uint64_t word = radix_key(words[i]);
+        elements[own[word >> rest_bits]++] = kind.make(word & rest_mask, sorted_.indices[i]);
+      }
+    });
+  }
+
+  // Large buckets one after the other on all threads, the others side by side.
+  template <typename Element, typename Elements>
+  void sort_buckets(const Elements& kind, int rest_bits, const Places& starts, std::span<Element> elements,
+                    std::span<Element> spare) {
+    const auto sort = [&](size_t bucket, int threads) {
+      const size_t first = starts[bucket];
+      const size_t count = starts[bucket + 1] - first;
+      RadixSort<Element> radix(elements.subspan(first, count), spare.subspan(first, count), threads);
+      keep<Element>(kind, first, radix.sort(kind.first_bit(), kind.first_bit() + rest_bits, progress_));
+    };
+    const size_t large = std::max(records_.size() / static_cast<size_t>(2 * threads_), kFewElements);
+    const auto is_large = [&](size_t bucket) { return starts[bucket + 1] - starts[bucket] > large; };
+    for (size_t bucket = 0; bucket < kBuckets; ++bucket) {
+      if (is_large(bucket)) sort(bucket, threads_);
+    }
+    std::atomic<size_t> next = 0;
+    parallel_blocks(kBuckets, threads_, [&](int, uint64_t, uint64_t) {
+      for (size_t bucket = next++; bucket < kBuckets && !progress_.cancelled(); bucket = next++) {
+        if (!is_large(bucket) && starts[bucket] < starts[bucket + 1]) sort(bucket, 1);
+      }
+    });
+  }
+
+  // Keeps what a sorted bucket says.
+  template <typename Element, typename Elements>
+  void keep(const Elements& kind, size_t first, std::span<const Element> bucket) {
+    for (size_t i = 0; i < bucket.size(); ++i) sorted_.indices[first + i] = kind.index_of(bucket[i]);
+    if (sorted_.differs.empty()) return;
+    sorted_.differs[first] = 1;
+    for (size_t i = 1; i < bucket.size(); ++i) {
+      sorted_.differs[first + i] = kind.word_of(bucket[i]) != kind.word_of(bucket[i - 1]) ? 1 : 0;
+    }
   }
 
   std::span<const uint32_t> records_;
   int threads_;
   Progress& progress_;
-  PlainVector<uint32_t> indices_;
+  SortedRecords sorted_;
 };
 
 }  // namespace
 
-PlainVector<uint32_t> sort_by_codes(const KeyCodes& codes, std::span<const uint32_t> records, int threads,
-                                    Progress& progress) {
-  WordSort sort(records, threads, progress);
+SortedRecords sort_by_codes(const KeyCodes& codes, std::span<const uint32_t> records, bool with_differences,
+                            int threads, Progress& progress) {
+  WordSort sort(records, with_differences, threads, progress);
   const std::vector<WordColumns> words = words_of(codes.columns, index_bits_of(records.size()));
   for (size_t left = words.size(); left > 0 && !progress.cancelled(); --left) {
     progress.report((words.size() - left) * records.size(), words.size() * records.size());
     sort.sort_by(words[left - 1]);
   }
+  if (words.size() > 1) sort.compare(std::span(codes.columns).subspan(words[0].columns.size()));
   return sort.take();
 }
 

@@ -27,10 +27,29 @@ void for_records(std::span<const uint32_t> records, int threads, const Progress&
   });
 }
 
+// What a thread found: the numbers from `first` up to the one before `end`.
 struct NumberPart {
-  PlainVector<double> numbers;
+  size_t first = 0;
+  size_t end = 0;
   ExactSum sum;
 };
+
+// Moves the numbers of the parts together and answers the sum of all.
+ExactSum join_parts(const std::vector<NumberPart>& parts, PlainVector<double>& numbers) {
+  ExactSum sum;
+  size_t size = 0;
+  for (const NumberPart& part : parts) {
+    if (part.first != size) {
+      std::copy(numbers.begin() + static_cast<std::ptrdiff_t>(part.first),
+                numbers.begin() + static_cast<std::ptrdiff_t>(part.end),
+                numbers.begin() + static_cast<std::ptrdiff_t>(size));
+    }
+    size += part.end - part.first;
+    sum.add(part.sum);
+  }
+  numbers.resize(size);
+  return sum;
+}
 
 std::array<double, 3> select_quartiles(std::span<const double> numbers, int threads,
                                        const Progress& progress) {
@@ -118,21 +137,23 @@ FieldStatistics field_statistics(const CWorkSheet& table, std::span<const uint32
   FieldStatistics statistics;
   const int threads = thread_count(options.used_processor_cores);
   const NumberColumn& column = *number_column(table, field);
+  PlainVector<double> numbers(records.size());
   std::vector<NumberPart> parts(static_cast<size_t>(threads));
-  for_records(records, threads, progress, [&](size_t thread, uint32_t position) {
-    const double cell = column.cells[position];
-    if (!std::isfinite(cell)) return;
-    parts[thread].numbers.push_back(cell);
-    parts[thread].sum.add(cell);
+  parallel_blocks(records.size(), threads, [&](int thread, uint64_t first, uint64_t last) {
+    NumberPart part{.first = first, .end = first, .sum = {}};
+    for (uint64_t i = first; i <= last; ++i) {
+      if (i % kCheckEvery == 0 && progress.cancelled()) break;
+      const double cell = column.cells[records[i]];
+      if (!std::isfinite(cell)) continue;
+      numbers[part.end++] = cell;
+      part.sum.add(cell);
+    }
+    parts[static_cast<size_t>(thread)] = part;
   });
-  PlainVector<double>& numbers = parts[0].numbers;
-  for (size_t i = 1; i < parts.size(); ++i) {
-    numbers.insert(numbers.end(), parts[i].numbers.begin(), parts[i].numbers.end());
-    parts[0].sum.add(parts[i].sum);
-  }
+  const ExactSum sum = join_parts(parts, numbers);
   statistics.count = numbers.size();
   if (numbers.empty() || progress.cancelled()) return statistics;
-  statistics.mean = parts[0].sum.mean(numbers.size());
+  statistics.mean = sum.mean(numbers.size());
   statistics.quartiles = select_quartiles(numbers, threads, progress);
   return statistics;
 }
@@ -145,9 +166,9 @@ QuartileResult find_quartiles(const CWorkSheet& table, const RecordSet& scope, c
   if (column != nullptr && table.field(search.field).encrypted) result.error = ErrorCode::kEncryptedField;
   if (result.error != ErrorCode::kOk) return result;
   progress.begin("Finding Quartiles");
-  const bool whole = uses_whole_table_statistics(search);
+  const bool is_all_needed = uses_whole_table_statistics(search) && scope.size() < table.record_count();
   result.statistics =
-      field_statistics(table, whole ? all_records(table) : scope, search.field, options, progress);
+      field_statistics(table, is_all_needed ? all_records(table) : scope, search.field, options, progress);
   const int threads = thread_count(options.used_processor_cores);
   const NumberTest is_wanted(search.mode, result.statistics);
   std::vector<RecordSet> found(static_cast<size_t>(threads));

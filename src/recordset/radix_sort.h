@@ -29,6 +29,9 @@ inline uint64_t radix_key(uint64_t element) {
 // Elements fewer than these are not worth counting or sharing.
 inline constexpr size_t kFewElements = 2048;
 
+// So few that comparing them in place is fastest.
+inline constexpr size_t kInsertedElements = 32;
+
 // Sorts by the bits FIRST_BIT to LAST_BIT - 1 of the keys, lowest digit first: each pass counts the values of
 // one digit and moves every element to its place, the threads side by side, elements of equal digits in their
 // order. Passes in which nothing differs cost a count only.
@@ -43,6 +46,10 @@ class RadixSort {
 
   // Answers where the result is, in ELEMENTS or in SPARE; it is not complete when PROGRESS was cancelled.
   std::span<Element> sort(int first_bit, int last_bit, const Progress& progress) {
+    if (from_.size() <= kInsertedElements) {
+      insert_in_order(first_bit, last_bit);
+      return from_;
+    }
     for (int bit = first_bit; bit < last_bit && !progress.cancelled(); bit += kDigitBits) {
       pass(bit, std::min(kDigitBits, last_bit - bit));
     }
@@ -52,6 +59,19 @@ class RadixSort {
  private:
   static constexpr size_t kDigits = size_t{1} << kDigitBits;
   using Counts = std::array<size_t, kDigits>;
+
+  void insert_in_order(int first_bit, int last_bit) {
+    if (first_bit == last_bit) return;
+    const auto key = [first_bit, above = 64 - last_bit](const Element& element) {
+      return radix_key(element) << above >> above >> first_bit;
+    };
+    for (size_t i = 1; i < from_.size(); ++i) {
+      const Element element = from_[i];
+      size_t place = i;
+      for (; place > 0 && key(from_[place - 1]) > key(element); --place) from_[place] = from_[place - 1];
+      from_[place] = element;
+    }
+  }
 
   void pass(int bit, int width) {
     const uint64_t mask = (uint64_t{1} << width) - 1;

@@ -1,41 +1,9 @@
 #include "recordset/record_groups.h"
 
-#include <array>
-
 #include "core/parallel_blocks.h"
 #include "recordset/key_sort.h"
 
 namespace rowvane {
-namespace {
-
-constexpr size_t kChunk = 1024;  // records compared at a time
-
-// Finds where records differ from those before them, chunk by chunk.
-class DifferenceFinder {
- public:
-  explicit DifferenceFinder(const KeyCodes& codes) : codes_(codes) {}
-
-  // Calls `found(i)` for each I from 1 to the size of POSITIONS - 1 whose record differs from the one before.
-  template <typename Found>
-  void run(std::span<const uint32_t> positions, const Found& found) {
-    differs_.fill(false);
-    for (const KeyColumn& column : codes_.columns) {
-      words_.fill(0);
-      column.append(positions, words_.data());
-      for (size_t i = 1; i < positions.size(); ++i) differs_[i] |= words_[i] != words_[i - 1];
-    }
-    for (size_t i = 1; i < positions.size(); ++i) {
-      if (differs_[i]) found(i);
-    }
-  }
-
- private:
-  const KeyCodes& codes_;
-  std::array<uint64_t, kChunk + 1> words_{};
-  std::array<bool, kChunk + 1> differs_{};
-};
-
-}  // namespace
 
 RecordGroups::RecordGroups(const CWorkSheet& table, std::span<const uint32_t> scope,
                            std::span<const size_t> fields, const SortOptions& sort_options,
@@ -48,28 +16,14 @@ RecordGroups::RecordGroups(const CWorkSheet& table, std::span<const uint32_t> sc
   const KeyCodes codes = make_key_codes(table, scope, keys, sort_options, threads, progress);
   error_ = codes.error;
   if (error_ != ErrorCode::kOk) return;
-  order_ = sort_by_codes(codes, scope, threads, progress);
+  SortedRecords sorted = sort_by_codes(codes, scope, true, threads, progress);
   cancelled_ = progress.cancelled();
-  if (!cancelled_ && !scope.empty()) cut(codes, threads);
-}
-
-void RecordGroups::cut(const KeyCodes& codes, int threads) {
-  std::vector<std::vector<uint32_t>> found(static_cast<size_t>(threads));
-  parallel_blocks(order_.size(), threads, [&](int thread, uint64_t first, uint64_t last) {
-    DifferenceFinder finder(codes);
-    std::array<uint32_t, kChunk + 1> positions;
-    // Each chunk begins with the record before it.
-    for (size_t from = std::max<size_t>(first, 1); from <= last; from += kChunk) {
-      const size_t count = std::min(kChunk, last - from + 1) + 1;
-      for (size_t i = 0; i < count; ++i) positions[i] = scope_[order_[from - 1 + i]];
-      finder.run({positions.data(), count}, [&](size_t i) {
-        found[static_cast<size_t>(thread)].push_back(static_cast<uint32_t>(from - 1 + i));
-      });
-    }
-  });
+  if (cancelled_ || scope.empty()) return;
+  order_ = std::move(sorted.indices);
   starts_.push_back(0);
-  for (const std::vector<uint32_t>& starts : found)
-    starts_.insert(starts_.end(), starts.begin(), starts.end());
+  for (size_t i = 1; i < order_.size(); ++i) {
+    if (sorted.differs[i] != 0) starts_.push_back(static_cast<uint32_t>(i));
+  }
   starts_.push_back(static_cast<uint32_t>(order_.size()));
 }
 

@@ -10,8 +10,6 @@
 
 namespace rowvane {
 
-struct KeyCodes;
-
 // The records of a scope, sorted by the compared fields and cut into runs of equal ones. Within a group they
 // stand in the order of the scope.
 class RecordGroups {
@@ -33,8 +31,6 @@ class RecordGroups {
   std::span<const uint32_t> scope() const { return scope_; }
 
  private:
-  void cut(const KeyCodes& codes, int threads);
-
   std::span<const uint32_t> scope_;
   PlainVector<uint32_t> order_;
   std::vector<uint32_t> starts_;  // of the groups in `order_`, and its end

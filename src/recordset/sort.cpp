@@ -15,7 +15,7 @@ RecordSetResult sort_records(const CWorkSheet& table, std::span<const uint32_t> 
   const KeyCodes codes = make_key_codes(table, records, keys, sort_options, threads, progress);
   result.error = codes.error;
   if (result.error != ErrorCode::kOk) return result;
-  const PlainVector<uint32_t> indices = sort_by_codes(codes, records, threads, progress);
+  const PlainVector<uint32_t> indices = sort_by_codes(codes, records, false, threads, progress).indices;
   result.cancelled = progress.cancelled();
   if (result.cancelled) return result;
   result.records.resize(records.size());

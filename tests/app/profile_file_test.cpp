@@ -8,6 +8,7 @@
 #include "app/engine_options.h"
 #include "app/profile_protection.h"
 #include "app/profile_test_support.h"
+#include "app/sort_settings.h"
 #include "app/twofish_profile_cipher.h"
 #include "core/messages.h"
 #include "platform/temporary_folder.h"
@@ -433,6 +434,17 @@ TEST(FramePlacement, MaximizedAndMinimizedFramesStartAtTheDefaultPosition) {
   EXPECT_TRUE((FramePlacement{0, 3, 10, 10, 20, 20}).starts_at_default());
   EXPECT_TRUE((FramePlacement{0, 6, 10, 10, 20, 20}).starts_at_default());
   EXPECT_TRUE((FramePlacement{0, 1, 20, 10, 10, 20}).starts_at_default());
+}
+
+TEST(SortSettings, KeepTheRulesOfTheDialog) {
+  Settings settings;
+  const SortOptions chosen{.collation = SortCollation::kNeutral, .case_sensitive = true};
+  store_sort_options(chosen, settings);
+  EXPECT_EQ(sort_options(settings), chosen);
+  settings.sort_options.ignore_punctuation = true;
+  EXPECT_EQ(sort_options(settings), chosen);
+  settings.sort_options.collation = profile::SortCollation::kLanguage;
+  EXPECT_EQ(sort_options(settings), (SortOptions{.ignore_punctuation = true}));
 }
 
 }  // namespace

@@ -64,6 +64,16 @@ TEST_F(CompareCommands, ShowSorts) {
               HasSubstr("2 rvb: "));
 }
 
+TEST_F(CompareCommands, TheProfileSaysHowTextsCompareUnlessOptionsDo) {
+  std::ofstream(path("settings.xml")) << "<?xml version=\"1.0\"?>\n<Profile><SortOptions "
+                                         "Collation=\"Neutral\" IgnorePunctuation=\"true\"/></Profile>";
+  const std::vector<std::string> sort = {"--sort", "Name", "--profile", path("settings.xml")};
+  EXPECT_EQ(names("show", sort), "Rook Tern rook tern wren ");
+  std::vector<std::string> by_language = sort;
+  by_language.insert(by_language.end(), {"--collation", "language"});
+  EXPECT_EQ(names("show", by_language), "Rook rook tern Tern wren ");
+}
+
 TEST_F(CompareCommands, ExportSorts) {
   rvb({"export", path("birds.csv"), path("out.csv"), "--sort", "-Count", "--fields", "Count"});
   std::ostringstream content;

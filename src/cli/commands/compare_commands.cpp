@@ -45,7 +45,7 @@ int open(Session& session, CompareArguments& arguments, Opened& opened) {
   for (const size_t field : opened.fields) {
     if (opened.table->field(field).encrypted) return fail(ErrorCode::kEncryptedField);
   }
-  return arguments.texts.apply(opened.texts);
+  return arguments.texts.apply(session, opened.texts);
 }
 
 int refuse(const std::string& refusal) {
