@@ -23,8 +23,8 @@ class FieldHooks {
                        const CellValue& value) const = 0;
 
   // Called inside the undo step of a change to TABLE, after it, so that what the hook changes belongs to the
-  // step: new values in FIELD (nothing: in all fields) at the 0-based POSITIONS. No positions: records were
-  // deleted.
+  // step: new values in FIELD (nothing: in all fields) at the 0-based POSITIONS, which ascend. No positions:
+  // records were deleted.
   virtual void values_changed(CWorkSheet& table, std::optional<size_t> field,
                               std::span<const uint32_t> positions) const {
     (void)table;

@@ -309,7 +309,10 @@ ErrorCode CWorkSheet::set_values(size_t field, std::vector<uint32_t> positions, 
     positions = std::move(kept_positions);
   }
   apply_and_tell(std::make_unique<CellsChange>(*this, field, positions, std::move(cells)),
-                 [&](const FieldHooks& hooks) { hooks.values_changed(*this, field, positions); });
+                 [&](const FieldHooks& hooks) {
+                   std::ranges::sort(positions);
+                   hooks.values_changed(*this, field, positions);
+                 });
   return ErrorCode::kOk;
 }
 

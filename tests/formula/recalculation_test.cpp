@@ -187,6 +187,19 @@ TEST_F(Calculated, AutomaticModeFollowsEdits) {
   EXPECT_EQ(text("Four", 1), "120");
 }
 
+TEST_F(Calculated, AutomaticModeFollowsCellsInAnyOrder) {
+  attach();
+  add("Twice", kNumber, "=Price*2");
+  add("Both", kNumber, "=Twice+Price");
+  Column prices = make_column(kNumber);
+  std::get<NumberColumn>(prices).cells.assign({300.0, 100.0});
+  std::vector<RefusedValue> refused;
+  require(table_->set_values(0, {2, 0}, prices, refused));
+  EXPECT_EQ(text("Both", 1), "300");
+  EXPECT_EQ(text("Both", 2), "60");
+  EXPECT_EQ(text("Both", 3), "900");
+}
+
 TEST_F(Calculated, AutomaticModeFollowsColumnsThatAreReplaced) {
   attach();
   add("Twice", kNumber, "=Price*2");
