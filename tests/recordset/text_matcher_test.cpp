@@ -101,7 +101,8 @@ TEST(TextMatcher, CaselessMatchesAreThoseOfTheFoldedTexts) {
 }
 
 TEST(TextMatcher, KnowsWhichCharactersFoldToAscii) {
-  for (char32_t character = 0x80; character < 0x11'0000; ++character) {
+  // No script beyond the first two planes has letter cases.
+  for (char32_t character = 0x80; character < 0x2'0000; ++character) {
     std::string text;
     append_character(character, text);
     const std::string folded = platform::fold_case(text);
