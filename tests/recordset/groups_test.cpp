@@ -211,7 +211,7 @@ TEST_F(SmallTable, FrequenciesAreOneUndoStepAndAllOrNothing) {
   Field field = table_->field(1);
   field.validation = "=count<2";
   ASSERT_EQ(table_->change_field(1, field), ErrorCode::kOk);
-  const FormulaHooks formulas(database_, FormulaSettings(), 1);
+  const FormulaHooks formulas(database_, FormulaSettings(), Options());
   database_.set_hooks(&formulas);
   EXPECT_EQ(save_frequencies(*table_, search, result), ErrorCode::kValidation);
   EXPECT_EQ(counts(), ",,,,,,");

@@ -117,7 +117,7 @@ TEST_F(ReplaceTextTest, LeavesOutWhatATypeDoesNotTake) {
 }
 
 TEST_F(ReplaceTextTest, LeavesOutCalculatedFormattedAndFileNames) {
-  FormulaHooks hooks(database, FormulaSettings(), 1);
+  FormulaHooks hooks(database, FormulaSettings(), Options());
   database.set_hooks(&hooks);
   set(1, 2, Content::of("{\\rtf1 red \\b lamp}"));
   set(2, 3, FileList{make_file("lamp.png")});
