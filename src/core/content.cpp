@@ -22,4 +22,11 @@ ErrorCode Content::read(std::string& out) const {
   return ErrorCode::kOk;
 }
 
+void append_file_names(const FileList& files, std::string& out) {
+  for (const FileObject& file : files) {
+    if (&file != &files.front()) out += "; ";
+    out += file.name;
+  }
+}
+
 }  // namespace rowvane

@@ -55,4 +55,7 @@ struct FileObject {
 
 using FileList = std::vector<FileObject>;
 
+// Appends the names of FILES, joined by "; ".
+void append_file_names(const FileList& files, std::string& out);
+
 }  // namespace rowvane

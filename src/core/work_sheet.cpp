@@ -63,15 +63,6 @@ ErrorCode check_files(const FileList& files) {
   return ErrorCode::kOk;
 }
 
-std::string joined_names(const FileList& files) {
-  std::string names;
-  for (const FileObject& file : files) {
-    if (!names.empty()) names += "; ";
-    names += file.name;
-  }
-  return names;
-}
-
 std::string number_cell_text(double number, const NumberSeparators& separators) {
   const FormulaError error = error_of_number(number);
   return error == FormulaError::kNone ? number_to_text(number, separators)
@@ -122,8 +113,8 @@ std::string CWorkSheet::value_text(uint32_t record, size_t field, const NumberSe
   const CellValue cell = value(record, field);
   if (const auto* number = std::get_if<double>(&cell)) return number_cell_text(*number, separators);
   if (const auto* text = std::get_if<std::string>(&cell)) return *text;
-  if (const auto* files = std::get_if<FileList>(&cell)) return joined_names(*files);
   std::string text;
+  if (const auto* files = std::get_if<FileList>(&cell)) append_file_names(*files, text);
   if (const auto* content = std::get_if<Content>(&cell)) {
     if (content->read(text) != ErrorCode::kOk) text.clear();
   }

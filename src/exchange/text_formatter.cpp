@@ -91,13 +91,6 @@ void append_number_cell(double cell, const NumberSeparators& separators, std::st
   out += formula_error_text(error);
 }
 
-void append_file_names(const FileList& files, std::string& out) {
-  for (const FileObject& file : files) {
-    if (&file != &files.front()) out += "; ";
-    out += file.name;
-  }
-}
-
 }  // namespace
 
 // What is the same for all lines.

@@ -17,7 +17,7 @@ Scalar scalar_of(const CellValue& value, std::string& text) {
   } else if (const auto* content = std::get_if<Content>(&value)) {
     if (content->read(text) != ErrorCode::kOk) return Scalar::of(FormulaError::kRef);
   } else {
-    for (const FileObject& file : std::get<FileList>(value)) text += (text.empty() ? "" : "; ") + file.name;
+    append_file_names(std::get<FileList>(value), text);
   }
   return text.empty() ? Scalar() : Scalar::of(std::string_view(text));
 }

@@ -45,10 +45,7 @@ void FieldTexts::add_names(const FileList* files) {
   if (files != nullptr && names_ == FileNames::kEach) {
     for (const FileObject& file : *files) texts_.push_back(file.name);
   } else if (files != nullptr) {
-    for (const FileObject& file : *files) {
-      if (!buffer_.empty()) buffer_ += "; ";
-      buffer_ += file.name;
-    }
+    append_file_names(*files, buffer_);
   }
   if (texts_.empty()) texts_.push_back(buffer_);
 }

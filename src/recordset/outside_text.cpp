@@ -12,10 +12,7 @@ ErrorCode read_text(const Content& content, std::string& out) {
 
 ErrorCode read_text(const FileList& files, std::string& out) {
   out.clear();
-  for (const FileObject& file : files) {
-    if (!out.empty()) out += "; ";
-    out += file.name;
-  }
+  append_file_names(files, out);
   return ErrorCode::kOk;
 }
 

@@ -26,6 +26,11 @@ inline constexpr uint32_t kNotEmpty = 0x400;  // an empty text is no match
 inline constexpr uint32_t kMaxMatchSteps = 10'000'000;
 inline constexpr uint32_t kMaxMatchKilobytes = 64 * 1024;
 
+namespace texts {
+inline constexpr std::string_view kNoRegexInLongTexts =
+    "Regular expressions are not supported for memo fields. Plain text searching will be used instead.";
+}  // namespace texts
+
 // What went wrong with an expression, as it is shown: ERROR is the text that the library has for it.
 std::string regular_expression_message(std::string_view error);
 

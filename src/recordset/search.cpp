@@ -9,14 +9,13 @@
 #include "core/plain_vector.h"
 #include "formula/block_vector.h"
 #include "recordset/record_filter.h"
+#include "recordset/regular_expression.h"
 #include "recordset/similar_order.h"
 
 namespace rowvane {
 namespace {
 
 constexpr std::string_view kCaption = "Search";
-constexpr std::string_view kPlainTextSearch =
-    "Regular expressions are not supported for memo fields. Plain text searching will be used instead.";
 constexpr uint64_t kReportEvery = 64;  // blocks
 
 using Positions = PlainVector<uint32_t>;
@@ -138,7 +137,7 @@ void add_notices(const CWorkSheet& table, const Search& settings, const SearchSt
                  SearchResult& result) {
   if (std::ranges::any_of(settings.criteria,
                           [&](const FieldCriterion& each) { return is_plain_text_search(table, each); }))
-    result.notices.emplace_back(kPlainTextSearch);
+    result.notices.emplace_back(texts::kNoRegexInLongTexts);
   if (state.missed() > 0) {
     result.notices.push_back(std::to_string(state.missed()) +
                              " values could not be read: " + std::string(error_text(state.missed_error())));

@@ -63,7 +63,7 @@ ErrorCode ShownTexts::read(uint32_t position, size_t field, std::string& text) c
     const Content* content = contents->value(position);
     if (content != nullptr) return read_content(*content, table_.field(field).type, text);
   } else if (const FileList* files = std::get<FilesColumn>(column).value(position); files != nullptr) {
-    for (const FileObject& file : *files) text += (text.empty() ? "" : "; ") + file.name;
+    append_file_names(*files, text);
   }
   return ErrorCode::kOk;
 }

@@ -15,8 +15,6 @@ namespace texts {
 inline constexpr std::string_view kSimilarNeedsPlainText =
     "The 'Find Similar' method requires selecting\nthe 'Options > Plain Text Matching' option on the Find "
     "toolbar.";
-inline constexpr std::string_view kNoRegexInLongTexts =
-    "Regular expressions are not supported for memo fields. Plain text searching will be used instead.";
 }  // namespace texts
 
 struct FindPattern {

@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "cli/command_line.h"
+#include "cli/run_rvb.h"
 #include "platform/temporary_folder.h"
 
 namespace rowvane::cli {
@@ -14,12 +14,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::StartsWith;
-
-struct Outcome {
-  int status;
-  std::string out;
-  std::string err;
-};
 
 class CommandTest : public testing::Test {
  protected:
@@ -36,16 +30,7 @@ class CommandTest : public testing::Test {
     return content.str();
   }
 
-  static Outcome rvb(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), "rvb");
-    std::vector<char*> pointers;
-    for (std::string& argument : arguments) pointers.push_back(argument.data());
-    testing::internal::CaptureStdout();
-    testing::internal::CaptureStderr();
-    const int status = run_command_line(static_cast<int>(pointers.size()), pointers.data());
-    std::string out = testing::internal::GetCapturedStdout();
-    return {status, std::move(out), testing::internal::GetCapturedStderr()};
-  }
+  static Outcome rvb(std::vector<std::string> arguments) { return run_rvb(std::move(arguments)); }
 
   static std::string output(std::vector<std::string> arguments) {
     Outcome outcome = rvb(std::move(arguments));

@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "cli/command_line.h"
+#include "cli/run_rvb.h"
 #include "platform/temporary_folder.h"
 
 namespace rowvane::cli {
@@ -25,14 +25,7 @@ class CompareCommands : public testing::Test {
 
   // Status 0: standard output; otherwise the status and standard error.
   static std::string rvb(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), "rvb");
-    std::vector<char*> pointers;
-    for (std::string& argument : arguments) pointers.push_back(argument.data());
-    testing::internal::CaptureStdout();
-    testing::internal::CaptureStderr();
-    const int status = run_command_line(static_cast<int>(pointers.size()), pointers.data());
-    const std::string out = testing::internal::GetCapturedStdout();
-    const std::string err = testing::internal::GetCapturedStderr();
+    const auto [status, out, err] = run_rvb(std::move(arguments));
     return status == 0 ? out : std::to_string(status) + " " + err;
   }
 

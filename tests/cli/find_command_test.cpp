@@ -4,19 +4,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "cli/command_line.h"
+#include "cli/run_rvb.h"
 #include "platform/temporary_folder.h"
 
 namespace rowvane::cli {
 namespace {
 
 using testing::HasSubstr;
-
-struct Outcome {
-  int status;
-  std::string out;
-  std::string err;
-};
 
 class FindCommands : public testing::Test {
  protected:
@@ -27,16 +21,7 @@ class FindCommands : public testing::Test {
     EXPECT_EQ(rvb({"import", database_, folder_.path("orders.csv"), "--table", "sales/orders"}).status, 0);
   }
 
-  static Outcome rvb(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), "rvb");
-    std::vector<char*> pointers;
-    for (std::string& argument : arguments) pointers.push_back(argument.data());
-    testing::internal::CaptureStdout();
-    testing::internal::CaptureStderr();
-    const int status = run_command_line(static_cast<int>(pointers.size()), pointers.data());
-    std::string out = testing::internal::GetCapturedStdout();
-    return {status, std::move(out), testing::internal::GetCapturedStderr()};
-  }
+  static Outcome rvb(std::vector<std::string> arguments) { return run_rvb(std::move(arguments)); }
 
   static std::string output(std::vector<std::string> arguments) {
     Outcome outcome = rvb(std::move(arguments));

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "cli/command_line.h"
+#include "cli/run_rvb.h"
 #include "core/limits.h"
 #include "platform/temporary_folder.h"
 
@@ -23,14 +23,7 @@ class WhereOption : public testing::Test {
 
   // Standard output, and behind it the status and standard error where there is one.
   static std::string rvb(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), "rvb");
-    std::vector<char*> pointers;
-    for (std::string& argument : arguments) pointers.push_back(argument.data());
-    testing::internal::CaptureStdout();
-    testing::internal::CaptureStderr();
-    const int status = run_command_line(static_cast<int>(pointers.size()), pointers.data());
-    const std::string out = testing::internal::GetCapturedStdout();
-    const std::string err = testing::internal::GetCapturedStderr();
+    const auto [status, out, err] = run_rvb(std::move(arguments));
     return err.empty() ? out : out + std::to_string(status) + " " + err;
   }
 
