@@ -1,4 +1,4 @@
-// The option --where of the commands: which records they work on.
+// The options --where and --key of the commands: which records they work on.
 #pragma once
 
 #include <string>
@@ -16,12 +16,13 @@ class Session;
 
 struct WhereArguments {
   std::vector<std::string> criteria;  // "FIELD:KIND:TEXT", as typed
+  std::string key;                    // a search key of the table; empty: none
 
   void add_to(CLI::App& command);
-  bool empty() const { return criteria.empty(); }
+  bool empty() const { return criteria.empty() && key.empty(); }
 
-  // The records of TABLE that satisfy all criteria; all records without criteria. Answers a status and
-  // reports what is wrong.
+  // The records of TABLE that satisfy all criteria and those of the key; all records without any. Answers a
+  // status and reports what is wrong.
   int search(Session& session, const CWorkSheet& table, RecordSet& records) const;
 };
 

@@ -40,9 +40,8 @@ BlockPacker::~BlockPacker() {
 // When the system has no more threads the work is done with those there are.
 void BlockPacker::start_threads() {
   started_ = true;
-  if (threads_ == 1) return;
   try {
-    for (int i = 0; i < threads_; ++i) workers_.emplace_back([this] { work(); });
+    for (int i = 1; i < threads_; ++i) workers_.emplace_back([this] { work(); });
   } catch (const std::system_error&) {
   }
 }
@@ -64,13 +63,6 @@ void BlockPacker::enqueue(Produce produce, ZipMethod method, bool last) {
   next.method = method;
   next.last = last;
   next.done = false;
-  if (workers_.empty()) {
-    pack(next, own_deflater_);
-    next.done = true;
-    ++submitted_;
-    next_work_ = submitted_;
-    return;
-  }
   {
     const std::lock_guard lock(mutex_);
     ++submitted_;
@@ -81,7 +73,13 @@ void BlockPacker::enqueue(Produce produce, ZipMethod method, bool last) {
 PackedBlock& BlockPacker::front() {
   Slot& oldest = slot(taken_);
   std::unique_lock lock(mutex_);
-  block_done_.wait(lock, [&] { return oldest.done; });
+  while (!oldest.done) {
+    if (next_work_ < submitted_) {
+      pack_next(lock, own_deflater_);
+    } else {
+      block_done_.wait(lock);
+    }
+  }
   return oldest.block;
 }
 
@@ -102,15 +100,19 @@ void BlockPacker::work() {
   while (true) {
     work_there_.wait(lock, [&] { return stop_ || next_work_ < submitted_; });
     if (stop_) return;
-    Slot& mine = slot(next_work_++);
-    ++working_;
-    lock.unlock();
-    pack(mine, deflater);
-    lock.lock();
-    mine.done = true;
-    --working_;
-    block_done_.notify_all();
+    pack_next(lock, deflater);
   }
+}
+
+void BlockPacker::pack_next(std::unique_lock<std::mutex>& lock, Deflater& deflater) {
+  Slot& mine = slot(next_work_++);
+  ++working_;
+  lock.unlock();
+  pack(mine, deflater);
+  lock.lock();
+  mine.done = true;
+  --working_;
+  block_done_.notify_all();
 }
 
 void BlockPacker::pack(Slot& slot, Deflater& deflater) {

@@ -1,4 +1,4 @@
-// Packs the blocks of a member on several threads and hands them back in order.
+// Packs the blocks of a member on several threads, the caller's among them, and hands them back in order.
 #pragma once
 
 #include <condition_variable>
@@ -26,13 +26,15 @@ struct PackedBlock {
 
 // Belongs to one thread, the owner, which puts blocks in at one end and takes them out at the other. The room
 // for blocks is fixed, so that memory does not grow with the member: twice as many as threads, and two more.
+// While the owner waits for a block it packs others, so what it does between two blocks (encrypting, which
+// goes on from one block to the next) never waits for a processor that packing holds.
 class BlockPacker {
  public:
   // Fills `raw`, which may hold old content, with one block; called on any of the threads. Running out of
   // memory in it is answered as kZipMemory; it must not throw anything else.
   using Produce = std::function<ErrorCode(std::string& raw)>;
 
-  // With one thread everything happens on the owner's. Threads start with the first block.
+  // THREADS includes the owner's. The others start with the first block.
   BlockPacker(int level, int threads);
   ~BlockPacker();
   BlockPacker(const BlockPacker&) = delete;
@@ -46,7 +48,7 @@ class BlockPacker {
   // The same for a block that is there already; RAW gets the buffer of an old block in exchange.
   void submit_bytes(std::string& raw, ZipMethod method, bool last);
 
-  // Waits for the oldest block; not when it is empty. The block is the owner's until `pop`.
+  // The oldest block, packed; not when it is empty. The block is the owner's until `pop`.
   PackedBlock& front();
   void pop();
 
@@ -66,6 +68,8 @@ class BlockPacker {
   void start_threads();
   void enqueue(Produce produce, ZipMethod method, bool last);
   void work();
+  // Takes up the next block; LOCK is given back meanwhile.
+  void pack_next(std::unique_lock<std::mutex>& lock, Deflater& deflater);
   static void pack(Slot& slot, Deflater& deflater);
 
   const int level_;

@@ -104,6 +104,12 @@ TEST_F(CompareCommands, QuartilesFindBandsAndTheMean) {
   EXPECT_EQ(rvb({"quartiles", path("birds.csv"), "--by", "City"}),
             "1 rvb: Please specify a numeric field.\n");
   EXPECT_THAT(rvb({"quartiles", path("birds.csv"), "--by", "Count", "--mode", "48"}), HasSubstr("1 rvb: "));
+  const std::vector<std::string> from_mean = {"--by", "Count", "--mode", "32", "--where", "Count:f:2"};
+  EXPECT_EQ(names("quartiles", from_mean), "tern Tern ");
+  std::vector<std::string> of_all = from_mean;
+  of_all.push_back("--entire-table");
+  EXPECT_EQ(names("quartiles", of_all), "tern rook Tern ");
+  EXPECT_EQ(names("duplicates", {"--by", "Name", "--where", "Count:g:5"}), "Rook rook ");
 }
 
 }  // namespace

@@ -94,6 +94,11 @@ TEST_F(FindCommands, SearchKeysAreKeptInTheDatabase) {
   EXPECT_EQ(rvb({"keys", database_, "fruit", "add", "x", "Colour:d:red"}).status, 2);
   EXPECT_EQ(rvb({"keys", database_, "fruit", "add", "x", "Name:z:red"}).status, 2);
   EXPECT_EQ(rvb({"keys", database_, "fruit", "add", "x", "Name:a:=(("}).status, 1);
+  EXPECT_EQ(output({"show", database_, "fruit", "--key", "Pies", "--format", "csv"}),
+            "Name,Price\r\napple pie,15\r\n");
+  EXPECT_EQ(output({"count", database_, "fruit", "--key", "pies", "--where", "Price:g:9"}), "0\n");
+  EXPECT_EQ(rvb({"count", database_, "fruit", "--key", "tarts"}).err,
+            "rvb: Incorrect search key selection.\n");
   output({"keys", database_, "fruit", "rename", "pies", "Cakes"});
   output({"keys", database_, "fruit", "change", "cakes", "Name:c:a"});
   EXPECT_EQ(output({"--json", "keys", database_, "fruit"}),

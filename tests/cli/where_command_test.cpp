@@ -78,11 +78,10 @@ TEST_F(WhereOption, TellsWhatIsWrong) {
   const auto count = [&](const std::string& criterion) {
     return rvb({"count", birds, "--where", criterion});
   };
-  EXPECT_EQ(count("Weight:d:1"),
-            "2 rvb: --where \"Weight:d:1\" is no FIELD:KIND:TEXT with a field of birds\n");
+  EXPECT_EQ(count("Weight:d:1"), "2 rvb: \"Weight:d:1\" is no FIELD:KIND:TEXT with a field of birds\n");
   for (const char* wrong : {"Count", "Count:", "Count:z:1", "Count:d1", ":d:1", ""})
     EXPECT_EQ(count(wrong).substr(0, 2), "2 ") << wrong;
-  EXPECT_EQ(count("Count:m:x"), "2 rvb: --where \"Count:m:x\" has no text that its kind takes\n");
+  EXPECT_EQ(count("Count:m:x"), "2 rvb: \"Count:m:x\" has no text that its kind takes\n");
   EXPECT_EQ(count("Count:h:1"), "1 rvb: The filter of the field \"Count\" lacks a value: Between: 1\n");
   EXPECT_EQ(count("Name:b:(("), "1 rvb: Regular expression error: missing closing parenthesis\n");
   EXPECT_EQ(count("Name:a:=1+"), "1 rvb: Invalid formula!\n");

@@ -11,6 +11,7 @@
 #include "cli/report.h"
 #include "cli/session.h"
 #include "cli/sort_options.h"
+#include "cli/where_option.h"
 #include "core/number_text.h"
 #include "recordset/duplicates.h"
 #include "recordset/quartiles.h"
@@ -22,12 +23,14 @@ namespace {
 struct CompareArguments {
   TableArguments table;
   PrintArguments print;
+  WhereArguments where;
   CollationOptions texts;
   std::vector<std::string> by;
   int mode = 0;
   bool sort = false;
   std::string frequencies;  // the field to save them in; empty: none
   bool statistics = false;
+  bool entire_table = false;  // quartiles and mean are those of all records
   SaveOptions save;
 };
 
@@ -35,6 +38,7 @@ struct CompareArguments {
 struct Opened {
   CWorkSheet* table = nullptr;
   std::vector<size_t> fields;  // of --by
+  RecordSet scope;
   SortOptions texts;
 };
 
@@ -45,7 +49,8 @@ int open(Session& session, CompareArguments& arguments, Opened& opened) {
   for (const size_t field : opened.fields) {
     if (opened.table->field(field).encrypted) return fail(ErrorCode::kEncryptedField);
   }
-  return arguments.texts.apply(session, opened.texts);
+  const int status = arguments.where.search(session, *opened.table, opened.scope);
+  return status == kDone ? arguments.texts.apply(session, opened.texts) : status;
 }
 
 int refuse(const std::string& refusal) {
@@ -65,8 +70,8 @@ int run_duplicates(const GlobalOptions& global, CompareArguments& arguments) {
                                 .sort_results = arguments.sort,
                                 .mode = static_cast<DuplicatesMode>(arguments.mode)};
   if (const Refusal refusal = check_duplicates(*opened.table, search)) return refuse(*refusal);
-  const RecordSetResult result = find_duplicates(*opened.table, all_records(*opened.table), search,
-                                                 opened.texts, session.options(), session.progress());
+  const RecordSetResult result = find_duplicates(*opened.table, opened.scope, search, opened.texts,
+                                                 session.options(), session.progress());
   if (const int status = report(result); status != kDone) return status;
   return arguments.print.print(session, *opened.table, result.records);
 }
@@ -86,8 +91,8 @@ int run_unique(const GlobalOptions& global, CompareArguments& arguments) {
     search.frequency_field = target.front();
   }
   if (const Refusal refusal = check_unique_values(*opened.table, search)) return refuse(*refusal);
-  const UniqueResult result = find_unique_values(*opened.table, all_records(*opened.table), search,
-                                                 opened.texts, session.options(), session.progress());
+  const UniqueResult result = find_unique_values(*opened.table, opened.scope, search, opened.texts,
+                                                 session.options(), session.progress());
   if (const int status = report(result); status != kDone) return status;
   if (search.save_frequencies) {
     const ErrorCode error = save_frequencies(*opened.table, search, result);
@@ -118,10 +123,13 @@ int run_quartiles(const GlobalOptions& global, CompareArguments& arguments) {
   Opened opened;
   if (const int status = open(session, arguments, opened); status != kDone) return status;
   if (opened.fields.size() != 1) return fail_usage("quartiles are those of one field");
-  const QuartileSearch search{.field = opened.fields.front(), .mode = static_cast<uint8_t>(arguments.mode)};
+  const QuartileSearch search{.whole_table = arguments.where.empty(),
+                              .whole_table_statistics = arguments.entire_table,
+                              .field = opened.fields.front(),
+                              .mode = static_cast<uint8_t>(arguments.mode)};
   if (const Refusal refusal = check_quartiles(*opened.table, search)) return refuse(*refusal);
-  const QuartileResult result = find_quartiles(*opened.table, all_records(*opened.table), search,
-                                               session.options(), session.progress());
+  const QuartileResult result =
+      find_quartiles(*opened.table, opened.scope, search, session.options(), session.progress());
   if (const int status = report(result); status != kDone) return status;
   if (arguments.statistics) return print_statistics(result.statistics, global.json);
   return arguments.print.print(session, *opened.table, result.records);
@@ -157,6 +165,7 @@ CLI::App& add_command(CLI::App& app, CommandContext& context,
       ->delimiter(',')
       ->allow_extra_args(false);
   arguments->print.add_to(*command);
+  arguments->where.add_to(*command);
   command->callback([&context, arguments, run] {
     context.run = [&context, arguments, run] { return run(context.global, *arguments); };
   });
@@ -208,6 +217,8 @@ void add_quartiles_command(CLI::App& app, CommandContext& context) {
       "--by Price --statistics");
   command.add_option("--mode", arguments->mode, quartile_help())->check(CLI::Range(1, 63));
   command.add_flag("--statistics", arguments->statistics, "Print the mean and the quartiles, no records");
+  command.add_flag("--entire-table", arguments->entire_table,
+                   "Quartiles and mean of the entire table, also where --where or --key choose records");
 }
 
 }  // namespace rowvane::cli

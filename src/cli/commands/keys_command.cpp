@@ -7,7 +7,7 @@
 #include "cli/json.h"
 #include "cli/report.h"
 #include "cli/session.h"
-#include "recordset/search.h"
+#include "cli/typed_criterion.h"
 #include "recordset/search_keys.h"
 
 namespace rowvane::cli {
@@ -20,32 +20,17 @@ struct KeysArguments {
   TextOptions text;
 };
 
-// Reads FIELD:KIND:TEXT. A field's name may hold ":" itself; IsEmpty needs no text.
-int read_expression(const CWorkSheet& table, const std::string& typed, SearchExpression& expression) {
-  for (size_t colon = typed.find(':'); colon != std::string::npos; colon = typed.find(':', colon + 1)) {
-    const auto field = table.find_field(typed.substr(0, colon));
-    if (!field) continue;
-    expression.field = static_cast<uint16_t>(*field);
-    expression.criterion = typed.substr(colon + 1);
-    if (expression.criterion == "k" || expression.criterion == "k:") expression.criterion = "k: ";
-    if (parse_criterion(expression.criterion)) return kDone;
-  }
-  return fail_usage("\"" + typed + "\" is no criterion such as Price:f:5 of a field of " + table.path());
-}
-
 int read_expressions(const CWorkSheet& table, std::span<const std::string> typed,
                      std::vector<SearchExpression>& expressions) {
+  Search search;
   for (const std::string& one : typed) {
-    if (const int status = read_expression(table, one, expressions.emplace_back()); status != kDone)
-      return status;
+    FieldCriterion& criterion = search.criteria.emplace_back();
+    if (const int status = read_field_criterion(table, one, criterion); status != kDone) return status;
+    expressions.push_back({static_cast<uint16_t>(criterion.field), stored_criterion(criterion.criterion)});
   }
   std::ranges::sort(expressions, {}, &SearchExpression::field);
   if (!are_valid_expressions(expressions, table.field_count()))
     return fail_usage("a key has one criterion a field");
-  Search search;
-  for (const SearchExpression& expression : expressions) {
-    search.criteria.push_back({expression.field, *parse_criterion(expression.criterion)});
-  }
   const std::string refusal = check_search(table, search, FormulaSettings());
   return refusal.empty() ? kDone : fail(refusal);
 }
