@@ -1,5 +1,8 @@
 #include "recordset/counting_sort.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "core/parallel_blocks.h"
 
 namespace rowvane {

@@ -15,9 +15,9 @@ RecordSet sort_by_codes(const KeyCodes& codes, std::span<const uint32_t> records
                         Progress& progress);
 
 struct SortedIndices {
-  RecordSet indices;             // of the record set, in the order of the codes
-  PlainVector<uint8_t> differs;  // at each place but the first, whether the record has other codes than the
-                                 // one before
+  PlainVector<uint32_t> indices;  // of the record set, in the order of the codes
+  PlainVector<uint8_t> differs;   // at each place but the first, whether the record has other codes than the
+                                  // one before
 };
 
 // The same as indices of RECORDS.

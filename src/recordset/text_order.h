@@ -27,7 +27,7 @@ class TextOrder {
   // Appends a key of TEXT: keys compare as their texts do when they are taken as strings of bytes.
   void append_key(std::string_view text, std::string& key) const;
 
-  // As Collation::ascii_weights; nothing in neutral order.
+  // As those of platform::Collation; nothing in neutral order.
   std::span<const uint8_t> ascii_weights() const;
 
   // The part of TEXT that `compare` does not look at; empty but for long texts.

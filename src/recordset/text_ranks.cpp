@@ -19,10 +19,12 @@ constexpr size_t kBlockBytes = size_t{1} << 20;
 // Keeps the bytes of keys.
 class KeyStore {
  public:
-  std::string_view keep(std::string_view key) {
-    char* const place = place_for(key.size());
-    std::memcpy(place, key.data(), key.size());
-    return kept(key.size());
+  // Keeps the key of TEXT under ORDER.
+  std::string_view keep_key(std::string_view text, const TextOrder& order) {
+    key_.clear();
+    order.append_key(text, key_);
+    std::memcpy(place_for(key_.size()), key_.data(), key_.size());
+    return kept(key_.size());
   }
 
   // Keeps the weights of the characters of TEXT, without zeros.
@@ -56,6 +58,7 @@ class KeyStore {
   std::vector<std::unique_ptr<char[]>> blocks_;
   char* next_ = nullptr;
   size_t left_ = 0;
+  std::string key_;  // work space
 };
 
 bool is_ascii(std::string_view text) {
@@ -115,13 +118,8 @@ class TextRanking {
 
   void make_keys(const std::function<std::string_view(size_t)>& text_at) {
     for_texts([&](size_t i, KeyStore& store) {
-      std::string_view key = text_at(i);
-      std::string made;
-      if (!order_.is_neutral()) {
-        order_.append_key(key, made);
-        key = store.keep(made);
-      }
-      set_key(i, key);
+      const std::string_view text = text_at(i);
+      set_key(i, order_.is_neutral() ? text : store.keep_key(text, order_));
       return true;
     });
   }

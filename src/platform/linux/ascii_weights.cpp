@@ -4,7 +4,8 @@
 #include <memory>
 #include <numeric>
 
-#include <unicode/ucol.h>
+#include <unicode/coleitr.h>
+#include <unicode/tblcoll.h>
 #include <unicode/uniset.h>
 #include <unicode/unistr.h>
 #include <unicode/usetiter.h>
@@ -24,22 +25,39 @@ std::vector<icu::UnicodeString> folded_characters(uint32_t fold_options) {
   return characters;
 }
 
-// Whether COLLATOR looks at each of CHARACTERS alone and as one, whatever stands beside it among them.
-bool count_singly(const icu::Collator& collator, const std::vector<icu::UnicodeString>& characters) {
-  icu::UnicodeSet contractions;
-  icu::UnicodeSet expansions;
+// Whether COLLATOR takes several of CHARACTERS together. The order that all languages start from does so with
+// none of ASCII, which leaves what a language changes in it.
+bool takes_together(const icu::Collator& collator, const std::vector<icu::UnicodeString>& characters) {
   UErrorCode error = U_ZERO_ERROR;
-  ucol_getContractionsAndExpansions(collator.toUCollator(), contractions.toUSet(), expansions.toUSet(),
-                                    /*addPrefixes=*/true, &error);
-  if (U_FAILURE(error)) return false;
+  const std::unique_ptr<icu::UnicodeSet> changed(collator.getTailoredSet(error));
+  if (U_FAILURE(error)) return true;
   icu::UnicodeSet all;
   for (const icu::UnicodeString& character : characters) all.add(character);
-  if (all.containsSome(expansions)) return false;
-  for (icu::UnicodeSetIterator contraction(contractions); contraction.next();) {
-    if (all.span(contraction.getString(), 0, USET_SPAN_CONTAINED) == contraction.getString().length())
-      return false;
+  for (icu::UnicodeSetIterator range(*changed); range.nextRange();) {
+    if (!range.isString()) continue;
+    const icu::UnicodeString& text = range.getString();
+    if (all.span(text, 0, USET_SPAN_CONTAINED) == text.length()) return true;
   }
-  return true;
+  return false;
+}
+
+// Whether COLLATOR takes CHARACTER for several.
+bool takes_apart(const icu::RuleBasedCollator& collator, const icu::UnicodeString& character) {
+  constexpr int32_t kContinuation = 0xC0;  // of a single one that is long
+  const std::unique_ptr<icu::CollationElementIterator> elements(
+      collator.createCollationElementIterator(character));
+  UErrorCode error = U_ZERO_ERROR;
+  elements->next(error);
+  const int32_t second = elements->next(error);
+  if (second == icu::CollationElementIterator::NULLORDER) return false;
+  return U_FAILURE(error) || (second & kContinuation) != kContinuation ||
+         elements->next(error) != icu::CollationElementIterator::NULLORDER;
+}
+
+bool count_singly(const icu::Collator& collator, const std::vector<icu::UnicodeString>& characters) {
+  const auto* const rules = dynamic_cast<const icu::RuleBasedCollator*>(&collator);
+  return rules != nullptr && !takes_together(collator, characters) &&
+         std::ranges::none_of(characters, [&](const auto& one) { return takes_apart(*rules, one); });
 }
 
 UCollationResult compare(const icu::Collator& collator, const icu::UnicodeString& a,
