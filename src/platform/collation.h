@@ -6,7 +6,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -45,6 +47,11 @@ class Collation {
   // unsigned bytes (memcmp; of a key and its beginning the shorter comes first), much faster than the texts.
   // They are of no use to another Collation and not to be stored.
   void append_key(std::string_view text, std::string& key) const;
+
+  // A weight for each ASCII character, or nothing where the order has no such weights. Texts of ASCII alone
+  // compare as the strings of their weights do; a character of weight 0 does not count. Worked out on the
+  // first call for a language, and kept.
+  virtual std::span<const uint8_t> ascii_weights() const { return {}; }
 
  private:
   virtual int compare_cut(std::string_view a, std::string_view b) const = 0;

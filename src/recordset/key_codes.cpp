@@ -19,6 +19,7 @@ class CodeMaker {
       : table_(table), records_(records), options_(options), threads_(threads), progress_(progress) {}
 
   KeyCodes run(std::span<const SortKey> keys) {
+    made_.table_records = table_.record_count();
     std::vector<bool> seen(table_.field_count(), false);
     for (const SortKey& key : keys) {
       if (seen[key.field]) continue;  // records that get here are equal in it
@@ -148,11 +149,40 @@ KeyColumn::KeyColumn(std::span<const uint32_t> cells, PlainVector<uint32_t> code
                      bool descending)
     : cells_(cells), codes_(std::move(codes)), greatest_(greatest), descending_(descending) {}
 
+// What the codes are made of is copied, so that writing words does not seem to change it.
 void KeyColumn::append(std::span<const uint32_t> positions, uint64_t* words) const {
-  const int width = bits();
-  for (size_t i = 0; i < positions.size(); ++i) {
-    words[i] = (width < 64 ? words[i] << width : 0) | code(positions[i]);
+  if (numbers_.empty()) {
+    append_each(
+        positions, [cells = cells_.data(), codes = codes_.data()](uint32_t i) { return codes[cells[i]]; },
+        words);
+  } else {
+    append_each(
+        positions, [cells = numbers_.data(), coding = coding_](uint32_t i) { return coding.code(cells[i]); },
+        words);
   }
+}
+
+template <typename CodeAt>
+void KeyColumn::append_each(std::span<const uint32_t> positions, const CodeAt& code_at,
+                            uint64_t* words) const {
+  const int width = bits();
+  // Counted from the greatest code down, or from 0 up.
+  const uint64_t start = descending_ ? greatest_ : 0;
+  const uint64_t sign = descending_ ? ~uint64_t{0} : 1;
+  for (size_t i = 0; i < positions.size(); ++i) {
+    words[i] = (width < 64 ? words[i] << width : 0) | (start + sign * code_at(positions[i]));
+  }
+}
+
+int bits_of(std::span<const KeyColumn> columns) {
+  int bits = 0;
+  for (const KeyColumn& column : columns) bits += column.bits();
+  return bits;
+}
+
+void join_codes(std::span<const KeyColumn> columns, std::span<const uint32_t> positions, uint64_t* words) {
+  std::fill_n(words, positions.size(), uint64_t{0});
+  for (const KeyColumn& column : columns) column.append(positions, words);
 }
 
 KeyCodes make_key_codes(const CWorkSheet& table, std::span<const uint32_t> records,

@@ -32,6 +32,9 @@ class KeyColumn {
   void append(std::span<const uint32_t> positions, uint64_t* words) const;
 
  private:
+  template <typename CodeAt>
+  void append_each(std::span<const uint32_t> positions, const CodeAt& code_at, uint64_t* words) const;
+
   std::span<const double> numbers_;
   NumberCoding coding_;
   std::span<const uint32_t> cells_;
@@ -40,8 +43,14 @@ class KeyColumn {
   bool descending_;
 };
 
+// The bits of all columns together.
+int bits_of(std::span<const KeyColumn> columns);
+// Makes a word of each record's codes, the first column's in the highest bits; they must fit.
+void join_codes(std::span<const KeyColumn> columns, std::span<const uint32_t> positions, uint64_t* words);
+
 // The codes of all keys, first the first key's: records compare by them as by RecordOrder.
 struct KeyCodes {
+  uint32_t table_records = 0;        // positions are below this
   std::vector<KeyColumn> columns;    // none for keys in which all records are equal
   ErrorCode error = ErrorCode::kOk;  // of the first value that could not be read
   bool cancelled = false;

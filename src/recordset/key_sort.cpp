@@ -2,9 +2,9 @@
 
 #include <array>
 #include <atomic>
-#include <numeric>
 
 #include "core/parallel_blocks.h"
+#include "recordset/counting_sort.h"
 #include "recordset/radix_sort.h"
 
 namespace rowvane {
@@ -17,21 +17,17 @@ constexpr size_t kChunk = 1024;  // records whose words are made at a time
 constexpr int kBucketBits = 8;
 constexpr size_t kBuckets = size_t{1} << kBucketBits;
 
-int index_bits_of(size_t count) {
-  return static_cast<int>(std::bit_width(count));
-}
-
 // Columns whose codes stand side by side in a word.
 struct WordColumns {
   std::span<const KeyColumn> columns;
   int bits = 0;
 };
 
-// The first word holds the first keys, as many as leave room for an index; a larger one has a word of its
-// own.
-std::vector<WordColumns> words_of(std::span<const KeyColumn> columns, int index_bits) {
+// The first word holds the first keys, as many as leave room for what is sorted; a larger one has a word of
+// its own.
+std::vector<WordColumns> words_of(std::span<const KeyColumn> columns, int value_bits) {
   std::vector<WordColumns> words;
-  const int most = std::min(kWordBits, kWordBits + kBucketBits - index_bits);
+  const int most = std::min(kWordBits, kWordBits + kBucketBits - value_bits);
   for (size_t first = 0; first < columns.size();) {
     int bits = columns[first].bits();
     size_t end = first + 1;
@@ -44,47 +40,66 @@ std::vector<WordColumns> words_of(std::span<const KeyColumn> columns, int index_
   return words;
 }
 
-// A word without its leading digit, and an index, in one integer, where there is room for both: half the
-// memory to move.
+// A word without its leading digit, and what is sorted, in one integer, where there is room for both: half
+// the memory to move.
 class PackedElements {
  public:
-  explicit PackedElements(int index_bits) : index_bits_(index_bits) {}
+  explicit PackedElements(int value_bits) : value_bits_(value_bits) {}
 
-  uint64_t make(uint64_t word, uint32_t index) const { return word << index_bits_ | index; }
-  uint32_t index_of(uint64_t element) const {
-    return static_cast<uint32_t>(element & ((uint64_t{1} << index_bits_) - 1));
+  uint64_t make(uint64_t word, uint32_t value) const { return word << value_bits_ | value; }
+  uint32_t value_of(uint64_t element) const {
+    return static_cast<uint32_t>(element & ((uint64_t{1} << value_bits_) - 1));
   }
-  uint64_t word_of(uint64_t element) const { return element >> index_bits_; }
-  int first_bit() const { return index_bits_; }
+  uint64_t word_of(uint64_t element) const { return element >> value_bits_; }
+  int first_bit() const { return value_bits_; }
   static void keep_word(uint64_t word, uint64_t& place) { place = word; }
 
  private:
-  int index_bits_;
+  int value_bits_;
 };
 
 class PairedElements {
  public:
-  static KeyedIndex make(uint64_t word, uint32_t index) { return {word, index}; }
-  static uint32_t index_of(const KeyedIndex& element) { return element.index; }
+  static KeyedIndex make(uint64_t word, uint32_t value) { return {word, value}; }
+  static uint32_t value_of(const KeyedIndex& element) { return element.index; }
   static uint64_t word_of(const KeyedIndex& element) { return element.key; }
   static int first_bit() { return 0; }
   static void keep_word(uint64_t word, KeyedIndex& place) { place.key = word; }
 };
 
+// What is sorted: records, or where it must be told which ones differ, their indices of the record set.
+enum class Sorted { kRecords, kIndices };
+
 // Sorts by the last word first, then stably by those before it.
 class WordSort {
  public:
-  WordSort(std::span<const uint32_t> records, bool with_differences, int threads, Progress& progress)
-      : records_(records), threads_(threads), progress_(progress) {
-    sorted_.indices.resize(records.size());
-    std::iota(sorted_.indices.begin(), sorted_.indices.end(), 0u);
-    if (with_differences) sorted_.differs.resize(records.size(), uint8_t{0});
+  WordSort(const KeyCodes& codes, std::span<const uint32_t> records, Sorted what, int threads,
+           Progress& progress)
+      : columns_(codes.columns),
+        records_(records),
+        what_(what),
+        value_bits_(static_cast<int>(
+            std::bit_width(what == Sorted::kRecords ? size_t{codes.table_records} : records.size()))),
+        threads_(threads),
+        progress_(progress) {}
+
+  SortedIndices run() {
+    const std::vector<WordColumns> words = words_of(columns_, value_bits_);
+    for (size_t left = words.size(); left > 0 && !progress_.cancelled(); --left) {
+      progress_.report((words.size() - left) * records_.size(), words.size() * records_.size());
+      sort_by(words[left - 1]);
+    }
+    if (what_ == Sorted::kIndices && words.size() > 1 && !progress_.cancelled())
+      compare(columns_.subspan(words[0].columns.size()));
+    return std::move(sorted_);
   }
 
+ private:
+  using Places = std::array<size_t, kBuckets + 1>;
+
   void sort_by(const WordColumns& word) {
-    const int index_bits = index_bits_of(records_.size());
-    if (word.bits - kBucketBits + index_bits <= kWordBits) {
-      sort_elements<uint64_t>(word, PackedElements(index_bits));
+    if (word.bits - kBucketBits + value_bits_ <= kWordBits) {
+      sort_elements<uint64_t>(word, PackedElements(value_bits_));
     } else {
       sort_elements<KeyedIndex>(word, PairedElements());
     }
@@ -92,7 +107,6 @@ class WordSort {
 
   // Marks the records that differ in COLUMNS only, which belong to words behind the first.
   void compare(std::span<const KeyColumn> columns) {
-    if (sorted_.differs.empty() || columns.empty()) return;
     parallel_blocks(records_.size(), threads_, [&](int, uint64_t first, uint64_t last) {
       for (size_t i = std::max<size_t>(first, 1); i <= last; ++i) {
         if (sorted_.differs[i] != 0) continue;
@@ -104,11 +118,6 @@ class WordSort {
       }
     });
   }
-
-  SortedRecords take() { return std::move(sorted_); }
-
- private:
-  using Places = std::array<size_t, kBuckets + 1>;
 
   // Deals the records out by the leading digit of their words, which no element needs to hold then, and sorts
   // each bucket: most fit into a processor's own cache.
@@ -122,6 +131,8 @@ class WordSort {
     if (progress_.cancelled()) return;
     const Places starts = counts_to_places(places);
     deal_out<Element>(kind, rest_bits, spare, places, elements.data());
+    sorted_.indices.resize(records_.size());
+    if (what_ == Sorted::kIndices) sorted_.differs.resize(records_.size());
     sort_buckets<Element>(kind, rest_bits, starts, elements, spare);
   }
 
@@ -135,9 +146,8 @@ class WordSort {
       uint64_t words[kChunk];
       for (size_t from = first; from <= last && !progress_.cancelled(); from += kChunk) {
         const size_t count = std::min(kChunk, last - from + 1);
-        for (size_t i = 0; i < count; ++i) positions[i] = records_[sorted_.indices[from + i]];
-        std::fill_n(words, count, uint64_t{0});
-        for (const KeyColumn& column : word.columns) column.append({positions, count}, words);
+        for (size_t i = 0; i < count; ++i) positions[i] = position_of(value_at(from + i));
+        join_codes(word.columns, {positions, count}, words);
         for (size_t i = 0; i < count; ++i) {
           ++own[words[i] >> rest_bits];
           Elements::keep_word(words[i], out[from + i]);
@@ -169,7 +179,7 @@ class WordSort {
       Places& own = places[static_cast<size_t>(thread)];
       for (size_t i = first; i <= last; ++i) {
         const uint64_t word = radix_key(words[i]);
-        elements[own[word >> rest_bits]++] = kind.make(word & rest_mask, sorted_.indices[i]);
+        elements[own[word >> rest_bits]++] = kind.make(word & rest_mask, value_at(i));
       }
     });
   }
@@ -200,32 +210,49 @@ class WordSort {
   // Keeps what a sorted bucket says.
   template <typename Element, typename Elements>
   void keep(const Elements& kind, size_t first, std::span<const Element> bucket) {
-    for (size_t i = 0; i < bucket.size(); ++i) sorted_.indices[first + i] = kind.index_of(bucket[i]);
-    if (sorted_.differs.empty()) return;
-    sorted_.differs[first] = 1;
+    uint32_t* const values = sorted_.indices.data() + first;
+    for (size_t i = 0; i < bucket.size(); ++i) values[i] = kind.value_of(bucket[i]);
+    if (what_ == Sorted::kRecords) return;
+    uint8_t* const differs = sorted_.differs.data() + first;
+    differs[0] = 1;
     for (size_t i = 1; i < bucket.size(); ++i) {
-      sorted_.differs[first + i] = kind.word_of(bucket[i]) != kind.word_of(bucket[i - 1]) ? 1 : 0;
+      differs[i] = kind.word_of(bucket[i]) != kind.word_of(bucket[i - 1]) ? 1 : 0;
     }
   }
 
+  // What stands at PLACE before a sort.
+  uint32_t value_at(size_t place) const {
+    if (!sorted_.indices.empty()) return sorted_.indices[place];
+    return what_ == Sorted::kRecords ? records_[place] : static_cast<uint32_t>(place);
+  }
+
+  uint32_t position_of(uint32_t value) const { return what_ == Sorted::kRecords ? value : records_[value]; }
+
+  std::span<const KeyColumn> columns_;
   std::span<const uint32_t> records_;
+  Sorted what_;
+  int value_bits_;
   int threads_;
   Progress& progress_;
-  SortedRecords sorted_;
+  SortedIndices sorted_;
 };
+
+bool can_be_counted(const KeyCodes& codes) {
+  return bits_of(codes.columns) <= kMostCountedBits;
+}
 
 }  // namespace
 
-SortedRecords sort_by_codes(const KeyCodes& codes, std::span<const uint32_t> records, bool with_differences,
-                            int threads, Progress& progress) {
-  WordSort sort(records, with_differences, threads, progress);
-  const std::vector<WordColumns> words = words_of(codes.columns, index_bits_of(records.size()));
-  for (size_t left = words.size(); left > 0 && !progress.cancelled(); --left) {
-    progress.report((words.size() - left) * records.size(), words.size() * records.size());
-    sort.sort_by(words[left - 1]);
-  }
-  if (words.size() > 1) sort.compare(std::span(codes.columns).subspan(words[0].columns.size()));
-  return sort.take();
+RecordSet sort_by_codes(const KeyCodes& codes, std::span<const uint32_t> records, int threads,
+                        Progress& progress) {
+  if (can_be_counted(codes)) return sort_by_counting(codes, records, false, threads, progress).indices;
+  return WordSort(codes, records, Sorted::kRecords, threads, progress).run().indices;
+}
+
+SortedIndices sort_indices_by_codes(const KeyCodes& codes, std::span<const uint32_t> records, int threads,
+                                    Progress& progress) {
+  if (can_be_counted(codes)) return sort_by_counting(codes, records, true, threads, progress);
+  return WordSort(codes, records, Sorted::kIndices, threads, progress).run();
 }
 
 }  // namespace rowvane

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -29,6 +28,9 @@ inline uint64_t radix_key(uint64_t element) {
 // Elements fewer than these are not worth counting or sharing.
 inline constexpr size_t kFewElements = 2048;
 
+// Elements so many that counts of wide digits do not show.
+inline constexpr size_t kManyElements = 1 << 12;
+
 // So few that comparing them in place is fastest.
 inline constexpr size_t kInsertedElements = 32;
 
@@ -38,9 +40,7 @@ inline constexpr size_t kInsertedElements = 32;
 template <typename Element>
 class RadixSort {
  public:
-  static constexpr int kDigitBits = 8;
-
-  // ELEMENTS and SPARE are of the same size; SPARE is work space.
+  // ELEMENTS, fewer than 2^32, and SPARE are of the same size; SPARE is work space.
   RadixSort(std::span<Element> elements, std::span<Element> spare, int threads)
       : from_(elements), to_(spare), threads_(elements.size() < kFewElements ? 1 : threads) {}
 
@@ -50,15 +50,19 @@ class RadixSort {
       insert_in_order(first_bit, last_bit);
       return from_;
     }
-    for (int bit = first_bit; bit < last_bit && !progress.cancelled(); bit += kDigitBits) {
-      pass(bit, std::min(kDigitBits, last_bit - bit));
+    // As few passes as can be, and their digits as narrow as can be.
+    const int most = from_.size() < kManyElements ? 8 : 11;
+    const int passes = (last_bit - first_bit + most - 1) / most;
+    for (int left = passes; left > 0 && !progress.cancelled(); --left) {
+      const int width = (last_bit - first_bit + left - 1) / left;
+      pass(first_bit, width);
+      first_bit += width;
     }
     return from_;
   }
 
  private:
-  static constexpr size_t kDigits = size_t{1} << kDigitBits;
-  using Counts = std::array<size_t, kDigits>;
+  using Counts = std::vector<uint32_t>;
 
   void insert_in_order(int first_bit, int last_bit) {
     if (first_bit == last_bit) return;
@@ -76,7 +80,7 @@ class RadixSort {
   void pass(int bit, int width) {
     const uint64_t mask = (uint64_t{1} << width) - 1;
     const auto digit = [bit, mask](const Element& element) { return (radix_key(element) >> bit) & mask; };
-    for (Counts& counts : counts_) counts.fill(0);
+    for (Counts& counts : counts_) counts.assign(size_t{1} << width, 0);
     for_blocks([&](Counts& counts, size_t first, size_t last) {
       for (size_t i = first; i <= last; ++i) ++counts[digit(from_[i])];
     });
@@ -89,11 +93,11 @@ class RadixSort {
 
   // False when all elements have the same digit.
   bool counts_become_places() {
-    size_t place = 0;
-    for (size_t digit = 0; digit < kDigits; ++digit) {
-      const size_t first = place;
+    uint32_t place = 0;
+    for (size_t digit = 0; digit < counts_[0].size(); ++digit) {
+      const uint32_t first = place;
       for (Counts& counts : counts_) {
-        const size_t count = counts[digit];
+        const uint32_t count = counts[digit];
         counts[digit] = place;
         place += count;
       }

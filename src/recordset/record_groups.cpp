@@ -16,7 +16,7 @@ RecordGroups::RecordGroups(const CWorkSheet& table, std::span<const uint32_t> sc
   const KeyCodes codes = make_key_codes(table, scope, keys, sort_options, threads, progress);
   error_ = codes.error;
   if (error_ != ErrorCode::kOk) return;
-  SortedRecords sorted = sort_by_codes(codes, scope, true, threads, progress);
+  SortedIndices sorted = sort_indices_by_codes(codes, scope, threads, progress);
   cancelled_ = progress.cancelled();
   if (cancelled_ || scope.empty()) return;
   order_ = std::move(sorted.indices);

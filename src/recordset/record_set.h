@@ -2,7 +2,8 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
+
+#include "core/plain_vector.h"
 
 namespace rowvane {
 
@@ -10,7 +11,7 @@ class CWorkSheet;
 
 // 0-based record positions. Searching, sorting and their kin take a table and a record set and give a record
 // set; they change no table.
-using RecordSet = std::vector<uint32_t>;
+using RecordSet = PlainVector<uint32_t>;
 
 // All records, in the order in which they were entered.
 RecordSet all_records(const CWorkSheet& table);

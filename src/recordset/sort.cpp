@@ -15,13 +15,9 @@ RecordSetResult sort_records(const CWorkSheet& table, std::span<const uint32_t> 
   const KeyCodes codes = make_key_codes(table, records, keys, sort_options, threads, progress);
   result.error = codes.error;
   if (result.error != ErrorCode::kOk) return result;
-  const PlainVector<uint32_t> indices = sort_by_codes(codes, records, false, threads, progress).indices;
+  result.records = sort_by_codes(codes, records, threads, progress);
   result.cancelled = progress.cancelled();
-  if (result.cancelled) return result;
-  result.records.resize(records.size());
-  parallel_blocks(records.size(), threads, [&](int, uint64_t first, uint64_t last) {
-    for (size_t i = first; i <= last; ++i) result.records[i] = records[indices[i]];
-  });
+  if (result.cancelled) result.records.clear();
   return result;
 }
 

@@ -22,6 +22,10 @@ void TextOrder::append_key(std::string_view text, std::string& key) const {
   }
 }
 
+std::span<const uint8_t> TextOrder::ascii_weights() const {
+  return is_neutral() ? std::span<const uint8_t>() : collation_->ascii_weights();
+}
+
 std::string_view TextOrder::ignored_part(std::string_view text) const {
   if (is_neutral() || text.size() <= platform::kMostComparedBytes) return {};
   return text.substr(platform::whole_characters(text, platform::kMostComparedBytes));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -25,6 +26,9 @@ class TextOrder {
   bool is_neutral() const { return collation_ == nullptr; }
   // Appends a key of TEXT: keys compare as their texts do when they are taken as strings of bytes.
   void append_key(std::string_view text, std::string& key) const;
+
+  // As those of platform::Collation; nothing in neutral order.
+  std::span<const uint8_t> ascii_weights() const;
 
   // The part of TEXT that `compare` does not look at; empty but for long texts.
   std::string_view ignored_part(std::string_view text) const;

@@ -19,24 +19,53 @@ constexpr size_t kBlockBytes = size_t{1} << 20;
 // Keeps the bytes of keys.
 class KeyStore {
  public:
-  std::string_view keep(std::string_view key) {
-    if (left_ < key.size()) {
-      left_ = std::max(kBlockBytes, key.size());
-      blocks_.push_back(std::make_unique_for_overwrite<char[]>(left_));
-      next_ = blocks_.back().get();
+  // Keeps the key of TEXT under ORDER.
+  std::string_view keep_key(std::string_view text, const TextOrder& order) {
+    key_.clear();
+    order.append_key(text, key_);
+    std::memcpy(place_for(key_.size()), key_.data(), key_.size());
+    return kept(key_.size());
+  }
+
+  // Keeps the weights of the characters of TEXT, without zeros.
+  std::string_view keep_weights(std::string_view text, std::span<const uint8_t> weights) {
+    char* const place = place_for(text.size());
+    size_t size = 0;
+    for (const char character : text) {
+      const uint8_t weight = weights[static_cast<unsigned char>(character)];
+      place[size] = static_cast<char>(weight);
+      size += weight != 0 ? 1 : 0;
     }
-    char* const place = next_;
-    std::memcpy(place, key.data(), key.size());
-    next_ += key.size();
-    left_ -= key.size();
-    return {place, key.size()};
+    return kept(size);
   }
 
  private:
+  char* place_for(size_t bytes) {
+    if (left_ < bytes) {
+      left_ = std::max(kBlockBytes, bytes);
+      blocks_.push_back(std::make_unique_for_overwrite<char[]>(left_));
+      next_ = blocks_.back().get();
+    }
+    return next_;
+  }
+
+  std::string_view kept(size_t bytes) {
+    left_ -= bytes;
+    next_ += bytes;
+    return {next_ - bytes, bytes};
+  }
+
   std::vector<std::unique_ptr<char[]>> blocks_;
   char* next_ = nullptr;
   size_t left_ = 0;
+  std::string key_;  // work space
 };
+
+bool is_ascii(std::string_view text) {
+  unsigned char bits = 0;
+  for (const char character : text) bits |= static_cast<unsigned char>(character);
+  return bits < 0x80;
+}
 
 // The bytes of KEY from OFFSET on as an integer that compares as they do; zeros stand for missing ones.
 uint64_t prefix_at(std::string_view key, size_t offset) {
@@ -58,7 +87,7 @@ class TextRanking {
         spare_(count) {}
 
   TextRanks run(const std::function<std::string_view(size_t)>& text_at) {
-    make_keys(text_at);
+    if (!make_ascii_keys(text_at)) make_keys(text_at);
     sort_run(elements_, spare_, 0);
     sort_small_runs();
     return progress_.cancelled() ? TextRanks() : number_ranks();
@@ -71,21 +100,48 @@ class TextRanking {
     size_t offset;  // so many bytes of the keys are equal
   };
 
+  // Keys without the collation. False where it gives no weights or a text is not of ASCII alone.
+  bool make_ascii_keys(const std::function<std::string_view(size_t)>& text_at) {
+    const std::span<const uint8_t> weights = order_.ascii_weights();
+    if (weights.empty()) return false;
+    std::atomic<bool> all_ascii = true;
+    for_texts([&](size_t i, KeyStore& store) {
+      const std::string_view text = text_at(i);
+      if (!is_ascii(text)) all_ascii = false;
+      if (!all_ascii) return false;
+      const std::string_view compared = text.substr(0, text.size() - order_.ignored_part(text).size());
+      set_key(i, store.keep_weights(compared, weights));
+      return true;
+    });
+    return all_ascii;
+  }
+
   void make_keys(const std::function<std::string_view(size_t)>& text_at) {
+    for_texts([&](size_t i, KeyStore& store) {
+      const std::string_view text = text_at(i);
+      set_key(i, order_.is_neutral() ? text : store.keep_key(text, order_));
+      return true;
+    });
+  }
+
+  // Calls WORK for each text with its number and the store of the thread, until it answers false.
+  template <typename Work>
+  void for_texts(const Work& work) {
+    stores_.clear();
     stores_.resize(static_cast<size_t>(threads_));
     parallel_blocks(keys_.size(), threads_, [&](int thread, uint64_t first, uint64_t last) {
-      std::string key;
+      KeyStore store;
       for (size_t i = first; i <= last; ++i) {
-        if (i % kCheckEvery == 0 && progress_.cancelled()) return;
-        keys_[i] = text_at(i);
-        if (!order_.is_neutral()) {
-          key.clear();
-          order_.append_key(keys_[i], key);
-          keys_[i] = stores_[static_cast<size_t>(thread)].keep(key);
-        }
-        elements_[i] = {prefix_at(keys_[i], 0), static_cast<uint32_t>(i)};
+        if (i % kCheckEvery == 0 && progress_.cancelled()) break;
+        if (!work(i, store)) break;
       }
+      stores_[static_cast<size_t>(thread)] = std::move(store);
     });
+  }
+
+  void set_key(size_t i, std::string_view key) {
+    keys_[i] = key;
+    elements_[i] = {prefix_at(key, 0), static_cast<uint32_t>(i)};
   }
 
   // Sorts RUN, whose keys are equal in the first OFFSET bytes and whose elements hold the bytes from there

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <random>
+#include <span>
 #include <string>
 #include <thread>
 #include <vector>
@@ -224,6 +225,66 @@ TEST(Collation, ComparisonIsTransitiveOnRandomTexts) {
         ASSERT_LE(collation->compare(texts[i], texts[k]), 0) << texts[i] << " | " << texts[k];
       }
     }
+  }
+}
+
+// Two texts of ASCII that differ in little.
+class RandomAsciiPairs {
+ public:
+  void next(std::string& a, std::string& b) {
+    a.clear();
+    for (size_t count = random_() % 6; count > 0; --count) a += character();
+    b = a;
+    for (size_t count = random_() % 3; count > 0; --count) {
+      const size_t place = random_() % (b.size() + 1);
+      b.replace(place, random_() % 2, std::string(random_() % 3, character()));
+    }
+  }
+
+ private:
+  char character() { return static_cast<char>(random_() % 2 == 0 ? 'a' + random_() % 26 : random_() % 128); }
+  std::mt19937 random_{20240302};
+};
+
+std::string weights_of(std::string_view text, std::span<const uint8_t> weights) {
+  std::string result;
+  for (const char character : text) {
+    const uint8_t weight = weights[static_cast<unsigned char>(character)];
+    if (weight != 0) result += static_cast<char>(weight);
+  }
+  return result;
+}
+
+TEST(Collation, WeightsOfAsciiAgreeWithComparisons) {
+  for (const char* const locale : {"C",     "en_US", "de_DE", "fr_CA",  "sv_SE",
+                                   "da_DK", "nb_NO", "cs_CZ", "sk_SK",  "hu_HU",
+                                   "hr_HR", "cy_GB", "sq_AL", "es_ES",  "es_ES@collation=traditional",
+                                   "tr_TR", "az_AZ", "lt_LT", "et_EE",  "vi_VN",
+                                   "th_TH", "ja_JP", "zh_CN", "haw_US", "xx_YY"}) {
+    const auto collation = Collation::open(locale, kPlain);
+    const std::span<const uint8_t> weights = collation->ascii_weights();
+    if (weights.empty()) continue;
+    ASSERT_EQ(weights.size(), 128u);
+    RandomAsciiPairs pairs;
+    std::string a, b;
+    for (int i = 0; i < 4000; ++i) {
+      pairs.next(a, b);
+      ASSERT_EQ(sign(collation->compare(a, b)), sign(weights_of(a, weights).compare(weights_of(b, weights))))
+          << locale << ": " << testing::PrintToString(a) << " | " << testing::PrintToString(b);
+    }
+  }
+}
+
+TEST(Collation, GivesWeightsOfAsciiWhereCharactersCountSingly) {
+  for (const char* const locale : {"C", "en_US", "de_DE", "fr_FR", "sv_SE", "es_ES", "ru_RU", "tr_TR"}) {
+    EXPECT_EQ(Collation::open(locale, kPlain)->ascii_weights().empty(), kIsWindows) << locale;
+  }
+  // "aa", "ch", "cs" and "y" beside "i".
+  for (const char* const locale : {"da_DK", "cs_CZ", "hu_HU", "lt_LT"}) {
+    EXPECT_TRUE(Collation::open(locale, kPlain)->ascii_weights().empty()) << locale;
+  }
+  for (const CollationOptions options : {kCaseSensitive, kWords}) {
+    EXPECT_TRUE(Collation::open("en_US", options)->ascii_weights().empty());
   }
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/parallel_blocks.h"
+#include "recordset/counting_sort.h"
 #include "recordset/random_tables.h"
 #include "recordset/record_order.h"
 #include "recordset/record_search.h"
@@ -193,9 +194,32 @@ TEST(Sort, EqualsAStableSortByComparingInALargeTable) {
   const RecordSet records = random.records(table->record_count());
   for (const SortKeys& keys :
        {SortKeys{{kTextField, true}}, {{kSmallField, false}, {kTextField, false}, {kNumberField, true}}}) {
-    const RecordSet expected = sorted_by_comparing(*table, records, keys, kNeutral);
-    for (const int threads : {1, 2}) {
-      EXPECT_EQ(sort_records(*table, records, keys, kNeutral, with_threads(threads)).records, expected);
+    for (const SortOptions& options : {kNeutral, SortOptions()}) {
+      const RecordSet expected = sorted_by_comparing(*table, records, keys, options);
+      for (const int threads : {1, 2}) {
+        EXPECT_EQ(sort_records(*table, records, keys, options, with_threads(threads)).records, expected);
+      }
+    }
+  }
+}
+
+// Codes that are counted, and codes that are too wide for it by a bit.
+TEST(Sort, EqualsAStableSortByComparingAtTheLimitOfCounting) {
+  for (const int bits : {kMostCountedBits, kMostCountedBits + 1}) {
+    std::vector<double> numbers(70'000);
+    const size_t codes = size_t{1} << bits;
+    for (size_t i = 0; i < numbers.size(); ++i) numbers[i] = static_cast<double>(i * 7919 % (codes - 1));
+    numbers[3] = kEmptyNumber;
+    const auto table = table_of_numbers(numbers);
+    RecordSet records = all_records(*table);
+    std::ranges::reverse(records);
+    for (const bool descending : {false, true}) {
+      const SortKeys keys{{0, descending}};
+      const RecordSet expected = sorted_by_comparing(*table, records, keys, kNeutral);
+      for (const int threads : {1, 2, 7}) {
+        EXPECT_EQ(sort_records(*table, records, keys, kNeutral, with_threads(threads)).records, expected)
+            << bits << " bits, " << threads << " threads";
+      }
     }
   }
 }

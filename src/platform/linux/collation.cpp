@@ -3,6 +3,7 @@
 #include <map>
 #include <mutex>
 #include <utility>
+#include <vector>
 
 #include <unicode/locid.h>
 #include <unicode/stringpiece.h>
@@ -10,6 +11,7 @@
 #include <unicode/ucol.h>
 #include <unicode/unistr.h>
 
+#include "platform/linux/ascii_weights.h"
 #include "platform/linux/environment_locale.h"
 #include "platform/linux/symbol_order.h"
 #include "platform/locale_name.h"
@@ -53,14 +55,42 @@ std::shared_ptr<const icu::Collator> make_collator(const LocaleName& name) {
   return collator;
 }
 
+uint32_t fold_options_of(const LocaleName& name) {
+  const bool is_turkic = name.language == "tr" || name.language == "az";
+  return is_turkic ? U_FOLD_CASE_EXCLUDE_SPECIAL_I : U_FOLD_CASE_DEFAULT;
+}
+
+// What all orders of a language have in common.
+class LanguageOrder {
+ public:
+  explicit LanguageOrder(const LocaleName& name)
+      : collator_(make_collator(name)), fold_options_(fold_options_of(name)) {}
+
+  const icu::Collator* collator() const { return collator_.get(); }  // null where ICU has no data at all
+  uint32_t fold_options() const { return fold_options_; }
+  // Of texts whose case is folded.
+  std::span<const uint8_t> ascii_weights() const {
+    std::call_once(weighed_, [this] {
+      if (collator_ != nullptr) ascii_weights_ = folded_ascii_weights(*collator_, fold_options_);
+    });
+    return ascii_weights_;
+  }
+
+ private:
+  std::shared_ptr<const icu::Collator> collator_;
+  uint32_t fold_options_;
+  mutable std::once_flag weighed_;
+  mutable std::vector<uint8_t> ascii_weights_;
+};
+
 // Made on first use and kept: for Chinese, Japanese and Korean that takes a tenth of a second.
-std::shared_ptr<const icu::Collator> shared_collator(const LocaleName& name) {
+std::shared_ptr<const LanguageOrder> shared_order(const LocaleName& name) {
   static std::mutex mutex;
-  static std::map<std::string, std::shared_ptr<const icu::Collator>> by_locale;
+  static std::map<std::string, std::shared_ptr<const LanguageOrder>> by_locale;
   const std::lock_guard lock(mutex);
-  std::shared_ptr<const icu::Collator>& collator = by_locale[name.joined()];
-  if (collator == nullptr) collator = make_collator(name);
-  return collator;
+  std::shared_ptr<const LanguageOrder>& order = by_locale[name.joined()];
+  if (order == nullptr) order = std::make_shared<LanguageOrder>(name);
+  return order;
 }
 
 // What a text is compared by: first its letters, then the characters of minor weight.
@@ -93,9 +123,11 @@ void take_out_minor(Parts& parts) {
 class IcuCollation : public Collation {
  public:
   IcuCollation(const LocaleName& name, CollationOptions options)
-      : collator_(shared_collator(name)), options_(options) {
-    const bool is_turkic = name.language == "tr" || name.language == "az";
-    fold_options_ = is_turkic ? U_FOLD_CASE_EXCLUDE_SPECIAL_I : U_FOLD_CASE_DEFAULT;
+      : order_(shared_order(name)), collator_(order_->collator()), options_(options) {}
+
+  std::span<const uint8_t> ascii_weights() const override {
+    if (options_.case_sensitive || options_.ignore_punctuation) return {};
+    return order_->ascii_weights();
   }
 
  private:
@@ -139,14 +171,14 @@ class IcuCollation : public Collation {
     Parts parts;
     parts.letters =
         icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int32_t>(text.size())));
-    if (!options_.case_sensitive) parts.letters.foldCase(fold_options_);
+    if (!options_.case_sensitive) parts.letters.foldCase(order_->fold_options());
     if (options_.ignore_punctuation) take_out_minor(parts);
     return parts;
   }
 
-  std::shared_ptr<const icu::Collator> collator_;  // null where ICU has no data at all
+  std::shared_ptr<const LanguageOrder> order_;
+  const icu::Collator* collator_;
   CollationOptions options_;
-  uint32_t fold_options_ = U_FOLD_CASE_DEFAULT;
 };
 
 }  // namespace
