@@ -2,6 +2,7 @@
 #pragma once
 
 #include <span>
+#include <vector>
 
 #include "core/plain_vector.h"
 #include "recordset/key_codes.h"
@@ -15,7 +16,7 @@ RecordSet sort_by_codes(const KeyCodes& codes, std::span<const uint32_t> records
                         Progress& progress);
 
 struct SortedIndices {
-  PlainVector<uint32_t> indices;  // of the record set, in the order of the codes
+  std::vector<uint32_t> indices;  // of the record set, in the order of the codes
   PlainVector<uint8_t> differs;   // at each place but the first, whether the record has other codes than the
                                   // one before
 };

@@ -32,7 +32,7 @@ class RecordGroups {
 
  private:
   std::span<const uint32_t> scope_;
-  PlainVector<uint32_t> order_;
+  std::vector<uint32_t> order_;
   std::vector<uint32_t> starts_;  // of the groups in `order_`, and its end
   ErrorCode error_ = ErrorCode::kOk;
   bool cancelled_ = false;

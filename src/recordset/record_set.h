@@ -2,8 +2,7 @@
 #pragma once
 
 #include <cstdint>
-
-#include "core/plain_vector.h"
+#include <vector>
 
 namespace rowvane {
 
@@ -11,7 +10,7 @@ class CWorkSheet;
 
 // 0-based record positions. Searching, sorting and their kin take a table and a record set and give a record
 // set; they change no table.
-using RecordSet = PlainVector<uint32_t>;
+using RecordSet = std::vector<uint32_t>;
 
 // All records, in the order in which they were entered.
 RecordSet all_records(const CWorkSheet& table);

@@ -42,8 +42,7 @@ ErrorCode save_frequencies(CWorkSheet& table, const UniqueSearch& search, const 
   frequencies.cells.assign(result.frequencies.begin(), result.frequencies.end());
   std::vector<RefusedValue> refused;
   const ErrorCode error =
-      table.set_values(search.frequency_field, {result.records.begin(), result.records.end()},
-                       std::move(frequencies), refused);
+      table.set_values(search.frequency_field, result.records, std::move(frequencies), refused);
   if (error != ErrorCode::kOk || refused.empty()) return error;
   if (group) group->roll_back();
   return refused.front().error;

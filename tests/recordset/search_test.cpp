@@ -193,8 +193,8 @@ TEST_F(SmallSearch, FlagsOfRecords) {
   settings.record_flag_types = {{"red", 1}, {"blue", 2}};
   ASSERT_EQ(database_.change_settings(settings), ErrorCode::kOk);
   EXPECT_EQ(found(*table_, {{0, "m:1"}}), RecordSet{});
-  const RecordSet red{1};
-  const RecordSet blue{2, 3};
+  const std::vector<uint32_t> red{1};
+  const std::vector<uint32_t> blue{2, 3};
   ASSERT_EQ(table_->set_flag_type(red, 1), ErrorCode::kOk);
   ASSERT_EQ(table_->set_flag_type(blue, 2), ErrorCode::kOk);
   EXPECT_EQ(found(*table_, {{0, "m:1"}}), red);
