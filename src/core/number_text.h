@@ -23,12 +23,10 @@ struct NumberSeparators {
 std::optional<double> parse_number(std::string_view text, const NumberSeparators& separators);
 
 // As parse_number, but a number only when nothing that the text says is lost by storing the double:
-// - the digits before the decimal separator do not begin with a zero that another digit follows ("00501",
-// "-07"
-//   stay text, "0.5" and "0" are numbers);
+// - the digits before the decimal separator do not begin with a zero that another digit follows ("00501" and
+//   "-07" stay text, "0.5" and "0" are numbers);
 // - there is no leading "+" (dialling codes stay text);
-// - the decimal value of the text equals the decimal value of the shortest text that reads back to the same
-// double.
+// - the decimal value of the text equals that of the shortest text that reads back to the same double.
 //   This holds for every number of at most 15 significant digits in the normal range; of longer ones it
 //   leaves out those that a double cannot carry (20-digit account numbers), and numbers that would become
 //   zero or denormal.
@@ -40,8 +38,7 @@ std::optional<double> parse_number_exactly(std::string_view text, const NumberSe
 bool parse_plain_number_exactly(const char* first, const char* last, double& number);
 
 // Appends the shortest digits that read back to the same double, with the decimal separator given; with an
-// exponent
-// ("1e+21", "1e-07") only below 1e-5 and from 1e15 on. NUMBER must be finite.
+// exponent ("1e+21", "1e-07") only below 1e-5 and from 1e15 on. NUMBER must be finite.
 void append_number(double number, std::string_view decimal_separator, std::string& out);
 std::string number_to_text(double number, const NumberSeparators& separators = {});
 

@@ -1,7 +1,6 @@
-// Quantiles of numbers, by one rule everywhere: linear interpolation between the sorted numbers at position
-// (n
-// - 1) * q, counted from 0 (R. Hyndman, Y. Fan, "Sample quantiles in statistical packages", 1996: definition
-// 7).
+// Quantiles of numbers, by one rule everywhere: linear interpolation between the sorted numbers at the
+// position (n - 1) * q, counted from 0 (R. Hyndman, Y. Fan, "Sample quantiles in statistical packages", 1996:
+// definition 7).
 #pragma once
 
 #include <array>

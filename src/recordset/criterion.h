@@ -52,8 +52,7 @@ inline char criterion_letter(CriterionKind kind) {
 
 std::string stored_criterion(const Criterion& criterion);
 // Reads what stored_criterion wrote, up to the first zero byte. Nothing when it is none: an unknown letter,
-// no
-// ":", a text of more than kMaxBufferBytes or a flag that is no number.
+// a missing ":", a text of more than kMaxBufferBytes or a flag that is no number.
 std::optional<Criterion> parse_criterion(std::string_view stored);
 
 // TEXT as it was entered, cut to kMaxBufferBytes with no character halved; `warning`: it was longer and

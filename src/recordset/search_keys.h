@@ -29,8 +29,7 @@ struct CurrentSearchKey {
 };
 
 // Indices of the keys in the order in which lists show them: by name in the order of the user's language
-// where SORTED
-// (`SortSearchKeys`), otherwise as they were added.
+// where SORTED (`SortSearchKeys`), otherwise as they were added.
 std::vector<size_t> listed_search_keys(const CWorkSheet& table, bool sorted);
 
 // What the name dialog answers to NAME; empty for one that the key can have. OWN: the key being renamed;

@@ -185,9 +185,8 @@ void add_duplicates_command(CLI::App& app, CommandContext& context) {
   CLI::App& command = add_command(app, context, arguments, "duplicates",
                                   "Print records with the same values in some fields", run_duplicates);
   command.footer(
-      "Examples:\n  rvb duplicates shop.rvb customers --by Name,City --sort\n  rvb duplicates orders.csv "
-      "--by "
-      "Number --mode 3");
+      "Examples:\n  rvb duplicates shop.rvb customers --by Name,City --sort\n"
+      "  rvb duplicates orders.csv --by Number --mode 3");
   command.add_option("--mode", arguments->mode, mode_help(kDuplicatesModeTexts))->check(CLI::Range(0, 4));
   add_sorting(command, *arguments);
 }
@@ -197,9 +196,8 @@ void add_unique_command(CLI::App& app, CommandContext& context) {
   CLI::App& command = add_command(app, context, arguments, "unique",
                                   "Print one record of each value of some fields", run_unique);
   command.footer(
-      "Examples:\n  rvb unique shop.rvb products --by Category --fields Category --sort\n  rvb unique "
-      "shop.rvb "
-      "products --by Category --save-frequencies Count");
+      "Examples:\n  rvb unique shop.rvb products --by Category --fields Category --sort\n"
+      "  rvb unique shop.rvb products --by Category --save-frequencies Count");
   command.add_option("--mode", arguments->mode, mode_help(kUniqueModeTexts))->check(CLI::Range(0, 1));
   add_sorting(command, *arguments);
   command.add_option("--save-frequencies", arguments->frequencies,

@@ -52,9 +52,8 @@ void add_show_command(CLI::App& app, CommandContext& context) {
   CLI::App* command = app.add_subcommand("show", "Print records");
   command->footer(
       "Examples:\n  rvb show shop.rvb products --fields Name,Price --limit 10\n  rvb show shop.rvb products "
-      "--sort Category,-Price\n  rvb show shop.rvb products --where 'Price:h:50 100' --where Name:c:desk\n  "
-      "rvb "
-      "show orders.csv --format json");
+      "--sort Category,-Price\n  rvb show shop.rvb products --where 'Price:h:50 100' --where Name:c:desk\n"
+      "  rvb show orders.csv --format json");
   arguments->table.add_to(*command);
   arguments->print.add_to(*command);
   arguments->where.add_to(*command);
