@@ -8,15 +8,15 @@
 namespace rowvane {
 namespace {
 
-ErrorCode pack_block(const BlockPacker::Produce& produce, ZipMethod method, bool last, Deflater& deflater,
+ErrorCode pack_block(const BlockPacker::Produce& produce, const BlockOrder& order, Deflater& deflater,
                      PackedBlock& block) {
   if (produce) {
     block.raw.clear();
     if (const ErrorCode error = produce(block.raw); error != ErrorCode::kOk) return error;
   }
-  block.crc = crc32_of(block.raw);
-  if (method == ZipMethod::kStored) return ErrorCode::kOk;
-  return deflater.deflate_block(block.raw, last, block.deflated);
+  if (order.with_crc) block.crc = crc32_of(block.raw);
+  if (order.method == ZipMethod::kStored) return ErrorCode::kOk;
+  return deflater.deflate_block(block.raw, order.last, block.deflated);
 }
 
 }  // namespace
@@ -46,22 +46,21 @@ void BlockPacker::start_threads() {
   }
 }
 
-void BlockPacker::submit(Produce produce, ZipMethod method, bool last) {
-  enqueue(std::move(produce), method, last);
+void BlockPacker::submit(Produce produce, const BlockOrder& order) {
+  enqueue(std::move(produce), order);
 }
 
-void BlockPacker::submit_bytes(std::string& raw, ZipMethod method, bool last) {
+void BlockPacker::submit_bytes(std::string& raw, const BlockOrder& order) {
   slot(submitted_).block.raw.swap(raw);
   raw.clear();
-  enqueue(nullptr, method, last);
+  enqueue(nullptr, order);
 }
 
-void BlockPacker::enqueue(Produce produce, ZipMethod method, bool last) {
+void BlockPacker::enqueue(Produce produce, const BlockOrder& order) {
   if (!started_) start_threads();
   Slot& next = slot(submitted_);
   next.produce = std::move(produce);
-  next.method = method;
-  next.last = last;
+  next.order = order;
   next.done = false;
   {
     const std::lock_guard lock(mutex_);
@@ -117,7 +116,7 @@ void BlockPacker::pack_next(std::unique_lock<std::mutex>& lock, Deflater& deflat
 
 void BlockPacker::pack(Slot& slot, Deflater& deflater) {
   try {
-    slot.block.error = pack_block(slot.produce, slot.method, slot.last, deflater, slot.block);
+    slot.block.error = pack_block(slot.produce, slot.order, deflater, slot.block);
   } catch (const std::bad_alloc&) {
     slot.block.error = ErrorCode::kZipMemory;
   } catch (const std::length_error&) {

@@ -18,10 +18,17 @@ namespace rowvane {
 struct PackedBlock {
   std::string raw;
   std::string deflated;  // not used for stored blocks
-  uint32_t crc = 0;
+  uint32_t crc = 0;      // of raw
   ErrorCode error = ErrorCode::kOk;
 
   std::string& bytes(ZipMethod method) { return method == ZipMethod::kStored ? raw : deflated; }
+};
+
+// What becomes of a block.
+struct BlockOrder {
+  ZipMethod method = ZipMethod::kStored;
+  bool last = false;     // the last block of a member
+  bool with_crc = true;  // false leaves PackedBlock::crc alone: an encrypted member has a CRC of its own
 };
 
 // Belongs to one thread, the owner, which puts blocks in at one end and takes them out at the other. The room
@@ -43,10 +50,10 @@ class BlockPacker {
   bool is_full() const { return submitted_ - taken_ == slots_.size(); }
   bool is_empty() const { return submitted_ == taken_; }
 
-  // Adds a block; not when it is full. LAST is true for the last block of a member.
-  void submit(Produce produce, ZipMethod method, bool last);
+  // Adds a block; not when it is full.
+  void submit(Produce produce, const BlockOrder& order);
   // The same for a block that is there already; RAW gets the buffer of an old block in exchange.
-  void submit_bytes(std::string& raw, ZipMethod method, bool last);
+  void submit_bytes(std::string& raw, const BlockOrder& order);
 
   // The oldest block, packed; not when it is empty. The block is the owner's until `pop`.
   PackedBlock& front();
@@ -59,14 +66,13 @@ class BlockPacker {
   struct Slot {
     PackedBlock block;
     Produce produce;  // empty: raw is filled already
-    ZipMethod method = ZipMethod::kStored;
-    bool last = false;
+    BlockOrder order;
     bool done = false;
   };
 
   Slot& slot(uint64_t number) { return slots_[number % slots_.size()]; }
   void start_threads();
-  void enqueue(Produce produce, ZipMethod method, bool last);
+  void enqueue(Produce produce, const BlockOrder& order);
   void work();
   // Takes up the next block; LOCK is given back meanwhile.
   void pack_next(std::unique_lock<std::mutex>& lock, Deflater& deflater);

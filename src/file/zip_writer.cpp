@@ -165,8 +165,8 @@ ErrorCode ZipWriter::pack_produced(uint64_t block_count, const ProduceBlock& pro
   if (block_count == 0) return pack_pending(true);
   for (uint64_t block = 0; block < block_count; ++block) {
     if (const ErrorCode error = make_room_for_block(); error != ErrorCode::kOk) return error;
-    packer_->submit([&produce, block](std::string& out) { return produce(block, out); }, method_,
-                    block + 1 == block_count);
+    packer_->submit([&produce, block](std::string& out) { return produce(block, out); },
+                    block_order(block + 1 == block_count));
   }
   return ErrorCode::kOk;
 }
@@ -294,8 +294,12 @@ void ZipWriter::keep_entry() {
 
 ErrorCode ZipWriter::pack_pending(bool last) {
   if (const ErrorCode error = make_room_for_block(); error != ErrorCode::kOk) return error;
-  packer_->submit_bytes(pending_, method_, last);
+  packer_->submit_bytes(pending_, block_order(last));
   return ErrorCode::kOk;
+}
+
+BlockOrder ZipWriter::block_order(bool last) const {
+  return {.method = method_, .last = last, .with_crc = encrypt_ == nullptr};
 }
 
 ErrorCode ZipWriter::make_room_for_block() {

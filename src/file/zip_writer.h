@@ -21,6 +21,7 @@
 namespace rowvane {
 
 class BlockPacker;
+struct BlockOrder;
 class ByteSource;
 class Deflater;
 class ZipReader;
@@ -119,6 +120,7 @@ class ZipWriter {
 
   ErrorCode pack_produced(uint64_t block_count, const ProduceBlock& produce);
   ErrorCode pack_pending(bool last);
+  BlockOrder block_order(bool last) const;
   ErrorCode make_room_for_block();
   ErrorCode write_packed_blocks();
   ErrorCode write_front_block();
