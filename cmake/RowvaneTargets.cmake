@@ -52,10 +52,11 @@ endfunction()
 
 # The tests of one floor: every .cpp file in the folder, and in linux/ or windows/ below it those of the system; one
 # program, one ctest entry for each case.
-#   rowvane_tests(NAME [THREADED] [LINKS target...])
+#   rowvane_tests(NAME [THREADED] [OWN_MAIN] [LINKS target...])
 # THREADED: the floor works with threads, so its tests run under ThreadSanitizer as well (label `threaded`).
+# OWN_MAIN: one of the files holds main().
 function(rowvane_tests name)
-  cmake_parse_arguments(ARG "THREADED" "" "LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "THREADED;OWN_MAIN" "" "LINKS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS "*.cpp" "${ROWVANE_SYSTEM}/*.cpp")
   add_executable(${name}_tests ${sources})
   target_include_directories(${name}_tests PRIVATE "${CMAKE_SOURCE_DIR}/tests")
@@ -63,7 +64,10 @@ function(rowvane_tests name)
     ROWVANE_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
   # The code of the tests runs once: compiling it fast matters more.
   target_compile_options(${name}_tests PRIVATE $<$<CONFIG:Release>:-O1>)
-  target_link_libraries(${name}_tests PRIVATE rowvane_options ${ARG_LINKS} GTest::gtest_main GTest::gmock)
+  target_link_libraries(${name}_tests PRIVATE rowvane_options ${ARG_LINKS} GTest::gtest GTest::gmock)
+  if(NOT ARG_OWN_MAIN)
+    target_link_libraries(${name}_tests PRIVATE GTest::gtest_main)
+  endif()
   set(labels)
   if(ARG_THREADED)
     set(labels LABELS threaded)

@@ -39,24 +39,26 @@ ShownTexts::ShownTexts(const CWorkSheet& table, DisplayRegion region)
   }
 }
 
-void ShownTexts::read_number(double cell, size_t field, std::string& text) const {
+ShownValue ShownTexts::read_number(double cell, size_t field, std::string& text) const {
   text.clear();
-  if (is_empty_number(cell)) return;
+  if (is_empty_number(cell)) return {};
   const FormulaError error = error_of_number(cell);
   if (error != FormulaError::kNone) {
     text = formula_error_text(error);
   } else if (formats_[field]) {
-    formats_[field]->append(cell, text);
+    return formats_[field]->append(cell, text);
   } else {
     append_number(cell, decimal_, text);
   }
+  return {};
 }
 
-ErrorCode ShownTexts::read(uint32_t position, size_t field, std::string& text) const {
+ErrorCode ShownTexts::read(uint32_t position, size_t field, std::string& text, ShownValue* how) const {
   const Column& column = table_.column(field);
   text.clear();
   if (const auto* numbers = std::get_if<NumberColumn>(&column)) {
-    read_number(numbers->cells[position], field, text);
+    const ShownValue shown = read_number(numbers->cells[position], field, text);
+    if (how != nullptr) *how = shown;
   } else if (const auto* texts = std::get_if<TextColumn>(&column)) {
     text = texts->text(position);
   } else if (const auto* contents = std::get_if<ContentColumn>(&column)) {

@@ -22,11 +22,11 @@ class ShownTexts {
 
   const CWorkSheet& table() const { return table_; }
   // Numbers with this field's display format, or with the decimal separator of the region; errors by their
-  // names; rich long texts as plain text; files by their names joined by "; ". An error only where a long
-  // text can't be read; TEXT is empty then.
-  ErrorCode read(uint32_t position, size_t field, std::string& text) const;
+  // names; rich long texts as plain text; files by their names joined by "; ". HOW gets what the format says
+  // beside the text. An error only where a long text can't be read; TEXT is empty then.
+  ErrorCode read(uint32_t position, size_t field, std::string& text, ShownValue* how = nullptr) const;
   // Of a number field.
-  void read_number(double cell, size_t field, std::string& text) const;
+  ShownValue read_number(double cell, size_t field, std::string& text) const;
   // False where all numbers of a field look as they are stored, decimal separator aside.
   bool has_format(size_t field) const { return formats_[field].has_value(); }
   const std::string& decimal_separator() const { return decimal_; }

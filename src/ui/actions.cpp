@@ -1,0 +1,104 @@
+#include "ui/actions.h"
+
+#include <array>
+
+#include "ui/icons.h"
+
+namespace rowvane {
+namespace {
+
+// clang-format off
+constexpr std::array kCommands = {
+    CommandText{Command::kNew, "&File", "&New Database", "Ctrl+N", "new", "Begin a new database"},
+    CommandText{Command::kOpen, "&File", "&Open...", "Ctrl+O", "open", "Open a database or a text file"},
+    CommandText{Command::kOpenTextFile, "&File", "Open &Text File...", "Ctrl+Shift+O", "", "Open a text file and say how it is read"},
+    CommandText{Command::kClose, "&File", "&Close", "Ctrl+W", "", "Close the database", Needs::kDatabase},
+    CommandText{Command::kSave, "&File|", "&Save", "Ctrl+S", "save", "Save the database", Needs::kDatabase},
+    CommandText{Command::kSaveAs, "&File", "Save &As...", "Ctrl+Shift+S", "", "Save the database as another file", Needs::kDatabase},
+    CommandText{Command::kSaveCopyAs, "&File", "Save Database Cop&y As...", "", "", "Save a copy; the database stays with its file", Needs::kDatabase},
+    CommandText{Command::kImport, "&File|", "&Import Table...", "Ctrl+I", "import", "Add a text file to the database as a new table", Needs::kDatabase},
+    CommandText{Command::kExport, "&File", "&Export Table...", "Ctrl+E", "export", "Save the table as a text file", Needs::kTable},
+    CommandText{Command::kProtect, "&File|", "&Protect Database...", "", "lock", "Set or remove the password of the database", Needs::kDatabase},
+    CommandText{Command::kCompact, "&File", "Co&mpact Database", "", "", "Drop what no record refers to from the file", Needs::kDatabase},
+    CommandText{Command::kLoadProfile, "&File|", "&Load Profile...", "", "", "Take the settings from another file"},
+    CommandText{Command::kSaveProfileAs, "&File", "Save Profile As...", "", "", "Save the settings to another file"},
+    CommandText{Command::kExit, "&File|", "E&xit", "Ctrl+Q", "", "Close all databases and end the program"},
+
+    CommandText{Command::kUndo, "&Edit", "&Undo", "Ctrl+Z", "undo", "Take back the last change", Needs::kUndo},
+    CommandText{Command::kRedo, "&Edit", "&Redo", "Ctrl+Y; Ctrl+Shift+Z", "redo", "Make the change again that was taken back", Needs::kRedo},
+    CommandText{Command::kCut, "&Edit|", "Cu&t", "Ctrl+X", "cut", "Copy the selected cells and empty them", Needs::kRecords},
+    CommandText{Command::kCopy, "&Edit", "&Copy", "Ctrl+C", "copy", "Copy the selected cells", Needs::kRecords},
+    CommandText{Command::kPaste, "&Edit", "&Paste", "Ctrl+V", "paste", "Write the copied cells over the selected ones", Needs::kRecords},
+    CommandText{Command::kClear, "&Edit", "C&lear", "Del", "", "Empty the selected cells", Needs::kRecords},
+    CommandText{Command::kFillDown, "&Edit", "Fill &Down", "Ctrl+D", "", "Give the selected cells the values of the first one", Needs::kRecords},
+    CommandText{Command::kSelectAll, "&Edit", "Select &All", "Ctrl+A", "", "Select all cells", Needs::kTable},
+    CommandText{Command::kEditCell, "&Edit", "&Edit Cell", "F2", "", "Change the value of the current cell", Needs::kRecords},
+
+    CommandText{Command::kNewTable, "&Table", "&New Table...", "Ctrl+T", "table", "Add an empty table", Needs::kDatabase},
+    CommandText{Command::kNewFolder, "&Table", "New &Folder...", "", "folder", "Add a folder for tables", Needs::kDatabase},
+    CommandText{Command::kRenameItem, "&Table", "&Rename...", "", "", "Give the table or folder another name", Needs::kDatabase},
+    CommandText{Command::kDeleteItem, "&Table", "&Delete", "", "", "Delete the table or folder", Needs::kDatabase},
+    CommandText{Command::kInsertField, "&Table|", "Insert &Field...", "", "field", "Add a field before the current one", Needs::kTable},
+    CommandText{Command::kRenameField, "&Table", "Rename Field...", "", "", "Give the current field another name", Needs::kTable},
+    CommandText{Command::kDeleteField, "&Table", "Delete Field", "", "", "Delete the current field and its values", Needs::kTable},
+    CommandText{Command::kHideField, "&Table", "&Hide Field", "", "", "Show the current field no more; its values stay", Needs::kTable},
+    CommandText{Command::kShowAllFields, "&Table", "Show A&ll Fields", "", "", "Show hidden fields again", Needs::kTable},
+
+    CommandText{Command::kInsertRecords, "&Records", "&Insert Records", "Ctrl+Ins", "insert", "Insert as many empty records as are selected", Needs::kTable},
+    CommandText{Command::kAppendRecord, "&Records", "&Append Record", "Ctrl+Shift+N", "", "Add an empty record at the end", Needs::kTable},
+    CommandText{Command::kDuplicateRecords, "&Records", "D&uplicate Records", "", "", "Insert copies of the selected records below them", Needs::kRecords},
+    CommandText{Command::kDeleteRecords, "&Records", "&Delete Records", "Ctrl+Del", "delete", "Delete the selected records", Needs::kRecords},
+    CommandText{Command::kUpdateFormulas, "&Records|", "&Update All Calculated Fields", "F9", "", "Work out all formulas", Needs::kDatabase},
+
+    CommandText{Command::kFindByValue, "&Search", "&Quick Search by Value", "Ctrl+Shift+F", "filter", "Show the records with the value of the current cell", Needs::kRecords},
+    CommandText{Command::kShowAllRecords, "&Search", "Show &All Records (2 x Escape)", "", "", "Remove all search filters", Needs::kTable},
+    CommandText{Command::kSortAscending, "&Search|", "&Ascending (+Shift)", "", "ascending", "Sort by the current field; with Shift by a further one", Needs::kTable},
+    CommandText{Command::kSortDescending, "&Search", "&Descending (+Shift)", "", "descending", "Sort by the current field from its end; with Shift by a further one", Needs::kTable},
+    CommandText{Command::kNoSorting, "&Search", "&No Sorting", "", "", "Show the records in the order in which they were entered", Needs::kTable},
+
+    CommandText{Command::kShowExplorer, "&View", "&Database Explorer", "Ctrl+B", "explorer", "Show the tree of folders and tables", Needs::kNothing, true},
+    CommandText{Command::kZoomIn, "&View|", "Zoom &In", "Ctrl++; Ctrl+=", "", "Show the table larger", Needs::kTable},
+    CommandText{Command::kZoomOut, "&View", "Zoom &Out", "Ctrl+-", "", "Show the table smaller", Needs::kTable},
+    CommandText{Command::kZoomReset, "&View", "&Normal Size", "Ctrl+0", "", "Show the table in its normal size", Needs::kTable},
+    CommandText{Command::kDarkMode, "&View|", "&Dark Colors", "", "", "Bright text on a dark ground", Needs::kNothing, true},
+
+    CommandText{Command::kRegisterFileType, "&Help", "Register Rowvane *.rvb File Type", "", "", "Open databases with Rowvane from the desktop"},
+    CommandText{Command::kUnregisterFileType, "&Help", "Unregister Rowvane *.rvb File Type", "", "", "Open databases with Rowvane no more"},
+    CommandText{Command::kAbout, "&Help|", "&About Rowvane", "", "", "The version of the program"},
+};
+// clang-format on
+
+QList<QKeySequence> shortcuts_of(const CommandText& command) {
+  return QKeySequence::listFromString(QString::fromLatin1(command.shortcut));
+}
+
+}  // namespace
+
+std::span<const CommandText> command_texts() {
+  return kCommands;
+}
+
+Actions::Actions(QObject* parent) : QObject(parent) {
+  for (const CommandText& command : kCommands) {
+    auto* action = new QAction(tr(command.text), this);
+    action->setToolTip(tr(command.tip));
+    action->setStatusTip(tr(command.tip));
+    action->setShortcuts(shortcuts_of(command));
+    action->setCheckable(command.checkable);
+    actions_.emplace(command.command, action);
+  }
+  actions_.at(Command::kExit)->setMenuRole(QAction::QuitRole);
+  update_icons();
+}
+
+void Actions::update(const std::function<bool(Needs)>& has) {
+  for (const CommandText& command : kCommands) of(command.command)->setEnabled(has(command.needs));
+}
+
+void Actions::update_icons() {
+  for (const CommandText& command : kCommands) {
+    if (command.icon[0] != '\0') of(command.command)->setIcon(icon(command.icon));
+  }
+}
+
+}  // namespace rowvane

@@ -1,0 +1,107 @@
+// Every command of the window, defined once: its text, shortcut, icon, tip and menu.
+#pragma once
+
+#include <QAction>
+#include <QObject>
+#include <functional>
+#include <map>
+#include <span>
+
+namespace rowvane {
+
+enum class Command {
+  kNew,
+  kOpen,
+  kOpenTextFile,
+  kClose,
+  kSave,
+  kSaveAs,
+  kSaveCopyAs,
+  kImport,
+  kExport,
+  kCompact,
+  kLoadProfile,
+  kSaveProfileAs,
+  kRegisterFileType,
+  kUnregisterFileType,
+  kExit,
+  kUndo,
+  kRedo,
+  kCut,
+  kCopy,
+  kPaste,
+  kClear,
+  kFillDown,
+  kSelectAll,
+  kEditCell,
+  kInsertRecords,
+  kAppendRecord,
+  kDuplicateRecords,
+  kDeleteRecords,
+  kInsertField,
+  kRenameField,
+  kDeleteField,
+  kHideField,
+  kShowAllFields,
+  kNewTable,
+  kNewFolder,
+  kRenameItem,
+  kDeleteItem,
+  kShowExplorer,
+  kDarkMode,
+  kZoomIn,
+  kZoomOut,
+  kZoomReset,
+  kFindByValue,
+  kShowAllRecords,
+  kSortAscending,
+  kSortDescending,
+  kNoSorting,
+  kUpdateFormulas,
+  kProtect,
+  kAbout,
+};
+
+// When a command can be given.
+enum class Needs {
+  kNothing,
+  kDatabase,  // an open database
+  kTable,     // a table in view
+  kRecords,   // records in view
+  kChanges,   // something to be saved
+  kUndo,
+  kRedo,
+};
+
+struct CommandText {
+  Command command;
+  const char* menu;  // "&File"; a part behind "|" begins a new group
+  const char* text;
+  const char* shortcut;  // in the portable form; several separated by "; "
+  const char* icon;      // of :/icons; empty: none
+  const char* tip;
+  Needs needs = Needs::kNothing;
+  bool checkable = false;
+};
+
+// In the order of the menus.
+std::span<const CommandText> command_texts();
+
+// The actions of one window.
+class Actions final : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit Actions(QObject* parent = nullptr);
+
+  QAction* of(Command command) const { return actions_.at(command); }
+  // Enables those whose needs HAS answers true for.
+  void update(const std::function<bool(Needs)>& has);
+  // Draws the icons anew, in the colour of the texts.
+  void update_icons();
+
+ private:
+  std::map<Command, QAction*> actions_;
+};
+
+}  // namespace rowvane

@@ -1,0 +1,352 @@
+#include "ui/database_window.h"
+
+#include <QHBoxLayout>
+#include <QLocale>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QTreeView>
+#include <algorithm>
+
+#include "core/messages.h"
+#include "core/names.h"
+#include "ui/long_task.h"
+#include "ui/text.h"
+
+namespace rowvane {
+namespace {
+
+constexpr int kExplorerWidth = 200;
+constexpr uint64_t kMostSummedCells = 5'000'000;
+
+}  // namespace
+
+CDatabaseWindow::CDatabaseWindow(std::unique_ptr<DatabaseDocument> document, profile::Settings& settings,
+                                 Dialogs& dialogs, QWidget* parent)
+    : QWidget(parent),
+      document_(std::move(document)),
+      settings_(settings),
+      dialogs_(dialogs),
+      splitter_(new QSplitter(this)),
+      tree_(new QTreeView(splitter_)),
+      tree_model_(new TableTree(*document_, this)),
+      views_(new QStackedWidget(splitter_)) {
+  auto* layout = new QHBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(splitter_);
+  tree_->setModel(tree_model_);
+  tree_->setHeaderHidden(true);
+  tree_->setDragDropMode(QAbstractItemView::InternalMove);
+  tree_->setEditTriggers(QAbstractItemView::EditKeyPressed | QAbstractItemView::SelectedClicked);
+  tree_->expandAll();
+  splitter_->setStretchFactor(0, 0);
+  splitter_->setStretchFactor(1, 1);
+  splitter_->setSizes({kExplorerWidth, 1000});
+  splitter_->setChildrenCollapsible(false);
+  connect(tree_model_, &TableTree::refused, this,
+          [this](const QString& text) { dialogs_.show(to_utf8(text), MessageIcon::kWarning); });
+  connect(tree_->selectionModel(), &QItemSelectionModel::currentChanged, this, &CDatabaseWindow::open_item);
+  connect(tree_, &QTreeView::activated, this, &CDatabaseWindow::open_item);
+  connect(document_.get(), &DatabaseDocument::changed, this, &CDatabaseWindow::follow);
+  const std::vector<CWorkSheet*> tables = document_->database().tables();
+  if (!tables.empty()) show_table(*tables.front());
+}
+
+CDatabaseWindow::~CDatabaseWindow() {
+  // The views look at the document to their end.
+  for (auto& [table, pane] : panes_) delete pane.view;
+  delete tree_model_;
+}
+
+// ---- tables
+
+CCellvaneView* CDatabaseWindow::view() const {
+  const Pane* pane = current_pane();
+  return pane != nullptr ? pane->view : nullptr;
+}
+
+CDatabaseWindow::Pane* CDatabaseWindow::current_pane() {
+  const auto found = panes_.find(current_table_);
+  return found != panes_.end() ? &found->second : nullptr;
+}
+
+const CDatabaseWindow::Pane* CDatabaseWindow::current_pane() const {
+  const auto found = panes_.find(current_table_);
+  return found != panes_.end() ? &found->second : nullptr;
+}
+
+CDatabaseWindow::Pane& CDatabaseWindow::pane_of(CWorkSheet& table) {
+  Pane& pane = panes_[&table];
+  if (pane.view != nullptr) return pane;
+  pane.view = new CCellvaneView(*document_, table, settings_, dialogs_, views_);
+  pane.presentation = std::make_unique<TablePresentation>(*document_, table);
+  pane.view->addActions(actions());
+  views_->addWidget(pane.view);
+  connect(pane.view, &CCellvaneView::place_changed, this, &CDatabaseWindow::state_changed);
+  return pane;
+}
+
+void CDatabaseWindow::show_table(CWorkSheet& table) {
+  current_table_ = &table;
+  views_->setCurrentWidget(pane_of(table).view);
+  tree_->setCurrentIndex(tree_model_->index_of(table));
+  emit state_changed();
+}
+
+void CDatabaseWindow::open_item(const QModelIndex& index) {
+  CWorkSheet* table = tree_model_->item(index).table;
+  if (index.isValid() && table != nullptr && table != current_table_) show_table(*table);
+}
+
+void CDatabaseWindow::set_explorer_visible(bool visible) {
+  tree_->setVisible(visible);
+}
+
+void CDatabaseWindow::drop_missing_tables() {
+  const std::vector<CWorkSheet*> tables = document_->database().tables();
+  std::erase_if(panes_, [&](const auto& each) {
+    if (std::ranges::find(tables, each.first) != tables.end()) return false;
+    delete each.second.view;
+    return true;
+  });
+  if (std::ranges::find(tables, current_table_) != tables.end() || tables.empty()) return;
+  current_table_ = nullptr;
+  show_table(*tables.front());
+}
+
+void CDatabaseWindow::follow(const CWorkSheet* changed) {
+  if (changed == nullptr) {
+    drop_missing_tables();
+    tree_->expandAll();
+    if (current_table_ != nullptr) tree_->setCurrentIndex(tree_model_->index_of(*current_table_));
+  }
+  // Records came or went: the model shows all until the filter and the order are worked out again.
+  Pane* pane = current_pane();
+  if (pane != nullptr && pane->view->model().shows_all() &&
+      (pane->presentation->is_filtered() || pane->presentation->is_sorted()))
+    present();
+  emit state_changed();
+}
+
+void CDatabaseWindow::report(ErrorCode error) {
+  if (error == ErrorCode::kNameNotUnique) {
+    dialogs_.show(message(MessageId::kUniqueNameNeeded), MessageIcon::kWarning);
+  } else if (error != ErrorCode::kOk) {
+    dialogs_.show_error(error);
+  }
+}
+
+// ---- the tree
+
+Folder& CDatabaseWindow::current_folder() const {
+  const TableTree::Item item = tree_model_->item(tree_->currentIndex());
+  if (item.folder != nullptr) return *item.folder;
+  return item.table != nullptr ? *item.table->folder() : document_->database().root();
+}
+
+void CDatabaseWindow::new_table() {
+  Database& database = document_->database();
+  Folder& folder = current_folder();
+  const auto name =
+      dialogs_.ask_text(tr("New Table"), tr("Name:"), to_qt(database.free_name(folder, "table1")));
+  if (!name) return;
+  auto table = rowvane::new_table(to_utf8(*name), 5, 20);
+  CWorkSheet* added = table.get();
+  const ErrorCode error = database.add_table(folder, table);
+  if (error == ErrorCode::kNameNotUnique) {
+    dialogs_.show(message(MessageId::kTableNameExists), MessageIcon::kWarning);
+  } else if (error != ErrorCode::kOk) {
+    dialogs_.show_error(error);
+  } else {
+    show_table(*added);
+  }
+}
+
+void CDatabaseWindow::new_folder() {
+  Database& database = document_->database();
+  Folder& folder = current_folder();
+  const auto name =
+      dialogs_.ask_text(tr("New Folder"), tr("Name:"), to_qt(database.free_name(folder, "folder1")));
+  if (name) report(database.add_folder(folder, to_utf8(*name)));
+}
+
+void CDatabaseWindow::rename_item() {
+  const TableTree::Item item = tree_model_->item(tree_->currentIndex());
+  if (!tree_->currentIndex().isValid()) return;
+  const std::string& present = item.folder != nullptr ? item.folder->name() : item.table->name();
+  const auto name = dialogs_.ask_text(tr("Rename"), tr("Name:"), to_qt(present));
+  if (name) tree_model_->setData(tree_->currentIndex(), *name);
+}
+
+void CDatabaseWindow::delete_item() {
+  const TableTree::Item item = tree_model_->item(tree_->currentIndex());
+  if (!tree_->currentIndex().isValid()) return;
+  const std::string& name = item.folder != nullptr ? item.folder->name() : item.table->name();
+  if (!dialogs_.ask("Delete \"" + name + "\" with all that is in it?")) return;
+  Database& database = document_->database();
+  report(item.folder != nullptr ? database.delete_folder(*item.folder) : database.delete_table(*item.table));
+}
+
+// ---- fields
+
+void CDatabaseWindow::insert_field() {
+  if (current_table_ == nullptr) return;
+  const auto name = dialogs_.ask_text(tr("Insert Field"), tr("Name:"), {});
+  if (!name) return;
+  Field field;
+  field.name = to_utf8(*name);
+  const size_t index = view()->current_field().value_or(current_table_->field_count());
+  field.position =
+      current_table_->field_count() > index ? current_table_->field(index).position : uint16_t{0};
+  const ErrorCode error = current_table_->insert_field(index, field);
+  if (error == ErrorCode::kNameNotUnique) {
+    dialogs_.show(message(MessageId::kFieldNameExists), MessageIcon::kWarning);
+  } else if (error == ErrorCode::kFieldTypeMismatch) {
+    dialogs_.show(message(MessageId::kFieldNameNeedsLetter), MessageIcon::kWarning);
+  } else {
+    report(error);
+  }
+}
+
+void CDatabaseWindow::rename_field() {
+  const auto field = view() != nullptr ? view()->current_field() : std::nullopt;
+  if (!field) return;
+  const auto name =
+      dialogs_.ask_text(tr("Rename Field"), tr("Name:"), to_qt(current_table_->field(*field).name));
+  if (!name) return;
+  const ErrorCode error = current_table_->rename_field(*field, to_utf8(*name));
+  if (error == ErrorCode::kNameNotUnique) {
+    dialogs_.show(message(MessageId::kFieldNameExists), MessageIcon::kWarning);
+  } else if (error == ErrorCode::kFieldTypeMismatch) {
+    dialogs_.show(message(MessageId::kFieldNameNeedsLetter), MessageIcon::kWarning);
+  } else {
+    report(error);
+  }
+}
+
+void CDatabaseWindow::delete_field() {
+  const auto field = view() != nullptr ? view()->current_field() : std::nullopt;
+  if (!field ||
+      !dialogs_.ask("Delete the field \"" + current_table_->field(*field).name + "\" and its values?"))
+    return;
+  report(current_table_->delete_field(*field));
+}
+
+void CDatabaseWindow::hide_field() {
+  const auto field = view() != nullptr ? view()->current_field() : std::nullopt;
+  if (!field) return;
+  Field definition = current_table_->field(*field);
+  definition.hidden = true;
+  report(current_table_->change_field(*field, definition));
+}
+
+void CDatabaseWindow::show_all_fields() {
+  const ChangeGroup step(document_->database(), "Show All Fields");
+  for (size_t i = 0; current_table_ != nullptr && i < current_table_->field_count(); ++i) {
+    Field definition = current_table_->field(i);
+    if (!std::exchange(definition.hidden, false)) continue;
+    report(current_table_->change_field(i, definition));
+  }
+}
+
+// ---- records
+
+void CDatabaseWindow::present() {
+  Pane* pane = current_pane();
+  if (pane == nullptr || presenting_) return;
+  presenting_ = true;
+  ShownRecords shown;
+  run_long_task(this, tr("Search"),
+                [&](Progress& progress) { shown = pane->presentation->work_out(progress); });
+  presenting_ = false;
+  if (!shown.failure.empty()) dialogs_.show(shown.failure, MessageIcon::kError);
+  for (const std::string& notice : shown.notices) dialogs_.show(notice, MessageIcon::kInformation);
+  if (!shown.cancelled && shown.failure.empty()) {
+    pane->view->model().show_records(std::move(shown.records));
+    if (pane->view->model().rowCount() > 0) pane->view->setCurrentIndex(pane->view->model().index(0, 0));
+  }
+  emit state_changed();
+}
+
+// The value that the current cell holds becomes the criterion of its field.
+void CDatabaseWindow::find_by_value() {
+  CCellvaneView* grid = view();
+  const auto field = grid != nullptr ? grid->current_field() : std::nullopt;
+  if (!field) return;
+  const uint32_t record = grid->model().record_at(grid->currentIndex().row());
+  const std::string text = current_table_->value_text(record, *field);
+  const bool equal = current_table_->field(*field).type == FieldType::kNumber ||
+                     current_table_->field(*field).type == FieldType::kText;
+  Criterion criterion = is_empty_criterion();
+  if (!text.empty()) criterion = {equal ? CriterionKind::kEqual : CriterionKind::kStartsWith, text};
+  document_->criteria().set(*current_table_, *field, criterion);
+  present();
+}
+
+void CDatabaseWindow::show_all_records() {
+  if (current_table_ == nullptr) return;
+  document_->criteria().clear(*current_table_);
+  present();
+}
+
+void CDatabaseWindow::sort_by_current_field(bool descending, bool with_shift) {
+  Pane* pane = current_pane();
+  const auto field = pane != nullptr ? pane->view->current_field() : std::nullopt;
+  if (!field) return;
+  const ErrorCode error = sort_by_field(pane->presentation->sort_codes(), *field, descending, with_shift);
+  if (error != ErrorCode::kOk) return report(error);
+  present();
+  pane->view->setCurrentIndex(pane->view->model().index(0, static_cast<int>(*field)));
+}
+
+void CDatabaseWindow::sort_by_nothing() {
+  Pane* pane = current_pane();
+  if (pane == nullptr) return;
+  rowvane::sort_by_nothing(pane->presentation->sort_codes());
+  present();
+}
+
+// ---- the status bar
+
+QString CDatabaseWindow::place_text() const {
+  const CCellvaneView* grid = view();
+  if (grid == nullptr) return {};
+  const QLocale locale;
+  const int row = grid->currentIndex().row();
+  return tr("Record %1 of %2").arg(locale.toString(row + 1), locale.toString(grid->model().rowCount()));
+}
+
+QString CDatabaseWindow::filter_text() const {
+  const Pane* pane = current_pane();
+  if (pane == nullptr) return {};
+  QStringList parts;
+  if (pane->presentation->is_filtered()) parts << tr("Filtered");
+  const std::string sorted = pane->presentation->sort_text();
+  if (!sorted.empty()) parts << tr("Sorted by %1").arg(to_qt(sorted));
+  return parts.join("   ");
+}
+
+QString CDatabaseWindow::selection_text() const {
+  const CCellvaneView* grid = view();
+  if (grid == nullptr || grid->selectionModel()->selection().size() == 0) return {};
+  const CellBlock block = grid->selected_block();
+  if (block.size() < 2 || block.size() > kMostSummedCells) return {};
+  double sum = 0;
+  qlonglong count = 0;
+  for (const size_t field : block.fields) {
+    const auto* numbers = std::get_if<NumberColumn>(&grid->table().column(field));
+    if (numbers == nullptr) continue;
+    for (const uint32_t record : block.records) {
+      const double cell = numbers->cells[record - 1];
+      if (cell != cell) continue;
+      sum += cell;
+      ++count;
+    }
+  }
+  if (count == 0) return {};
+  const QLocale locale;
+  return tr("Sum %1   Mean %2   Count %3")
+      .arg(locale.toString(sum, 'g', 12), locale.toString(sum / static_cast<double>(count), 'g', 12),
+           locale.toString(count));
+}
+
+}  // namespace rowvane

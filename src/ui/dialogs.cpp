@@ -1,0 +1,88 @@
+#include "ui/dialogs.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QInputDialog>
+#include <QMessageBox>
+
+#include "core/messages.h"
+#include "ui/dialogs/insert_password_dlg.h"
+#include "ui/text.h"
+
+namespace rowvane {
+namespace {
+
+QMessageBox::Icon icon_of(MessageIcon icon) {
+  switch (icon) {
+    case MessageIcon::kInformation:
+      return QMessageBox::Information;
+    case MessageIcon::kWarning:
+      return QMessageBox::Warning;
+    case MessageIcon::kError:
+      break;
+  }
+  return QMessageBox::Critical;
+}
+
+}  // namespace
+
+QString program_title() {
+  return to_qt(message(MessageId::kProgramTitle));
+}
+
+bool MessageBoxes::ask(const std::string& question) {
+  QMessageBox box(QMessageBox::Warning, program_title(), to_qt(question), QMessageBox::Yes | QMessageBox::No,
+                  parent_);
+  box.setTextFormat(Qt::PlainText);
+  box.setDefaultButton(QMessageBox::No);
+  return box.exec() == QMessageBox::Yes;
+}
+
+void MessageBoxes::show(const std::string& text, MessageIcon icon) {
+  QMessageBox box(icon_of(icon), program_title(), to_qt(text), QMessageBox::Ok, parent_);
+  box.setTextFormat(Qt::PlainText);
+  box.exec();
+}
+
+std::optional<Secret> MessageBoxes::ask_password(const std::string& path) {
+  CInsertPasswordDlg dialog(to_qt(path), parent_);
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  return dialog.take_password();
+}
+
+SaveAnswer MessageBoxes::ask_save(const QString& question) {
+  QMessageBox box(QMessageBox::Question, program_title(), question,
+                  QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, parent_);
+  box.setTextFormat(Qt::PlainText);
+  box.setDefaultButton(QMessageBox::Yes);
+  switch (box.exec()) {
+    case QMessageBox::Yes:
+      return SaveAnswer::kSave;
+    case QMessageBox::No:
+      return SaveAnswer::kDiscard;
+    default:
+      return SaveAnswer::kCancel;
+  }
+}
+
+QString MessageBoxes::choose_file_to_open(const FileChoice& choice) {
+  return QFileDialog::getOpenFileName(parent_, choice.title, choice.path, choice.filters);
+}
+
+QString MessageBoxes::choose_file_to_save(const FileChoice& choice) {
+  QFileDialog dialog(parent_, choice.title, QFileInfo(choice.path).path(), choice.filters);
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setDefaultSuffix(choice.extension);
+  dialog.selectFile(QFileInfo(choice.path).fileName());
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+  return dialog.selectedFiles().first();
+}
+
+std::optional<QString> MessageBoxes::ask_text(const QString& title, const QString& label,
+                                              const QString& text) {
+  bool accepted = false;
+  QString entered = QInputDialog::getText(parent_, title, label, QLineEdit::Normal, text, &accepted);
+  return accepted ? std::optional(std::move(entered)) : std::nullopt;
+}
+
+}  // namespace rowvane

@@ -1,0 +1,25 @@
+// Asks for the password of a protected file.
+#pragma once
+
+#include <QDialog>
+
+#include "crypto/secret.h"
+
+class QLineEdit;
+
+namespace rowvane {
+
+class CInsertPasswordDlg final : public QDialog {
+  Q_OBJECT
+
+ public:
+  explicit CInsertPasswordDlg(const QString& path, QWidget* parent = nullptr);
+
+  // What was entered; the box is empty afterwards.
+  Secret take_password();
+
+ private:
+  QLineEdit* password_;
+};
+
+}  // namespace rowvane

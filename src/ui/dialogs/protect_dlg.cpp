@@ -1,0 +1,92 @@
+#include "ui/dialogs/protect_dlg.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QLabel>
+#include <QLineEdit>
+
+#include "ui/dialogs.h"
+#include "ui/document/database_document.h"
+#include "ui/text.h"
+
+namespace rowvane {
+namespace {
+
+constexpr CipherAlgorithm kAlgorithms[] = {CipherAlgorithm::kBlowfishCfb, CipherAlgorithm::kTwofishCfb};
+
+Secret secret_of(const QLineEdit& box) {
+  std::string text = box.text().toStdString();
+  return Secret::take(text);
+}
+
+}  // namespace
+
+CProtectDlg::CProtectDlg(const Protection* present, Dialogs& dialogs, QWidget* parent)
+    : QDialog(parent),
+      dialogs_(dialogs),
+      password_(new QLineEdit(this)),
+      repeated_(new QLineEdit(this)),
+      algorithm_(new QComboBox(this)),
+      read_only_open_(
+          new QCheckBox(tr("Anyone may open the database &read-only, without the password"), this)) {
+  setWindowTitle(tr("Protect Database"));
+  for (QLineEdit* box : {password_, repeated_}) {
+    box->setEchoMode(QLineEdit::Password);
+    box->setMinimumWidth(280);
+  }
+  for (const CipherAlgorithm algorithm : kAlgorithms) algorithm_->addItem(to_qt(cipher_name(algorithm)));
+  const CipherAlgorithm shown = present != nullptr ? present->algorithm : CipherAlgorithm::kTwofishCfb;
+  algorithm_->setCurrentText(to_qt(cipher_name(shown)));
+  read_only_open_->setChecked(present != nullptr && present->read_only_open);
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+  connect(buttons, &QDialogButtonBox::accepted, this, &CProtectDlg::accept);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  auto* layout = new QFormLayout(this);
+  layout->addRow(new QLabel(tr("Leave the password empty to save the database without protection."), this));
+  layout->addRow(tr("&Password:"), password_);
+  layout->addRow(tr("Password &again:"), repeated_);
+  layout->addRow(tr("&Encryption:"), algorithm_);
+  layout->addRow(read_only_open_);
+  layout->addRow(buttons);
+}
+
+bool CProtectDlg::removes() const {
+  return password_->text().isEmpty() && repeated_->text().isEmpty();
+}
+
+ProtectionSettings CProtectDlg::entered() const {
+  ProtectionSettings settings;
+  settings.password = secret_of(*password_);
+  settings.repeated = secret_of(*repeated_);
+  settings.algorithm = kAlgorithms[algorithm_->currentIndex()];
+  settings.read_only_open = read_only_open_->isChecked();
+  return settings;
+}
+
+ProtectionSettings CProtectDlg::take_settings() {
+  ProtectionSettings settings = entered();
+  password_->clear();
+  repeated_->clear();
+  return settings;
+}
+
+void CProtectDlg::accept() {
+  if (removes()) return QDialog::accept();
+  const PasswordCheck check = check_protection(entered());
+  if (check.refusal) return dialogs_.show(message(*check.refusal), MessageIcon::kWarning);
+  if (check.question && !dialogs_.ask(message(*check.question))) return;
+  QDialog::accept();
+}
+
+void protect_database(DatabaseDocument& document, Dialogs& dialogs, QWidget* parent) {
+  CProtectDlg dialog(document.file().protection(), dialogs, parent);
+  if (dialog.exec() != QDialog::Accepted) return;
+  std::optional<Protection> protection;
+  if (!dialog.removes()) protection = make_protection(dialog.take_settings());
+  const ErrorCode error = document.file().set_protection(std::move(protection));
+  if (error != ErrorCode::kOk) dialogs.show_error(error);
+}
+
+}  // namespace rowvane

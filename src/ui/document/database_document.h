@@ -1,0 +1,69 @@
+// A database that is open in a window, with its file.
+#pragma once
+
+#include <QObject>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "file/database_file.h"
+#include "file/document.h"
+#include "formula/formula_hooks.h"
+#include "platform/regional_settings.h"
+#include "recordset/current_criteria.h"
+
+namespace rowvane {
+
+class DatabaseDocument final : public QObject, private DatabaseObserver {
+  Q_OBJECT
+
+ public:
+  // A new database, titled "New Database", with one empty table.
+  explicit DatabaseDocument(const Options& options);
+  // The database that was opened, without errors.
+  DatabaseDocument(OpenedDatabase opened, const Options& options);
+  ~DatabaseDocument() override;
+
+  Database& database() { return *database_; }
+  const Database& database() const { return *database_; }
+  DatabaseFile& file() { return *file_; }
+  const Options& options() const { return options_; }
+  // How the user writes and reads numbers and dates.
+  const platform::RegionalSettings& region() const { return region_; }
+
+  // The filters of its tables.
+  CurrentCriteria& criteria() { return *criteria_; }
+  SearchOptions& search_options() { return search_options_; }
+  const FormulaSettings& formula_settings() const { return formulas_->settings(); }
+
+  // What the tab and the title bar say, without the mark of changes.
+  QString title() const;
+  bool is_modified() const { return database_->is_modified(); }
+  // A database from a file of another format, and a new one, have no file to be saved to.
+  bool has_own_file() const { return database_->file_format() == FileFormat::kNative; }
+
+ signals:
+  // Values, fields or records of TABLE changed; null: anything may have.
+  void changed(const rowvane::CWorkSheet* table);
+
+ public slots:
+  void undo();
+  void redo();
+
+ private:
+  void database_changed(const CWorkSheet* table) override { emit changed(table); }
+  void attach();
+
+  Options options_;
+  platform::RegionalSettings region_;
+  std::unique_ptr<Database> database_;
+  std::unique_ptr<DatabaseFile> file_;
+  std::unique_ptr<FormulaHooks> formulas_;
+  std::unique_ptr<CurrentCriteria> criteria_;  // of the database, which goes later
+  SearchOptions search_options_;
+};
+
+// The first table of a new database: FIELDS text fields, RECORDS empty records.
+std::unique_ptr<CWorkSheet> new_table(std::string name, size_t fields, uint32_t records);
+
+}  // namespace rowvane

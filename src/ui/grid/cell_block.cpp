@@ -1,0 +1,152 @@
+#include "ui/grid/cell_block.h"
+
+#include <algorithm>
+#include <optional>
+#include <span>
+#include <utility>
+
+#include "core/database.h"
+#include "ui/grid/table_model.h"
+
+namespace rowvane {
+namespace {
+
+// One undo step where the table belongs to a database.
+class Step {
+ public:
+  Step(CWorkSheet& table, const char* caption) {
+    if (table.database() != nullptr) group_.emplace(*table.database(), caption);
+  }
+
+ private:
+  std::optional<ChangeGroup> group_;
+};
+
+void note(CellChanges& changes, size_t cells, ErrorCode error, const std::vector<RefusedValue>& refused) {
+  if (error != ErrorCode::kOk) {
+    changes.refused += cells;
+    if (changes.error == ErrorCode::kOk) changes.error = error;
+    return;
+  }
+  changes.refused += refused.size();
+  changes.changed += cells - refused.size();
+  if (!refused.empty() && changes.error == ErrorCode::kOk) changes.error = refused.front().error;
+}
+
+// Stores in FIELD the values that VALUE_OF answers for the 0-based places in RECORDS. Nothing: the text that
+// stands there is no value of the field.
+template <typename ValueOf>
+void store(CWorkSheet& table, size_t field, std::span<const uint32_t> records, CellChanges& changes,
+           const ValueOf& value_of) {
+  std::vector<uint32_t> positions;
+  std::vector<CellValue> values;
+  for (size_t i = 0; i < records.size(); ++i) {
+    CellValue value;
+    const ErrorCode error = value_of(i, value);
+    if (error != ErrorCode::kOk) {
+      note(changes, 1, error, {});
+      continue;
+    }
+    positions.push_back(records[i] - 1);
+    values.push_back(std::move(value));
+  }
+  if (positions.empty()) return;
+  Column cells = make_column(table.field(field).type);
+  resize_column(cells, values.size());
+  for (size_t i = 0; i < values.size(); ++i) store_value(cells, i, values[i]);
+  std::vector<RefusedValue> refused;
+  const size_t count = values.size();
+  const ErrorCode error = table.set_values(field, std::move(positions), std::move(cells), refused);
+  note(changes, count, error, refused);
+}
+
+// Calculated fields have no values of their own.
+bool is_entered(const CWorkSheet& table, size_t field) {
+  return table.field(field).formula.empty();
+}
+
+}  // namespace
+
+CellChanges clear_cells(CWorkSheet& table, const CellBlock& block) {
+  const Step step(table, "Clear");
+  CellChanges changes;
+  for (const size_t field : block.fields) {
+    if (!is_entered(table, field)) continue;
+    store(table, field, block.records, changes, [](size_t, CellValue&) { return ErrorCode::kOk; });
+  }
+  return changes;
+}
+
+CellChanges fill_down(CWorkSheet& table, const CellBlock& block) {
+  const Step step(table, "Fill Down");
+  CellChanges changes;
+  if (block.records.size() < 2) return changes;
+  for (const size_t field : block.fields) {
+    if (!is_entered(table, field)) continue;
+    const CellValue first = table.value(block.records.front(), field);
+    store(table, field, std::span(block.records).subspan(1), changes, [&](size_t, CellValue& value) {
+      value = first;
+      return ErrorCode::kOk;
+    });
+  }
+  return changes;
+}
+
+std::vector<std::vector<std::string>> parse_clipboard_text(const std::string& text) {
+  std::vector<std::vector<std::string>> rows(1);
+  std::string cell;
+  bool quoted = false;
+  bool at_start = true;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (quoted) {
+      if (c != '"') {
+        cell += c;
+      } else if (i + 1 < text.size() && text[i + 1] == '"') {
+        cell += text[++i];
+      } else {
+        quoted = false;
+      }
+      continue;
+    }
+    if (c == '"' && at_start) {
+      quoted = true;
+      at_start = false;
+    } else if (c == '\t' || c == '\n') {
+      rows.back().push_back(std::exchange(cell, {}));
+      if (c == '\n') rows.emplace_back();
+      at_start = true;
+    } else if (c != '\r') {
+      cell += c;
+      at_start = false;
+    }
+  }
+  if (!cell.empty() || !rows.back().empty()) rows.back().push_back(std::move(cell));
+  if (rows.back().empty()) rows.pop_back();
+  return rows;
+}
+
+CellChanges paste_cells(CWorkSheet& table, const CellBlock& block,
+                        const std::vector<std::vector<std::string>>& rows,
+                        const platform::RegionalSettings& region) {
+  const Step step(table, "Paste");
+  CellChanges changes;
+  const size_t height = std::min(block.records.size(), rows.size() == 1 ? block.records.size() : rows.size());
+  size_t widest = 0;
+  for (const auto& row : rows) widest = std::max(widest, row.size());
+  const bool one_cell = rows.size() == 1 && widest == 1;
+  const size_t width = std::min(block.fields.size(), one_cell ? block.fields.size() : widest);
+  for (size_t column = 0; column < width; ++column) {
+    const size_t field = block.fields[column];
+    if (!is_entered(table, field)) continue;
+    store(table, field, std::span(block.records).first(height), changes, [&](size_t i, CellValue& value) {
+      const auto& row = rows[rows.size() == 1 ? 0 : i];
+      const size_t cell = one_cell ? 0 : column;
+      if (cell >= row.size()) return ErrorCode::kOk;
+      return read_entry(table.field(field), row[cell], region, value);
+    });
+  }
+  return changes;
+}
+
+}  // namespace rowvane

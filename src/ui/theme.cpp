@@ -1,0 +1,49 @@
+#include "ui/theme.h"
+
+#include <QApplication>
+#include <QPalette>
+#include <QStyleFactory>
+
+namespace rowvane {
+namespace {
+
+struct ThemeColors {
+  QRgb window, base, alternate, text, button, highlight, highlighted_text, link, disabled, mid;
+};
+
+constexpr ThemeColors kLight = {0xF3F4F6, 0xFFFFFF, 0xF7F9FB, 0x1C1F23, 0xE9EBEE,
+                                0x2F6FB3, 0xFFFFFF, 0x1F5FA8, 0x8B9199, 0xC9CED5};
+constexpr ThemeColors kDark = {0x24272B, 0x1B1D20, 0x212428, 0xE4E7EB, 0x2E3237,
+                               0x3A6EA5, 0xFFFFFF, 0x7FB2E8, 0x7B828B, 0x41464D};
+
+QPalette palette_of(const ThemeColors& colors) {
+  QPalette palette;
+  palette.setColor(QPalette::Window, QColor::fromRgb(colors.window));
+  palette.setColor(QPalette::WindowText, QColor::fromRgb(colors.text));
+  palette.setColor(QPalette::Base, QColor::fromRgb(colors.base));
+  palette.setColor(QPalette::AlternateBase, QColor::fromRgb(colors.alternate));
+  palette.setColor(QPalette::ToolTipBase, QColor::fromRgb(colors.base));
+  palette.setColor(QPalette::ToolTipText, QColor::fromRgb(colors.text));
+  palette.setColor(QPalette::PlaceholderText, QColor::fromRgb(colors.disabled));
+  palette.setColor(QPalette::Text, QColor::fromRgb(colors.text));
+  palette.setColor(QPalette::Button, QColor::fromRgb(colors.button));
+  palette.setColor(QPalette::ButtonText, QColor::fromRgb(colors.text));
+  palette.setColor(QPalette::BrightText, Qt::white);
+  palette.setColor(QPalette::Highlight, QColor::fromRgb(colors.highlight));
+  palette.setColor(QPalette::HighlightedText, QColor::fromRgb(colors.highlighted_text));
+  palette.setColor(QPalette::Link, QColor::fromRgb(colors.link));
+  palette.setColor(QPalette::Mid, QColor::fromRgb(colors.mid));
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(QPalette::Disabled, role, QColor::fromRgb(colors.disabled));
+  }
+  return palette;
+}
+
+}  // namespace
+
+void set_dark_colors(bool dark) {
+  QApplication::setStyle(QStyleFactory::create("Fusion"));
+  QApplication::setPalette(palette_of(dark ? kDark : kLight));
+}
+
+}  // namespace rowvane
