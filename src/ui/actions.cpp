@@ -52,8 +52,8 @@ constexpr std::array kCommands = {
 
     CommandText{Command::kFindByValue, "&Search", "&Quick Search by Value", "Ctrl+Shift+F", "filter", "Show the records with the value of the current cell", Needs::kRecords},
     CommandText{Command::kShowAllRecords, "&Search", "Show &All Records (2 x Escape)", "", "", "Remove all search filters", Needs::kTable},
-    CommandText{Command::kSortAscending, "&Search|", "&Ascending (+Shift)", "", "ascending", "Sort by the current field; with Shift by a further one", Needs::kTable},
-    CommandText{Command::kSortDescending, "&Search", "&Descending (+Shift)", "", "descending", "Sort by the current field from its end; with Shift by a further one", Needs::kTable},
+    CommandText{Command::kSortAscending, "&Search|", "&Ascending (+Shift)", "F7; Shift+F7", "ascending", "Sort by the current field; with Shift by a further one", Needs::kTable},
+    CommandText{Command::kSortDescending, "&Search", "&Descending (+Shift)", "F8; Shift+F8", "descending", "Sort by the current field from its end; with Shift by a further one", Needs::kTable},
     CommandText{Command::kNoSorting, "&Search", "&No Sorting", "", "", "Show the records in the order in which they were entered", Needs::kTable},
 
     CommandText{Command::kShowExplorer, "&View", "&Database Explorer", "Ctrl+B", "explorer", "Show the tree of folders and tables", Needs::kNothing, true},

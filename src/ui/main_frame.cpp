@@ -263,7 +263,7 @@ void CMainFrame::update_state() {
   place_->setText(window != nullptr ? window->place_text() : QString());
   filter_->setText(window != nullptr ? window->filter_text() : QString());
   selection_->setText(window != nullptr ? window->selection_text() : QString());
-  setWindowTitle(window != nullptr ? window->document().title() + " - " + program_title() : program_title());
+  setWindowTitle(window != nullptr ? window->document().title() + "[*] - " + program_title() : program_title());
   setWindowModified(window != nullptr && window->document().is_modified());
 }
 
