@@ -50,7 +50,10 @@ constexpr std::array kCommands = {
     CommandText{Command::kDeleteRecords, "&Records", "&Delete Records", "Ctrl+Del", "delete", "Delete the selected records", Needs::kRecords},
     CommandText{Command::kUpdateFormulas, "&Records|", "&Update All Calculated Fields", "F9", "", "Work out all formulas", Needs::kDatabase},
 
-    CommandText{Command::kFindByValue, "&Search", "&Quick Search by Value", "Ctrl+Shift+F", "filter", "Show the records with the value of the current cell", Needs::kRecords},
+    CommandText{Command::kFind, "&Search", "&Find...", "Ctrl+F", "find", "Look for a text in the shown records", Needs::kRecords},
+    CommandText{Command::kFindNext, "&Search", "Find &Next", "F3", "", "Go to the next cell with the text", Needs::kRecords},
+    CommandText{Command::kFindPrevious, "&Search", "Find &Previous", "Shift+F3", "", "Go to the cell before with the text", Needs::kRecords},
+    CommandText{Command::kFindByValue, "&Search|", "&Quick Search by Value", "Ctrl+Shift+F", "filter", "Show the records with the value of the current cell", Needs::kRecords},
     CommandText{Command::kShowAllRecords, "&Search", "Show &All Records (2 x Escape)", "", "", "Remove all search filters", Needs::kTable},
     CommandText{Command::kSortAscending, "&Search|", "&Ascending (+Shift)", "F7; Shift+F7", "ascending", "Sort by the current field; with Shift by a further one", Needs::kTable},
     CommandText{Command::kSortDescending, "&Search", "&Descending (+Shift)", "F8; Shift+F8", "descending", "Sort by the current field from its end; with Shift by a further one", Needs::kTable},

@@ -15,6 +15,7 @@
 #include <QTabWidget>
 #include <QTimer>
 #include <QToolBar>
+#include <QVBoxLayout>
 
 #include "app/file_type_registration.h"
 #include "platform/file.h"
@@ -51,7 +52,19 @@ CMainFrame::CMainFrame(ProgramProfile& profile, Dialogs& dialogs, const QString&
   tabs_->setDocumentMode(true);
   tabs_->setTabsClosable(true);
   tabs_->setMovable(true);
-  setCentralWidget(tabs_);
+  find_bar_ = new CFindBar(profile.settings(), dialogs, this);
+  auto* center = new QWidget(this);
+  auto* layout = new QVBoxLayout(center);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(tabs_, 1);
+  layout->addWidget(find_bar_);
+  setCentralWidget(center);
+  connect(find_bar_, &CFindBar::left, this, [this] {
+    find_bar_->hide();
+    if (current_window() != nullptr && current_window()->view() != nullptr)
+      current_window()->view()->setFocus();
+  });
   make_menus();
   make_toolbar();
   make_status_bar();
@@ -101,7 +114,7 @@ void CMainFrame::make_toolbar() {
       {Command::kUndo, Command::kRedo},
       {Command::kCut, Command::kCopy, Command::kPaste},
       {Command::kInsertRecords, Command::kDeleteRecords, Command::kInsertField},
-      {Command::kFindByValue, Command::kSortAscending, Command::kSortDescending},
+      {Command::kFind, Command::kFindByValue, Command::kSortAscending, Command::kSortDescending},
       {Command::kImport, Command::kExport},
   };
   for (const auto& group : groups) {
@@ -189,6 +202,9 @@ void CMainFrame::connect_commands() {
   on(Command::kNewFolder, &CDatabaseWindow::new_folder);
   on(Command::kRenameItem, &CDatabaseWindow::rename_item);
   on(Command::kDeleteItem, &CDatabaseWindow::delete_item);
+  on(Command::kFind, [this] { find_bar_->open(); });
+  on(Command::kFindNext, [this] { find_bar_->find_next(); });
+  on(Command::kFindPrevious, [this] { find_bar_->find_previous(); });
   on(Command::kFindByValue, &CDatabaseWindow::find_by_value);
   on(Command::kShowAllRecords, &CDatabaseWindow::show_all_records);
   on(Command::kSortAscending, [this] { sort(false); });
@@ -260,10 +276,13 @@ void CMainFrame::update_state() {
     tabs_->setTabToolTip(i, shown_path(to_qt(document.database().file_path())));
   }
   CDatabaseWindow* window = current_window();
+  find_bar_->set_view(window != nullptr ? window->view() : nullptr,
+                      window != nullptr ? &window->document() : nullptr);
   place_->setText(window != nullptr ? window->place_text() : QString());
   filter_->setText(window != nullptr ? window->filter_text() : QString());
   selection_->setText(window != nullptr ? window->selection_text() : QString());
-  setWindowTitle(window != nullptr ? window->document().title() + "[*] - " + program_title() : program_title());
+  setWindowTitle(window != nullptr ? window->document().title() + "[*] - " + program_title()
+                                   : program_title());
   setWindowModified(window != nullptr && window->document().is_modified());
 }
 
@@ -291,6 +310,7 @@ void CMainFrame::add_window(std::unique_ptr<DatabaseDocument> document, const QS
   connect(window, &CDatabaseWindow::escape_pressed, this, &CMainFrame::escape_pressed);
   connect(&window->document(), &DatabaseDocument::changed, this, &CMainFrame::update_state);
   connect(&window->document(), &DatabaseDocument::saved, this, &CMainFrame::update_state);
+  window->document().search_options() = search_options(profile_.settings());
   recovery_.watch_recovered(window->document(), recovery_copy);
   window->set_explorer_visible(actions_.of(Command::kShowExplorer)->isChecked());
   tabs_->setCurrentIndex(tabs_->addTab(window, icon("table"), window->document().title()));

@@ -13,6 +13,7 @@
 #include "ui/document/document_files.h"
 #include "ui/document/recovery_folder.h"
 #include "ui/document/recovery_saver.h"
+#include "ui/find_bar.h"
 
 class QLabel;
 class QTabWidget;
@@ -87,6 +88,7 @@ class CMainFrame final : public QMainWindow {
   RecoverySaver recovery_;
   Actions actions_;
   QTabWidget* tabs_;
+  CFindBar* find_bar_;
   QMenu* recent_files_ = nullptr;
   QLabel* place_ = nullptr;
   QLabel* filter_ = nullptr;
