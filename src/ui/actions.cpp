@@ -88,20 +88,14 @@ Actions::Actions(QObject* parent) : QObject(parent) {
     action->setStatusTip(tr(command.tip));
     action->setShortcuts(shortcuts_of(command));
     action->setCheckable(command.checkable);
+    if (command.icon[0] != '\0') action->setIcon(icon(command.icon));
     actions_.emplace(command.command, action);
   }
   actions_.at(Command::kExit)->setMenuRole(QAction::QuitRole);
-  update_icons();
 }
 
 void Actions::update(const std::function<bool(Needs)>& has) {
   for (const CommandText& command : kCommands) of(command.command)->setEnabled(has(command.needs));
-}
-
-void Actions::update_icons() {
-  for (const CommandText& command : kCommands) {
-    if (command.icon[0] != '\0') of(command.command)->setIcon(icon(command.icon));
-  }
 }
 
 }  // namespace rowvane

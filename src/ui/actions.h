@@ -100,8 +100,6 @@ class Actions final : public QObject {
   QAction* of(Command command) const { return actions_.at(command); }
   // Enables those whose needs HAS answers true for.
   void update(const std::function<bool(Needs)>& has);
-  // Draws the icons anew, in the colour of the texts.
-  void update_icons();
 
  private:
   std::map<Command, QAction*> actions_;

@@ -224,7 +224,6 @@ void CMainFrame::connect_commands() {
     const bool dark = actions_.of(Command::kDarkMode)->isChecked();
     profile_.settings().toolbar_options.dark_mode = dark;
     set_dark_colors(dark);
-    actions_.update_icons();
   });
   on(Command::kRegisterFileType, [this] {
     const Notice notice = register_database_files(platform::known_folders().program_file);
@@ -459,7 +458,6 @@ void CMainFrame::load_profile() {
   update_recent_files();
   actions_.of(Command::kDarkMode)->setChecked(profile_.settings().toolbar_options.dark_mode);
   set_dark_colors(profile_.settings().toolbar_options.dark_mode);
-  actions_.update_icons();
 }
 
 void CMainFrame::save_profile_as() {
