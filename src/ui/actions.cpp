@@ -67,11 +67,13 @@ constexpr std::array kCommands = {
 
     CommandText{Command::kRegisterFileType, "&Help", "Register Rowvane *.rvb File Type", "", "", "Open databases with Rowvane from the desktop"},
     CommandText{Command::kUnregisterFileType, "&Help", "Unregister Rowvane *.rvb File Type", "", "", "Open databases with Rowvane no more"},
+    CommandText{Command::kUninstall, "&Help", "&Uninstall...", "", "", "Take Rowvane off this computer"},
     CommandText{Command::kAbout, "&Help|", "&About Rowvane", "", "", "The version of the program"},
 };
 // clang-format on
 
 QList<QKeySequence> shortcuts_of(const CommandText& command) {
+  if (command.shortcut[0] == '\0') return {};
   return QKeySequence::listFromString(QString::fromLatin1(command.shortcut));
 }
 

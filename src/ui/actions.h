@@ -24,6 +24,7 @@ enum class Command {
   kSaveProfileAs,
   kRegisterFileType,
   kUnregisterFileType,
+  kUninstall,
   kExit,
   kUndo,
   kRedo,

@@ -233,6 +233,11 @@ void CMainFrame::connect_commands() {
     const Notice notice = unregister_database_files(platform::known_folders().program_file);
     files_.show_notices({notice});
   });
+  on(Command::kUninstall, [this] {
+    if (!uninstall_ || !uninstall_()) return;
+    profile_.forget_path();
+    close();
+  });
   on(Command::kAbout, [this] {
     dialogs_.show(to_utf8(program_title()) + "\n\nA desktop database.\nGPL-3.0-or-later",
                   MessageIcon::kInformation);
@@ -267,11 +272,19 @@ bool CMainFrame::has(Needs needs) const {
   }
 }
 
+QString CMainFrame::tab_text(const DatabaseDocument& document) const {
+  QString text = document.title();
+  const int limit = profile_.settings().check_box_options.tabbed_names_limit;
+  if (text.size() > limit) text = text.left(limit) + QChar(0x2026);
+  if (document.file().is_read_only()) text += ' ' + tr("(read-only)");
+  return document.is_modified() ? text + '*' : text;
+}
+
 void CMainFrame::update_state() {
   actions_.update([this](Needs needs) { return has(needs); });
   for (int i = 0; i < tabs_->count(); ++i) {
     DatabaseDocument& document = static_cast<CDatabaseWindow*>(tabs_->widget(i))->document();
-    tabs_->setTabText(i, document.title() + (document.is_modified() ? "*" : ""));
+    tabs_->setTabText(i, tab_text(document));
     tabs_->setTabToolTip(i, shown_path(to_qt(document.database().file_path())));
   }
   CDatabaseWindow* window = current_window();
