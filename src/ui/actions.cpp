@@ -65,7 +65,8 @@ constexpr std::array kCommands = {
     CommandText{Command::kZoomReset, "&View", "&Normal Size", "Ctrl+0", "", "Show the table in its normal size", Needs::kTable},
     CommandText{Command::kDarkMode, "&View|", "&Dark Colors", "", "", "Bright text on a dark ground", Needs::kNothing, true},
 
-    CommandText{Command::kRegisterFileType, "&Help", "Register Rowvane *.rvb File Type", "", "", "Open databases with Rowvane from the desktop"},
+    CommandText{Command::kKeyboard, "&Help", "&Keyboard...", "F1", "", "The keys of all commands"},
+    CommandText{Command::kRegisterFileType, "&Help|", "Register Rowvane *.rvb File Type", "", "", "Open databases with Rowvane from the desktop"},
     CommandText{Command::kUnregisterFileType, "&Help", "Unregister Rowvane *.rvb File Type", "", "", "Open databases with Rowvane no more"},
     CommandText{Command::kUninstall, "&Help", "&Uninstall...", "", "", "Take Rowvane off this computer"},
     CommandText{Command::kAbout, "&Help|", "&About Rowvane", "", "", "The version of the program"},

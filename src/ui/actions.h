@@ -63,6 +63,7 @@ enum class Command {
   kNoSorting,
   kUpdateFormulas,
   kProtect,
+  kKeyboard,
   kAbout,
 };
 

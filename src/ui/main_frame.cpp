@@ -20,6 +20,7 @@
 #include "app/file_type_registration.h"
 #include "platform/file.h"
 #include "platform/folders.h"
+#include "ui/dialogs/keyboard_dlg.h"
 #include "ui/dialogs/open_text_file_dlg.h"
 #include "ui/dialogs/protect_dlg.h"
 #include "ui/icons.h"
@@ -233,6 +234,7 @@ void CMainFrame::connect_commands() {
     const Notice notice = unregister_database_files(platform::known_folders().program_file);
     files_.show_notices({notice});
   });
+  on(Command::kKeyboard, [this] { CKeyboardDlg(this).exec(); });
   on(Command::kUninstall, [this] {
     if (!uninstall_ || !uninstall_()) return;
     profile_.forget_path();

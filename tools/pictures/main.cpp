@@ -9,6 +9,7 @@
 
 #include "crypto/protection.h"
 #include "ui/dialogs/insert_password_dlg.h"
+#include "ui/dialogs/keyboard_dlg.h"
 #include "ui/dialogs/open_text_file_dlg.h"
 #include "ui/dialogs/protect_dlg.h"
 #include "ui/dialogs/save_text_file_dlg.h"
@@ -39,6 +40,8 @@ class Pictures {
     save(open, "open-text");
     CSaveTextFileDlg text(window.view()->table(), 0);
     save(text, "save-text");
+    CKeyboardDlg keyboard;
+    save(keyboard, "keyboard");
     CInsertPasswordDlg password(database_);
     save(password, "password");
     CProtectDlg protect(nullptr, dialogs_);
