@@ -120,7 +120,12 @@ void CMainFrame::make_status_bar() {
 }
 
 void CMainFrame::on(Command command, const std::function<void()>& run) {
-  connect(actions_.of(command), &QAction::triggered, this, run);
+  connect(actions_.of(command), &QAction::triggered, this, [this, command, run] {
+    // What is being typed is stored first; these two write into it.
+    const bool writes = command == Command::kInsertToday || command == Command::kCopyFromAbove;
+    CCellvaneView* view = current_window() != nullptr ? current_window()->view() : nullptr;
+    if (writes || view == nullptr || view->finish_editing()) run();
+  });
 }
 
 void CMainFrame::on(Command command, Step step) {
@@ -162,10 +167,10 @@ void CMainFrame::connect_commands() {
   on(Command::kClear, &CCellvaneView::clear);
   on(Command::kFillDown, &CCellvaneView::fill_down);
   on(Command::kSelectAll, [this] { current_window()->view()->selectAll(); });
-  on(Command::kEditCell, [this] {
-    CCellvaneView* view = current_window()->view();
-    view->edit(view->currentIndex());
-  });
+  on(Command::kEditCell, &CCellvaneView::edit_current);
+  on(Command::kInsertToday, &CCellvaneView::insert_today);
+  on(Command::kCopyFromAbove, &CCellvaneView::copy_from_above);
+  on(Command::kOpenLink, &CCellvaneView::open_link);
   on(Command::kInsertRecords, &CCellvaneView::insert_records);
   on(Command::kAppendRecord, &CCellvaneView::append_record);
   on(Command::kDuplicateRecords, &CCellvaneView::duplicate_records);
@@ -194,6 +199,11 @@ void CMainFrame::connect_commands() {
   on(Command::kZoomOut,
      [this] { current_window()->view()->set_zoom(current_window()->view()->zoom() - 10); });
   on(Command::kZoomReset, [this] { current_window()->view()->set_zoom(100); });
+  on(Command::kFreezeFields, &CCellvaneView::freeze_fields);
+  on(Command::kFreezeRecords, &CCellvaneView::freeze_records);
+  on(Command::kUnfreeze, &CCellvaneView::unfreeze);
+  on(Command::kMoreLines, &CCellvaneView::more_lines);
+  on(Command::kFewerLines, &CCellvaneView::fewer_lines);
   on(Command::kDarkMode, [this] {
     const bool dark = actions_.of(Command::kDarkMode)->isChecked();
     profile_.settings().toolbar_options.dark_mode = dark;
@@ -250,11 +260,29 @@ void CMainFrame::update_state() {
     tabs_->setTabToolTip(i, shown_path(to_qt(document.database().file_path())));
   }
   CDatabaseWindow* window = current_window();
+  if (window != nullptr && window->view() != nullptr) prepare_view(*window->view());
   place_->setText(window != nullptr ? window->place_text() : QString());
   filter_->setText(window != nullptr ? window->filter_text() : QString());
   selection_->setText(window != nullptr ? window->selection_text() : QString());
   setWindowTitle(window != nullptr ? window->document().title() + " - " + program_title() : program_title());
   setWindowModified(window != nullptr && window->document().is_modified());
+}
+
+// Views are made when their tables are first shown.
+void CMainFrame::prepare_view(CCellvaneView& view) {
+  if (!view.actions().isEmpty()) return;
+  connect(&view, &CCellvaneView::escape_pressed, this, &CMainFrame::escape_pressed);
+  for (const Command command : {Command::kCut, Command::kCopy, Command::kPaste, Command::kClear,
+                                Command::kFillDown, Command::kFindByValue, Command::kOpenLink,
+                                Command::kInsertRecords, Command::kDuplicateRecords, Command::kDeleteRecords}) {
+    view.addAction(actions_.of(command));
+  }
+  for (const Command command : {Command::kSortAscending, Command::kSortDescending, Command::kNoSorting,
+                                Command::kFreezeFields, Command::kUnfreeze, Command::kHideField,
+                                Command::kShowAllFields, Command::kRenameField, Command::kInsertField,
+                                Command::kDeleteField}) {
+    view.field_header().addAction(actions_.of(command));
+  }
 }
 
 void CMainFrame::update_recent_files() {
@@ -287,10 +315,7 @@ void CMainFrame::add_window(std::unique_ptr<DatabaseDocument> document) {
   connect(&window->document(), &DatabaseDocument::changed, this, &CMainFrame::update_state);
   window->set_explorer_visible(actions_.of(Command::kShowExplorer)->isChecked());
   tabs_->setCurrentIndex(tabs_->addTab(window, window->document().title()));
-  if (window->view() != nullptr) {
-    connect(window->view(), &CCellvaneView::escape_pressed, this, &CMainFrame::escape_pressed);
-    window->view()->setFocus();
-  }
+  if (window->view() != nullptr) window->view()->setFocus();
   update_state();
 }
 

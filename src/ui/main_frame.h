@@ -58,6 +58,7 @@ class CMainFrame final : public QMainWindow {
   void on(Command command, ViewStep step);
 
   void update_state();
+  void prepare_view(CCellvaneView& view);
   bool has(Needs needs) const;
   void update_recent_files();
   void remember_file(const QString& path);
