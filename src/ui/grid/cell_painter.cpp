@@ -1,5 +1,6 @@
 #include "ui/grid/cell_painter.h"
 
+#include <QTextOption>
 #include <algorithm>
 
 #include "formula/number_format.h"
@@ -84,11 +85,12 @@ void CellPainter::draw_line(const QRect& rect, const ShownCell& cell) {
 
 void CellPainter::draw_lines(const QRect& rect, const ShownCell& cell) {
   const qsizetype most = (rect.width() / 2 + 2) * qsizetype{look_.lines};
-  const int wrap = cell.wraps ? Qt::TextWrapAnywhere | Qt::TextWordWrap : 0;
+  QTextOption option(Qt::AlignLeft | Qt::AlignTop);
+  option.setWrapMode(cell.wraps ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
+  const QRect lines(rect.left(), rect.top() + 3, rect.width(), metrics_.height() * look_.lines);
   painter_.save();
-  painter_.setClipRect(rect, Qt::IntersectClip);
-  painter_.drawText(rect.adjusted(0, 3, 0, 0), Qt::AlignLeft | Qt::AlignTop | Qt::TextExpandTabs | wrap,
-                    shortened(cell.text, most, false));
+  painter_.setClipRect(lines, Qt::IntersectClip);
+  painter_.drawText(QRectF(lines), shortened(cell.text, most, false), option);
   painter_.restore();
 }
 
