@@ -33,6 +33,10 @@ const DropDownList* CellDelegate::choices_of(const Field& field) const {
   return found != lists.end() ? &*found : nullptr;
 }
 
+void CellDelegate::put_cursor_at_end() {
+  if (CellEditor* cell = as_cell_editor(editor_)) cell->set_text(cell->text(), false);
+}
+
 QWidget* CellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&,
                                     const QModelIndex& index) const {
   const auto column = static_cast<size_t>(index.column());

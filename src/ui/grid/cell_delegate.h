@@ -28,6 +28,7 @@ class CellDelegate final : public QStyledItemDelegate {
   QString text() const;
   void insert(const QString& text);
   void open_choices();
+  void put_cursor_at_end();
   // The next editor is opened by typing: what is typed replaces the value, and arrow keys leave it.
   void set_typing(bool typing) { typing_ = typing; }
 

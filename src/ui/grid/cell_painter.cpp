@@ -2,6 +2,7 @@
 
 #include <QTextOption>
 #include <algorithm>
+#include <cmath>
 
 #include "formula/number_format.h"
 #include "ui/grid/type_signs.h"
@@ -26,13 +27,23 @@ QString shortened(const QString& text, qsizetype most, bool shows_end) {
 
 }  // namespace
 
-CellPainter::CellPainter(QPainter& painter, const Look& look, Thumbnails& thumbnails)
-    : painter_(painter), look_(look), thumbnails_(thumbnails), metrics_(look.font), link_font_(look.font) {
+CellPainter::CellPainter(QPainter& painter, const Look& look, const TextWidths& widths, Thumbnails& thumbnails)
+    : painter_(painter),
+      look_(look),
+      widths_(widths),
+      thumbnails_(thumbnails),
+      metrics_(look.font),
+      link_font_(look.font) {
   link_font_.setUnderline(true);
 }
 
 int CellPainter::thumbnail_side(int height) const {
   return std::min(look_.thumbnail, height - 4);
+}
+
+int CellPainter::width_of(const QString& text) const {
+  const auto width = widths_.width(text);
+  return width ? static_cast<int>(std::ceil(*width)) : metrics_.horizontalAdvance(text);
 }
 
 int CellPainter::wanted_width(const ShownCell& cell) const {
@@ -68,7 +79,7 @@ void CellPainter::draw_line(const QRect& rect, const ShownCell& cell) {
   const qsizetype most = rect.width() / 2 + 2;
   QString text = cell.fill.isEmpty() ? on_one_line(shortened(cell.text, most, cell.shows_end))
                                      : filled(cell, rect.width());
-  int width = metrics_.horizontalAdvance(text);
+  int width = width_of(text);
   if (width > rect.width()) {
     // Half a number would be a wrong one.
     text = cell.is_number ? to_qt(kNotShown)

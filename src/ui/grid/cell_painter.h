@@ -6,6 +6,7 @@
 #include <QPalette>
 
 #include "ui/grid/cell_texts.h"
+#include "ui/grid/text_widths.h"
 #include "ui/grid/thumbnails.h"
 
 namespace rowvane {
@@ -21,8 +22,8 @@ class CellPainter {
     int thumbnail = 0;   // largest side of a thumbnail; 0: none are shown
   };
 
-  // All must outlive this.
-  CellPainter(QPainter& painter, const Look& look, Thumbnails& thumbnails);
+  // All must outlive this; WIDTHS are those of the look's font.
+  CellPainter(QPainter& painter, const Look& look, const TextWidths& widths, Thumbnails& thumbnails);
 
   // The contents of a cell on a ground that is already drawn.
   void draw(const QRect& rect, const ShownCell& cell);
@@ -35,11 +36,14 @@ class CellPainter {
   QRect draw_thumbnails(const QRect& rect, const FileList& files);
   QString filled(const ShownCell& cell, int width) const;
   int thumbnail_side(int height) const;
+  // Exact for numbers; for other texts it may be too much by what kerning takes.
+  int width_of(const QString& text) const;
 
   static constexpr int kMargin = 4;
 
   QPainter& painter_;
   const Look& look_;
+  const TextWidths& widths_;
   Thumbnails& thumbnails_;
   QFontMetrics metrics_;
   QFont link_font_;

@@ -157,6 +157,7 @@ void CCellvaneView::set_zoom(int percent) {
   QFont scaled = normal_font_;
   scaled.setPointSizeF(normal_font_.pointSizeF() * zoom_ / 100.0);
   setFont(scaled);
+  widths_.emplace(scaled);
   field_header_->setFont(scaled);
   record_header_->setFont(scaled);
   lay_out();
@@ -213,7 +214,7 @@ void CCellvaneView::fit_field(int place) {
   QPixmap unused(1, 1);
   QPainter painter(&unused);
   const CellPainter::Look cell_look = look();
-  const CellPainter cells(painter, cell_look, thumbnails_);
+  const CellPainter cells(painter, cell_look, *widths_, thumbnails_);
   int width = field_header_->wanted_width(field);
   const auto [first, end] = layout_.scrolled_rows();
   for (int row = first; row < end; ++row) {
@@ -254,6 +255,7 @@ void CCellvaneView::move_field(int place, int before) {
 void CCellvaneView::dataChanged(const QModelIndex&, const QModelIndex&, const QList<int>&) {
   lay_out();
   show_headers();
+  summary_->begin(cell_groups(selectionModel()->selection(), layout_));
   emit place_changed();
 }
 
@@ -263,7 +265,7 @@ void CCellvaneView::remember_place() {
   if (!current.isValid() || current.row() >= model_->rowCount()) return;
   place_.row = current.row();
   place_.record = model_->record_at(current.row());
-  place_.field = table().field_id(std::min(static_cast<size_t>(current.column()), table().field_count() - 1));
+  place_.field = current_field_id_;  // the table has changed already
   place_.rows_above = current.row() - layout_.scrolled_rows().first;
 }
 
@@ -272,6 +274,7 @@ void CCellvaneView::find_place_again() {
   const Place place = place_;
   lay_out();
   if (!is_usable()) {
+    summary_->begin({});
     show_headers();
     emit place_changed();
     return;

@@ -201,6 +201,7 @@ class CCellvaneView final : public QAbstractItemView {
   QToolButton* corner_;
   SelectionSummary* summary_;
   mutable Thumbnails thumbnails_;
+  std::optional<TextWidths> widths_;  // of the font
   int zoom_ = 100;
   QFont normal_font_;
   bool in_geometry_ = false;
@@ -215,6 +216,7 @@ class CCellvaneView final : public QAbstractItemView {
   QPoint drag_point_;
   QBasicTimer drag_timer_;
   int chosen_field_ = -1;
+  FieldId current_field_id_ = 0;
   Place place_;
 };
 

@@ -31,7 +31,9 @@ bool CCellvaneView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* 
   }
   scrollTo(index);
   delegate_->set_typing(trigger == AnyKeyPressed);
-  return QAbstractItemView::edit(index, trigger, trigger == AnyKeyPressed ? event : nullptr);
+  const bool is_open = QAbstractItemView::edit(index, trigger, trigger == AnyKeyPressed ? event : nullptr);
+  if (is_open && trigger != AnyKeyPressed) delegate_->put_cursor_at_end();
+  return is_open;
 }
 
 // What was refused stays to be corrected.

@@ -33,7 +33,7 @@ void CCellvaneView::paintEvent(QPaintEvent* event) {
   painter.fillRect(event->rect(), palette().color(QPalette::Base));
   if (!is_usable()) return;
   const CellPainter::Look cell_look = look();
-  CellPainter cells(painter, cell_look, thumbnails_);
+  CellPainter cells(painter, cell_look, *widths_, thumbnails_);
   const int x = layout_.frozen_width();
   const int y = layout_.frozen_height();
   const QRect all = viewport()->rect();

@@ -209,7 +209,10 @@ void CCellvaneView::currentChanged(const QModelIndex& current, const QModelIndex
     removes_ = false;
     span_ = Span::kCells;
   }
-  if (current.isValid()) chosen_field_ = current.column();
+  if (current.isValid()) {
+    chosen_field_ = current.column();
+    current_field_id_ = table().field_id(static_cast<size_t>(current.column()));
+  }
   viewport()->update();
   show_headers();
   if (QAccessible::isActive() && current.isValid() && hasFocus()) {
