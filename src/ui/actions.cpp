@@ -33,6 +33,9 @@ constexpr std::array kCommands = {
     CommandText{Command::kFillDown, "&Edit", "Fill &Down", "Ctrl+D", "", "Give the selected cells the values of the first one", Needs::kRecords},
     CommandText{Command::kSelectAll, "&Edit", "Select &All", "Ctrl+A", "", "Select all cells", Needs::kTable},
     CommandText{Command::kEditCell, "&Edit", "&Edit Cell", "F2", "", "Change the value of the current cell", Needs::kRecords},
+    CommandText{Command::kInsertToday, "&Edit", "Insert &Today", "Ctrl+;", "", "Enter the date of today", Needs::kRecords},
+    CommandText{Command::kCopyFromAbove, "&Edit", "Value from A&bove", "Ctrl+'", "", "Enter the value of the cell above", Needs::kRecords},
+    CommandText{Command::kOpenLink, "&Edit", "&Open Link", "", "", "Open what the link in the current cell leads to (Ctrl+click)", Needs::kRecords},
 
     CommandText{Command::kNewTable, "&Table", "&New Table...", "Ctrl+T", "table", "Add an empty table", Needs::kDatabase},
     CommandText{Command::kNewFolder, "&Table", "New &Folder...", "", "folder", "Add a folder for tables", Needs::kDatabase},
@@ -63,6 +66,11 @@ constexpr std::array kCommands = {
     CommandText{Command::kZoomIn, "&View|", "Zoom &In", "Ctrl++; Ctrl+=", "", "Show the table larger", Needs::kTable},
     CommandText{Command::kZoomOut, "&View", "Zoom &Out", "Ctrl+-", "", "Show the table smaller", Needs::kTable},
     CommandText{Command::kZoomReset, "&View", "&Normal Size", "Ctrl+0", "", "Show the table in its normal size", Needs::kTable},
+    CommandText{Command::kFreezeFields, "&View|", "&Freeze Fields", "", "", "Let the fields up to the current one stay in view", Needs::kRecords},
+    CommandText{Command::kFreezeRecords, "&View", "Freeze &Records", "", "", "Let the records above the current one stay in view", Needs::kRecords},
+    CommandText{Command::kUnfreeze, "&View", "&Unfreeze", "", "", "Let all fields and records scroll again", Needs::kTable},
+    CommandText{Command::kMoreLines, "&View|", "&More Lines", "Ctrl+Alt+Down", "", "Show more lines of text in each record", Needs::kTable},
+    CommandText{Command::kFewerLines, "&View", "F&ewer Lines", "Ctrl+Alt+Up", "", "Show fewer lines of text in each record", Needs::kTable},
     CommandText{Command::kDarkMode, "&View|", "&Dark Colors", "", "", "Bright text on a dark ground", Needs::kNothing, true},
 
     CommandText{Command::kKeyboard, "&Help", "&Keyboard...", "F1", "", "The keys of all commands"},

@@ -16,7 +16,6 @@ namespace rowvane {
 namespace {
 
 constexpr int kExplorerWidth = 200;
-constexpr uint64_t kMostSummedCells = 5'000'000;
 
 }  // namespace
 
@@ -79,10 +78,11 @@ CDatabaseWindow::Pane& CDatabaseWindow::pane_of(CWorkSheet& table) {
   if (pane.view != nullptr) return pane;
   pane.view = new CCellvaneView(*document_, table, settings_, dialogs_, views_);
   pane.presentation = std::make_unique<TablePresentation>(*document_, table);
-  pane.view->addActions(actions());
+  pane.view->set_presentation(pane.presentation.get());
   views_->addWidget(pane.view);
-  connect(pane.view, &CCellvaneView::escape_pressed, this, &CDatabaseWindow::escape_pressed);
   connect(pane.view, &CCellvaneView::place_changed, this, &CDatabaseWindow::state_changed);
+  // Later, when all others know of the change.
+  connect(&pane.view->model(), &TableModel::outdated, this, &CDatabaseWindow::present, Qt::QueuedConnection);
   return pane;
 }
 
@@ -120,11 +120,6 @@ void CDatabaseWindow::follow(const CWorkSheet* changed) {
     tree_->expandAll();
     if (current_table_ != nullptr) tree_->setCurrentIndex(tree_model_->index_of(*current_table_));
   }
-  // Records came or went: the model shows all until the filter and the order are worked out again.
-  Pane* pane = current_pane();
-  if (pane != nullptr && pane->view->model().shows_all() &&
-      (pane->presentation->is_filtered() || pane->presentation->is_sorted()))
-    present();
   emit state_changed();
 }
 
@@ -262,9 +257,7 @@ void CDatabaseWindow::present() {
   if (!shown.failure.empty()) dialogs_.show(shown.failure, MessageIcon::kError);
   for (const std::string& notice : shown.notices) dialogs_.show(notice, MessageIcon::kInformation);
   if (!shown.cancelled && shown.failure.empty()) {
-    const int column = std::max(pane->view->currentIndex().column(), 0);
     pane->view->model().show_records(std::move(shown.records));
-    pane->view->setCurrentIndex(pane->view->model().index(0, column));
   }
   emit state_changed();
 }
@@ -329,26 +322,12 @@ QString CDatabaseWindow::filter_text() const {
 
 QString CDatabaseWindow::selection_text() const {
   const CCellvaneView* grid = view();
-  if (grid == nullptr || grid->selectionModel()->selection().size() == 0) return {};
-  const CellBlock block = grid->selected_block();
-  if (block.size() < 2 || block.size() > kMostSummedCells) return {};
-  double sum = 0;
-  qlonglong count = 0;
-  for (const size_t field : block.fields) {
-    const auto* numbers = std::get_if<NumberColumn>(&grid->table().column(field));
-    if (numbers == nullptr) continue;
-    for (const uint32_t record : block.records) {
-      const double cell = numbers->cells[record - 1];
-      if (cell != cell) continue;
-      sum += cell;
-      ++count;
-    }
-  }
-  if (count == 0) return {};
+  if (grid == nullptr || !grid->summary().result()) return {};
+  const NumberSummary& numbers = *grid->summary().result();
   const QLocale locale;
   return tr("Sum %1   Mean %2   Count %3")
-      .arg(locale.toString(sum, 'g', 12), locale.toString(sum / static_cast<double>(count), 'g', 12),
-           locale.toString(count));
+      .arg(locale.toString(numbers.sum, 'g', 12), locale.toString(numbers.mean, 'g', 12),
+           locale.toString(static_cast<qulonglong>(numbers.count)));
 }
 
 }  // namespace rowvane

@@ -157,9 +157,9 @@ void CFindBar::go_to_match(bool forward, bool stay) {
   const RecordSet records = shown ? *shown : all_records(table);
   const QModelIndex current = view_->currentIndex();
   const bool has_place = current.isValid();
-  rowvane::CellPlace from{has_place ? static_cast<size_t>(current.row()) : 0,
-                          has_place ? static_cast<size_t>(current.column()) : 0};
-  std::optional<rowvane::CellPlace> found;
+  CellPlace from{has_place ? static_cast<size_t>(current.row()) : 0,
+                 has_place ? static_cast<size_t>(current.column()) : 0};
+  std::optional<CellPlace> found;
   if (stay) {
     // The current cell may have the match of what is being typed: it follows the match before it. Not as a
     // long task, which would swallow the next keys.

@@ -135,9 +135,11 @@ void CMainFrame::make_status_bar() {
 }
 
 void CMainFrame::on(Command command, const std::function<void()>& run) {
-  connect(actions_.of(command), &QAction::triggered, this, [this, run] {
+  connect(actions_.of(command), &QAction::triggered, this, [this, command, run] {
     recovery_.stop();
-    run();
+    // What is being typed is stored first; these two write into it.
+    const bool writes = command == Command::kInsertToday || command == Command::kCopyFromAbove;
+    if (writes || finish_editing(current_window())) run();
   });
 }
 
@@ -186,10 +188,10 @@ void CMainFrame::connect_commands() {
   on(Command::kClear, &CCellvaneView::clear);
   on(Command::kFillDown, &CCellvaneView::fill_down);
   on(Command::kSelectAll, [this] { current_window()->view()->selectAll(); });
-  on(Command::kEditCell, [this] {
-    CCellvaneView* view = current_window()->view();
-    view->edit(view->currentIndex());
-  });
+  on(Command::kEditCell, &CCellvaneView::edit_current);
+  on(Command::kInsertToday, &CCellvaneView::insert_today);
+  on(Command::kCopyFromAbove, &CCellvaneView::copy_from_above);
+  on(Command::kOpenLink, &CCellvaneView::open_link);
   on(Command::kInsertRecords, &CCellvaneView::insert_records);
   on(Command::kAppendRecord, &CCellvaneView::append_record);
   on(Command::kDuplicateRecords, &CCellvaneView::duplicate_records);
@@ -221,6 +223,11 @@ void CMainFrame::connect_commands() {
   on(Command::kZoomOut,
      [this] { current_window()->view()->set_zoom(current_window()->view()->zoom() - 10); });
   on(Command::kZoomReset, [this] { current_window()->view()->set_zoom(100); });
+  on(Command::kFreezeFields, &CCellvaneView::freeze_fields);
+  on(Command::kFreezeRecords, &CCellvaneView::freeze_records);
+  on(Command::kUnfreeze, &CCellvaneView::unfreeze);
+  on(Command::kMoreLines, &CCellvaneView::more_lines);
+  on(Command::kFewerLines, &CCellvaneView::fewer_lines);
   on(Command::kDarkMode, [this] {
     const bool dark = actions_.of(Command::kDarkMode)->isChecked();
     profile_.settings().toolbar_options.dark_mode = dark;
@@ -292,12 +299,31 @@ void CMainFrame::update_state() {
   CDatabaseWindow* window = current_window();
   find_bar_->set_view(window != nullptr ? window->view() : nullptr,
                       window != nullptr ? &window->document() : nullptr);
+  if (window != nullptr && window->view() != nullptr) prepare_view(*window->view());
   place_->setText(window != nullptr ? window->place_text() : QString());
   filter_->setText(window != nullptr ? window->filter_text() : QString());
   selection_->setText(window != nullptr ? window->selection_text() : QString());
   setWindowTitle(window != nullptr ? window->document().title() + "[*] - " + program_title()
                                    : program_title());
   setWindowModified(window != nullptr && window->document().is_modified());
+}
+
+// Views are made when their tables are first shown.
+void CMainFrame::prepare_view(CCellvaneView& view) {
+  if (!view.actions().isEmpty()) return;
+  connect(&view, &CCellvaneView::escape_pressed, this, &CMainFrame::escape_pressed);
+  for (const Command command :
+       {Command::kCut, Command::kCopy, Command::kPaste, Command::kClear, Command::kFillDown,
+        Command::kFindByValue, Command::kOpenLink, Command::kInsertRecords, Command::kDuplicateRecords,
+        Command::kDeleteRecords}) {
+    view.addAction(actions_.of(command));
+  }
+  for (const Command command :
+       {Command::kSortAscending, Command::kSortDescending, Command::kNoSorting, Command::kFreezeFields,
+        Command::kUnfreeze, Command::kHideField, Command::kShowAllFields, Command::kRenameField,
+        Command::kInsertField, Command::kDeleteField}) {
+    view.field_header().addAction(actions_.of(command));
+  }
 }
 
 void CMainFrame::update_recent_files() {
@@ -321,7 +347,6 @@ CDatabaseWindow* CMainFrame::window_at(int index) const {
 void CMainFrame::add_window(std::unique_ptr<DatabaseDocument> document, const QString& recovery_copy) {
   auto* window = new CDatabaseWindow(std::move(document), profile_.settings(), dialogs_, tabs_);
   connect(window, &CDatabaseWindow::state_changed, this, &CMainFrame::update_state);
-  connect(window, &CDatabaseWindow::escape_pressed, this, &CMainFrame::escape_pressed);
   connect(&window->document(), &DatabaseDocument::changed, this, &CMainFrame::update_state);
   connect(&window->document(), &DatabaseDocument::saved, this, &CMainFrame::update_state);
   window->document().search_options() = search_options(profile_.settings());
@@ -385,11 +410,15 @@ void CMainFrame::offer_recovery() {
 
 // ---- saving and closing
 
+bool CMainFrame::finish_editing(CDatabaseWindow* window) {
+  return window == nullptr || window->view() == nullptr || window->view()->finish_editing();
+}
+
 void CMainFrame::close_window(int index) {
   CDatabaseWindow* window = window_at(index);
   if (window == nullptr) return;
   recovery_.stop();
-  if (!files_.may_close(window->document())) return;
+  if (!finish_editing(window) || !files_.may_close(window->document())) return;
   recovery_.forget(window->document());
   tabs_->removeTab(index);
   delete window;
@@ -400,7 +429,7 @@ void CMainFrame::closeEvent(QCloseEvent* event) {
   recovery_.stop();
   for (int i = 0; i < tabs_->count(); ++i) {
     tabs_->setCurrentIndex(i);
-    if (files_.may_close(current_window()->document())) continue;
+    if (finish_editing(current_window()) && files_.may_close(current_window()->document())) continue;
     event->ignore();
     return;
   }

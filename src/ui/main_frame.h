@@ -68,6 +68,7 @@ class CMainFrame final : public QMainWindow {
 
   void update_state();
   QString tab_text(const DatabaseDocument& document) const;
+  void prepare_view(CCellvaneView& view);
   bool has(Needs needs) const;
   void update_recent_files();
   void open_chosen_file();
@@ -77,6 +78,8 @@ class CMainFrame final : public QMainWindow {
   CDatabaseWindow* window_at(int index) const;
   void add_window(std::unique_ptr<DatabaseDocument> document, const QString& recovery_copy = {});
   void close_window(int index);
+  // Stores what is being typed in WINDOW, which may be null. False when it was refused.
+  static bool finish_editing(CDatabaseWindow* window);
   void auto_save();
   void update_formulas();
   void load_profile();

@@ -60,6 +60,24 @@ void store(CWorkSheet& table, size_t field, std::span<const uint32_t> records, C
   note(changes, count, error, refused);
 }
 
+// Stores VALUE in all RECORDS.
+void store_same(CWorkSheet& table, size_t field, std::span<const uint32_t> records, CellChanges& changes,
+                const CellValue& value) {
+  Column cells = make_column(table.field(field).type);
+  if (!fits_column(cells, value)) return note(changes, records.size(), ErrorCode::kFieldTypeMismatch, {});
+  resize_column(cells, records.size());
+  if (!is_empty(value) && !records.empty()) {
+    store_value(cells, 0, value);
+    std::visit([](auto& column) { std::fill(column.cells.begin(), column.cells.end(), column.cells[0]); },
+               cells);
+  }
+  std::vector<uint32_t> positions(records.begin(), records.end());
+  for (uint32_t& position : positions) --position;
+  std::vector<RefusedValue> refused;
+  const ErrorCode error = table.set_values(field, std::move(positions), std::move(cells), refused);
+  note(changes, records.size(), error, refused);
+}
+
 // Calculated fields have no values of their own.
 bool is_entered(const CWorkSheet& table, size_t field) {
   return table.field(field).formula.empty();
@@ -67,12 +85,18 @@ bool is_entered(const CWorkSheet& table, size_t field) {
 
 }  // namespace
 
+void add_changes(CellChanges& sum, const CellChanges& more) {
+  sum.changed += more.changed;
+  sum.refused += more.refused;
+  if (sum.error == ErrorCode::kOk) sum.error = more.error;
+}
+
 CellChanges clear_cells(CWorkSheet& table, const CellBlock& block) {
   const Step step(table, "Clear");
   CellChanges changes;
   for (const size_t field : block.fields) {
     if (!is_entered(table, field)) continue;
-    store(table, field, block.records, changes, [](size_t, CellValue&) { return ErrorCode::kOk; });
+    store_same(table, field, block.records, changes, {});
   }
   return changes;
 }
@@ -84,50 +108,12 @@ CellChanges fill_down(CWorkSheet& table, const CellBlock& block) {
   for (const size_t field : block.fields) {
     if (!is_entered(table, field)) continue;
     const CellValue first = table.value(block.records.front(), field);
-    store(table, field, std::span(block.records).subspan(1), changes, [&](size_t, CellValue& value) {
-      value = first;
-      return ErrorCode::kOk;
-    });
+    store_same(table, field, std::span(block.records).subspan(1), changes, first);
   }
   return changes;
 }
 
-std::vector<std::vector<std::string>> parse_clipboard_text(const std::string& text) {
-  std::vector<std::vector<std::string>> rows(1);
-  std::string cell;
-  bool quoted = false;
-  bool at_start = true;
-  for (size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i];
-    if (quoted) {
-      if (c != '"') {
-        cell += c;
-      } else if (i + 1 < text.size() && text[i + 1] == '"') {
-        cell += text[++i];
-      } else {
-        quoted = false;
-      }
-      continue;
-    }
-    if (c == '"' && at_start) {
-      quoted = true;
-      at_start = false;
-    } else if (c == '\t' || c == '\n') {
-      rows.back().push_back(std::exchange(cell, {}));
-      if (c == '\n') rows.emplace_back();
-      at_start = true;
-    } else if (c != '\r') {
-      cell += c;
-      at_start = false;
-    }
-  }
-  if (!cell.empty() || !rows.back().empty()) rows.back().push_back(std::move(cell));
-  if (rows.back().empty()) rows.pop_back();
-  return rows;
-}
-
-CellChanges paste_cells(CWorkSheet& table, const CellBlock& block,
-                        const std::vector<std::vector<std::string>>& rows,
+CellChanges paste_cells(CWorkSheet& table, const CellBlock& block, const ClipboardRows& rows,
                         const platform::RegionalSettings& region) {
   const Step step(table, "Paste");
   CellChanges changes;
@@ -139,11 +125,20 @@ CellChanges paste_cells(CWorkSheet& table, const CellBlock& block,
   for (size_t column = 0; column < width; ++column) {
     const size_t field = block.fields[column];
     if (!is_entered(table, field)) continue;
+    if (one_cell) {
+      CellValue value;
+      const ErrorCode error = read_entry(table.field(field), rows[0][0], region, value);
+      if (error == ErrorCode::kOk) {
+        store_same(table, field, block.records, changes, value);
+      } else {
+        note(changes, block.records.size(), error, {});
+      }
+      continue;
+    }
     store(table, field, std::span(block.records).first(height), changes, [&](size_t i, CellValue& value) {
       const auto& row = rows[rows.size() == 1 ? 0 : i];
-      const size_t cell = one_cell ? 0 : column;
-      if (cell >= row.size()) return ErrorCode::kOk;
-      return read_entry(table.field(field), row[cell], region, value);
+      if (column >= row.size()) return ErrorCode::kOk;
+      return read_entry(table.field(field), row[column], region, value);
     });
   }
   return changes;

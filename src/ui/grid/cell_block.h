@@ -8,6 +8,7 @@
 
 #include "core/work_sheet.h"
 #include "platform/regional_settings.h"
+#include "ui/grid/clipboard.h"
 
 namespace rowvane {
 
@@ -25,20 +26,18 @@ struct CellChanges {
   ErrorCode error = ErrorCode::kOk;  // why the first one was refused
 };
 
+// Adds what another step did.
+void add_changes(CellChanges& sum, const CellChanges& more);
+
 // Empties the cells.
 CellChanges clear_cells(CWorkSheet& table, const CellBlock& block);
 
 // Gives all records the values of the first one.
 CellChanges fill_down(CWorkSheet& table, const CellBlock& block);
 
-// TEXT, lines of cells separated by tabs as spreadsheets put them on the clipboard, with quotes around cells
-// that hold line breaks.
-std::vector<std::vector<std::string>> parse_clipboard_text(const std::string& text);
-
 // Writes ROWS into the cells of BLOCK from its first on; a single row fills all records of the block, a
 // single cell all of it. Rows and cells beyond the block are left out.
-CellChanges paste_cells(CWorkSheet& table, const CellBlock& block,
-                        const std::vector<std::vector<std::string>>& rows,
+CellChanges paste_cells(CWorkSheet& table, const CellBlock& block, const ClipboardRows& rows,
                         const platform::RegionalSettings& region);
 
 }  // namespace rowvane

@@ -1,15 +1,14 @@
+// The view as a whole: its parts, where they stand and how it scrolls.
 #include "ui/grid/cellvane_view.h"
 
-#include <QApplication>
-#include <QClipboard>
-#include <QHeaderView>
-#include <QKeyEvent>
-#include <QMimeData>
+#include <QEvent>
+#include <QScrollBar>
+#include <QToolButton>
 #include <QWheelEvent>
 #include <algorithm>
-#include <set>
 
 #include "core/database.h"
+#include "ui/grid/grid_accessible.h"
 #include "ui/text.h"
 
 namespace rowvane {
@@ -18,280 +17,322 @@ namespace {
 constexpr int kLeastZoom = 50;
 constexpr int kMostZoom = 300;
 constexpr int kZoomStep = 10;
-constexpr size_t kMostCopiedCells = 20'000'000;
+constexpr double kLeastPointSize = 9;
+constexpr int kScrollPixels = 30;  // of one step sideways
+constexpr int kMostWidth = 800;    // that fitting gives a field
 
-// As spreadsheets write a cell to the clipboard.
-void append_clipboard_cell(const QString& text, QString& out) {
-  if (!text.contains('\t') && !text.contains('\n') && !text.contains('"')) {
-    out += text;
-    return;
-  }
-  QString quoted = text;
-  out += '"' + quoted.replace("\"", "\"\"") + '"';
+QFont table_font(const profile::Font& settings, QFont font) {
+  font.setPointSizeF(settings.size > 0 ? settings.size : std::max(font.pointSizeF(), kLeastPointSize));
+  if (!settings.name.empty()) font.setFamily(to_qt(settings.name));
+  return font;
 }
 
 }  // namespace
 
 CCellvaneView::CCellvaneView(DatabaseDocument& document, CWorkSheet& table, const profile::Settings& settings,
                              Dialogs& dialogs, QWidget* parent)
-    : QTableView(parent),
+    : QAbstractItemView(parent),
       document_(document),
       settings_(settings),
       dialogs_(dialogs),
-      model_(new TableModel(document, table, this)),
-      normal_font_size_(std::max(font().pointSize(), 9)) {
+      model_(new TableModel(document, table, settings, this)),
+      delegate_(new CellDelegate(document, *model_, settings, this)),
+      field_header_(new FieldHeader(document, *model_, layout_, this)),
+      record_header_(new RecordHeader(*model_, layout_, this)),
+      corner_(new QToolButton(this)),
+      summary_(new SelectionSummary(*model_, this)),
+      normal_font_(table_font(settings.table_font, font())) {
+  install_grid_accessibility();
   setModel(model_);
-  setWordWrap(false);
-  setTabKeyNavigation(true);
-  setAlternatingRowColors(true);
+  setItemDelegate(delegate_);
   setSelectionMode(ExtendedSelection);
-  setHorizontalScrollMode(ScrollPerPixel);
   setEditTriggers(DoubleClicked | EditKeyPressed | AnyKeyPressed);
   setContextMenuPolicy(Qt::ActionsContextMenu);
-  horizontalHeader()->setSectionsMovable(true);
-  horizontalHeader()->setHighlightSections(false);
-  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  setAccessibleName(to_qt(table.name()));
+  viewport()->setMouseTracking(true);
+  corner_->setAutoRaise(true);
+  corner_->setFocusPolicy(Qt::NoFocus);
+  corner_->setAccessibleName(tr("Select All"));
+  corner_->setToolTip(tr("Select all cells"));
+  connect_parts();
+  connect_headers();
   set_zoom(zoom_);
-  connect(model_, &TableModel::refused, this,
+  if (is_usable()) go_to({0, 0});
+}
+
+// Its parts look at the layout to their end.
+CCellvaneView::~CCellvaneView() {
+  delete field_header_;
+  delete record_header_;
+}
+
+void CCellvaneView::connect_parts() {
+  connect(model_, &TableModel::told, this,
           [this](const QString& text) { dialogs_.show(to_utf8(text), MessageIcon::kWarning); });
-  connect(model_, &TableModel::modelReset, this, &CCellvaneView::lay_out_fields);
-  connect(model_, &TableModel::dataChanged, this, &CCellvaneView::place_changed);
-  connect(horizontalHeader(), &QHeaderView::sectionResized, this,
-          [this](int field, int, int width) { keep_width(field, width); });
-  lay_out_fields();
-  if (model_->rowCount() > 0) setCurrentIndex(model_->index(0, 0));
+  connect(model_, &TableModel::modelAboutToBeReset, this, &CCellvaneView::remember_place);
+  connect(model_, &TableModel::modelReset, this, &CCellvaneView::find_place_again);
+  connect(delegate_, &CellDelegate::left, this, &CCellvaneView::leave_editor);
+  connect(&thumbnails_, &Thumbnails::ready, viewport(), qOverload<>(&QWidget::update));
+  connect(summary_, &SelectionSummary::finished, this, &CCellvaneView::place_changed);
 }
 
-// Widths, places and visibility as the fields have them.
-void CCellvaneView::lay_out_fields() {
-  laying_out_ = true;
-  for (int i = 0; i < model_->columnCount(); ++i) {
-    const Field& field = table().field(static_cast<size_t>(i));
-    setColumnWidth(i, field.width * zoom_ / 100);
-    setColumnHidden(i, field.hidden);
-  }
-  std::vector<int> order(static_cast<size_t>(model_->columnCount()));
-  for (size_t i = 0; i < order.size(); ++i) order[i] = static_cast<int>(i);
-  std::ranges::stable_sort(order, {},
-                           [this](int i) { return table().field(static_cast<size_t>(i)).position; });
-  for (int place = 0; place < static_cast<int>(order.size()); ++place) {
-    const int from = horizontalHeader()->visualIndex(order[static_cast<size_t>(place)]);
-    if (from != place) horizontalHeader()->moveSection(from, place);
-  }
-  laying_out_ = false;
+void CCellvaneView::connect_headers() {
+  connect(corner_, &QToolButton::clicked, this, &CCellvaneView::selectAll);
+  connect(field_header_, &FieldHeader::chosen, this, &CCellvaneView::select_fields);
+  connect(field_header_, &FieldHeader::width_dragged, this, [this](int place, int width) {
+    layout_.set_width(place, width);
+    updateGeometries();
+    viewport()->update();
+  });
+  connect(field_header_, &FieldHeader::width_chosen, this, &CCellvaneView::keep_width);
+  connect(field_header_, &FieldHeader::fit_wanted, this, &CCellvaneView::fit_field);
+  connect(field_header_, &FieldHeader::move_wanted, this, &CCellvaneView::move_field);
+  connect(record_header_, &RecordHeader::chosen, this, &CCellvaneView::select_records);
+  connect(record_header_, &RecordHeader::dragged_to, this, [this](int y) { drag_to({drag_point_.x(), y}); });
+  connect(record_header_, &RecordHeader::released, this, [this] {
+    dragging_ = false;
+    drag_timer_.stop();
+  });
 }
 
-void CCellvaneView::keep_width(int field, int width) {
-  if (laying_out_ || width == 0 || QApplication::mouseButtons() == Qt::NoButton) return;
-  Field definition = table().field(static_cast<size_t>(field));
-  definition.width = static_cast<uint16_t>(std::clamp(width * 100 / zoom_, 10, 5000));
-  static_cast<void>(table().change_field(static_cast<size_t>(field), definition));
+void CCellvaneView::set_presentation(TablePresentation* presentation) {
+  presentation_ = presentation;
+  field_header_->set_presentation(presentation);
+}
+
+// ---- the layout
+
+// Everything anew, as fields, records and options have it now.
+void CCellvaneView::lay_out() {
+  layout_.set_fields(table(), zoom_);
+  layout_.set_row_count(model_->rowCount());
+  layout_.set_lines(layout_.lines(), fontMetrics().height());
+  updateGeometries();
+  viewport()->update();
+}
+
+void CCellvaneView::set_scroll_ranges() {
+  horizontalScrollBar()->setRange(0, layout_.last_x());
+  horizontalScrollBar()->setPageStep(std::max(viewport()->width() - layout_.frozen_width(), 1));
+  horizontalScrollBar()->setSingleStep(kScrollPixels);
+  verticalScrollBar()->setRange(0, layout_.last_line());
+  verticalScrollBar()->setPageStep(layout_.rows_of_page() * layout_.lines());
+  verticalScrollBar()->setSingleStep(1);
+  layout_.scroll_to(horizontalScrollBar()->value(), verticalScrollBar()->value());
+}
+
+void CCellvaneView::updateGeometries() {
+  if (in_geometry_) return;
+  in_geometry_ = true;
+  const int left = record_header_->wanted_width();
+  const int top = field_header_->wanted_height();
+  setViewportMargins(left, top, 0, 0);
+  const QRect cells = viewport()->geometry();
+  layout_.set_viewport(cells.size());
+  set_scroll_ranges();
+  field_header_->setGeometry(cells.left(), cells.top() - top, cells.width(), top);
+  record_header_->setGeometry(cells.left() - left, cells.top(), left, cells.height());
+  corner_->setGeometry(cells.left() - left, cells.top() - top, left, top);
+  field_header_->update();
+  record_header_->update();
+  QAbstractItemView::updateGeometries();
+  in_geometry_ = false;
+}
+
+void CCellvaneView::scrollContentsBy(int, int) {
+  layout_.scroll_to(horizontalScrollBar()->value(), verticalScrollBar()->value());
+  updateEditorGeometries();
+  viewport()->update();
+  field_header_->update();
+  record_header_->update();
+}
+
+void CCellvaneView::changeEvent(QEvent* event) {
+  QAbstractItemView::changeEvent(event);
+  if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) lay_out();
 }
 
 void CCellvaneView::set_zoom(int percent) {
   zoom_ = std::clamp(percent, kLeastZoom, kMostZoom);
-  QFont scaled = font();
-  scaled.setPointSizeF(normal_font_size_ * zoom_ / 100.0);
+  QFont scaled = normal_font_;
+  scaled.setPointSizeF(normal_font_.pointSizeF() * zoom_ / 100.0);
   setFont(scaled);
-  horizontalHeader()->setFont(scaled);
-  verticalHeader()->setFont(scaled);
-  verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8 * zoom_ / 100);
-  lay_out_fields();
+  widths_.emplace(scaled);
+  field_header_->setFont(scaled);
+  record_header_->setFont(scaled);
+  lay_out();
 }
 
-// ---- the selection
-
-std::optional<size_t> CCellvaneView::current_field() const {
-  const QModelIndex current = currentIndex();
-  if (!current.isValid()) return std::nullopt;
-  return static_cast<size_t>(current.column());
+void CCellvaneView::set_lines(int lines) {
+  const int row = layout_.scrolled_rows().first;
+  layout_.set_lines(lines, fontMetrics().height());
+  updateGeometries();
+  verticalScrollBar()->setValue((row - layout_.frozen_rows()) * layout_.lines());
+  viewport()->update();
 }
 
-// The rows and the columns with a selected cell, whatever the shape of the selection.
-CellBlock CCellvaneView::selected_block() const {
-  std::vector<std::pair<int, int>> rows;  // first and last
-  std::set<int> places;
-  QItemSelection selection = selectionModel()->selection();
-  if (selection.isEmpty() && currentIndex().isValid()) selection.select(currentIndex(), currentIndex());
-  for (const QItemSelectionRange& range : selection) {
-    rows.emplace_back(range.top(), range.bottom());
-    for (int column = range.left(); column <= range.right(); ++column) {
-      if (!isColumnHidden(column)) places.insert(horizontalHeader()->visualIndex(column));
-    }
+void CCellvaneView::freeze_fields() {
+  horizontalScrollBar()->setValue(0);
+  layout_.freeze_places(current_place().place + 1);
+  lay_out();
+  if (layout_.frozen_places() <= current_place().place) {
+    dialogs_.show("The window has no room for so many frozen fields.", MessageIcon::kWarning);
   }
-  CellBlock block;
-  std::ranges::sort(rows);
-  int next = 0;
-  for (const auto& [first, last] : rows) {
-    for (next = std::max(next, first); next <= last; ++next) block.records.push_back(model_->record_at(next));
+}
+
+void CCellvaneView::freeze_records() {
+  verticalScrollBar()->setValue(0);
+  layout_.freeze_rows(current_place().row);
+  lay_out();
+  if (layout_.frozen_rows() < current_place().row) {
+    layout_.freeze_rows(0);
+    lay_out();
+    scrollTo(currentIndex());
+    dialogs_.show("The window has no room for so many frozen records.", MessageIcon::kWarning);
   }
-  for (const int place : places)
-    block.fields.push_back(static_cast<size_t>(horizontalHeader()->logicalIndex(place)));
-  return block;
 }
 
-std::vector<uint32_t> CCellvaneView::selected_positions() const {
-  std::vector<uint32_t> positions = selected_block().records;
-  for (uint32_t& position : positions) --position;
-  std::ranges::sort(positions);
-  return positions;
-}
-
-void CCellvaneView::select_record(uint32_t record, int column) {
-  const int row = model_->row_of(record);
-  if (row < 0) return;
-  setCurrentIndex(model_->index(row, std::clamp(column, 0, model_->columnCount() - 1)));
+void CCellvaneView::unfreeze() {
+  layout_.freeze_places(0);
+  layout_.freeze_rows(0);
+  lay_out();
   scrollTo(currentIndex());
 }
 
-void CCellvaneView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
-  QTableView::selectionChanged(selected, deselected);
+// ---- fields
+
+void CCellvaneView::keep_width(int place) {
+  const auto field = static_cast<size_t>(layout_.field_at(place));
+  Field definition = table().field(field);
+  definition.width = static_cast<uint16_t>(std::clamp(layout_.width(place) * 100 / zoom_, 10, 5000));
+  if (definition.width != table().field(field).width) report(table().change_field(field, definition));
+  lay_out();
+}
+
+void CCellvaneView::fit_field(int place) {
+  const int field = layout_.field_at(place);
+  QPixmap unused(1, 1);
+  QPainter painter(&unused);
+  const CellPainter::Look cell_look = look();
+  const CellPainter cells(painter, cell_look, *widths_, thumbnails_);
+  int width = field_header_->wanted_width(field);
+  const auto [first, end] = layout_.scrolled_rows();
+  for (int row = first; row < end; ++row) {
+    width = std::max(width, cells.wanted_width(model_->shown_cell(row, field)));
+  }
+  for (int row = 0; row < layout_.frozen_rows(); ++row) {
+    width = std::max(width, cells.wanted_width(model_->shown_cell(row, field)));
+  }
+  layout_.set_width(place, std::min(width, kMostWidth * zoom_ / 100));
+  keep_width(place);
+}
+
+void CCellvaneView::move_field(int place, int before) {
+  std::vector<int> fields;
+  for (int each = 0; each < layout_.place_count(); ++each) fields.push_back(layout_.field_at(each));
+  const int moved = fields[static_cast<size_t>(place)];
+  fields.erase(fields.begin() + place);
+  fields.insert(fields.begin() + (before > place ? before - 1 : before), moved);
+  // Hidden fields stay behind the field that they stand behind now.
+  std::vector<size_t> order;
+  for (size_t i = 0; i < table().field_count(); ++i) order.push_back(i);
+  std::ranges::stable_sort(order, {}, [this](size_t i) { return table().field(i).position; });
+  auto next = fields.begin();
+  for (size_t& field : order) {
+    if (!table().field(field).hidden) field = static_cast<size_t>(*next++);
+  }
+  const ChangeGroup step(document_.database(), "Move Field");
+  for (size_t position = 0; position < order.size(); ++position) {
+    Field definition = table().field(order[position]);
+    if (definition.position == position) continue;
+    definition.position = static_cast<uint16_t>(position);
+    report(table().change_field(order[position], definition));
+  }
+}
+
+// ---- what the table does
+
+void CCellvaneView::dataChanged(const QModelIndex&, const QModelIndex&, const QList<int>&) {
+  lay_out();
+  show_headers();
+  summary_->begin(cell_groups(selectionModel()->selection(), layout_));
   emit place_changed();
 }
 
-void CCellvaneView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
-  QTableView::currentChanged(current, previous);
-  emit place_changed();
+void CCellvaneView::remember_place() {
+  const QModelIndex current = currentIndex();
+  place_ = {};
+  if (!current.isValid() || current.row() >= model_->rowCount()) return;
+  place_.row = current.row();
+  place_.record = model_->record_at(current.row());
+  place_.field = current_field_id_;  // the table has changed already
+  place_.rows_above = current.row() - layout_.scrolled_rows().first;
 }
 
-// ---- changes
-
-void CCellvaneView::report(const CellChanges& changes) {
-  if (changes.refused == 0) return;
-  const QString count = tr("%n cell(s) kept their values:", nullptr, static_cast<int>(changes.refused));
-  dialogs_.show(to_utf8(count) + "\n" + std::string(error_text(changes.error)), MessageIcon::kWarning);
-}
-
-void CCellvaneView::report(ErrorCode error) {
-  if (error != ErrorCode::kOk) dialogs_.show_error(error);
-}
-
-void CCellvaneView::copy() {
-  const CellBlock block = selected_block();
-  if (block.size() == 0 || block.size() > kMostCopiedCells) return;
-  QString text;
-  QString html = "<table>";
-  for (const uint32_t record : block.records) {
-    html += "<tr>";
-    for (size_t i = 0; i < block.fields.size(); ++i) {
-      const QString cell = model_->entry_text(record, block.fields[i]);
-      if (i > 0) text += '\t';
-      append_clipboard_cell(cell, text);
-      html += "<td>" + cell.toHtmlEscaped() + "</td>";
-    }
-    text += '\n';
-    html += "</tr>";
-  }
-  auto* copied = new QMimeData();
-  copied->setText(text);
-  copied->setHtml(html + "</table>");
-  QApplication::clipboard()->setMimeData(copied);
-}
-
-void CCellvaneView::cut() {
-  copy();
-  clear();
-}
-
-void CCellvaneView::clear() {
-  report(clear_cells(table(), selected_block()));
-}
-
-void CCellvaneView::fill_down() {
-  report(rowvane::fill_down(table(), selected_block()));
-}
-
-// A single selected cell is the corner of what is written; a larger selection holds it.
-void CCellvaneView::paste() {
-  const auto rows = parse_clipboard_text(to_utf8(QApplication::clipboard()->text()));
-  CellBlock block = selected_block();
-  if (rows.empty() || block.size() == 0) return;
-  if (block.size() == 1) {
-    const int row = model_->row_of(block.records.front());
-    const int last = std::min<int>(row + static_cast<int>(rows.size()), model_->rowCount());
-    for (int next = row + 1; next < last; ++next) block.records.push_back(model_->record_at(next));
-    const int place = horizontalHeader()->visualIndex(static_cast<int>(block.fields.front()));
-    for (int next = place + 1; next < model_->columnCount(); ++next) {
-      const int column = horizontalHeader()->logicalIndex(next);
-      if (!isColumnHidden(column)) block.fields.push_back(static_cast<size_t>(column));
-    }
-    if (rows.size() == 1 && rows.front().size() == 1) block.fields.resize(1);
-  }
-  report(paste_cells(table(), block, rows, document_.region()));
-}
-
-void CCellvaneView::insert_records() {
-  const std::vector<uint32_t> positions = selected_positions();
-  const uint32_t before = positions.empty() ? 1 : positions.front() + 1;
-  const auto count = static_cast<uint32_t>(std::max<size_t>(positions.size(), 1));
-  const int column = currentIndex().column();
-  report(table().insert_records(before, count));
-  select_record(before, column);
-}
-
-void CCellvaneView::append_record() {
-  const int column = currentIndex().column();
-  report(table().insert_records(table().record_count() + 1, 1));
-  select_record(table().record_count(), column);
-}
-
-void CCellvaneView::duplicate_records() {
-  const std::vector<uint32_t> positions = selected_positions();
-  if (positions.empty()) return;
-  const int column = currentIndex().column();
-  const uint32_t before = positions.back() + 2;
-  {
-    const ChangeGroup step(document_.database(), "Duplicate Records");
-    const ErrorCode error = table().insert_records(before, static_cast<uint32_t>(positions.size()));
-    if (error != ErrorCode::kOk) return report(error);
-    std::vector<uint32_t> copies(positions.size());
-    for (size_t i = 0; i < copies.size(); ++i) copies[i] = before - 1 + static_cast<uint32_t>(i);
-    for (size_t field = 0; field < table().field_count(); ++field) {
-      if (!table().field(field).formula.empty() || table().field(field).encrypted) continue;
-      std::vector<RefusedValue> refused;
-      static_cast<void>(
-          table().set_values(field, copies, select_cells(table().column(field), positions), refused));
-    }
-  }
-  select_record(before, column);
-}
-
-void CCellvaneView::delete_records() {
-  const std::vector<uint32_t> positions = selected_positions();
-  const int column = currentIndex().column();
-  report(table().delete_records(positions));
-  if (!positions.empty()) select_record(std::min(positions.front() + 1, table().record_count()), column);
-}
-
-// ---- keys
-
-void CCellvaneView::keyPressEvent(QKeyEvent* event) {
-  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-  if (enter && state() != EditingState) {
-    const int step = event->modifiers().testFlag(Qt::ShiftModifier) ? -1 : 1;
-    const QModelIndex next = currentIndex().siblingAtRow(currentIndex().row() + step);
-    if (next.isValid()) setCurrentIndex(next);
+// The record, or what stands in its row now, at the same height in the window.
+void CCellvaneView::find_place_again() {
+  const Place place = place_;
+  lay_out();
+  if (!is_usable()) {
+    summary_->begin({});
+    show_headers();
+    emit place_changed();
     return;
   }
-  if (event->key() == Qt::Key_Escape && state() != EditingState) {
-    emit escape_pressed();
-    return;
-  }
-  QTableView::keyPressEvent(event);
+  int row = place.record > 0 ? model_->row_of(place.record) : 0;
+  if (row < 0) row = place.row;
+  row = std::min(row, layout_.row_count() - 1);
+  const auto field = table().find_field_with_id(place.field);
+  const int column = field ? layout_.place_of(static_cast<int>(*field)) : 0;
+  const int top = std::max(row - place.rows_above - layout_.frozen_rows(), 0);
+  verticalScrollBar()->setValue(top * layout_.lines());
+  go_to({row, std::max(column, 0)});
 }
 
-// Enter goes on with the record below, as in a spreadsheet.
-void CCellvaneView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
-  QTableView::closeEditor(editor, hint);
-  if (hint != QAbstractItemDelegate::SubmitModelCache) return;
-  const QModelIndex below = currentIndex().siblingAtRow(currentIndex().row() + 1);
-  if (below.isValid()) setCurrentIndex(below);
+// ---- geometry for Qt
+
+QRect CCellvaneView::visualRect(const QModelIndex& index) const {
+  if (!index.isValid() || index.row() >= layout_.row_count()) return {};
+  const int place = layout_.place_of(index.column());
+  if (place < 0) return {};
+  return {layout_.left(place), layout_.top(index.row()), layout_.width(place) - 1, layout_.row_height() - 1};
+}
+
+QModelIndex CCellvaneView::indexAt(const QPoint& point) const {
+  const int row = layout_.row_at(point.y());
+  const int place = layout_.place_at(point.x());
+  return row >= 0 && place >= 0 ? index_of({row, place}) : QModelIndex();
+}
+
+void CCellvaneView::scrollTo(const QModelIndex& index, ScrollHint) {
+  if (!index.isValid() || index.row() >= layout_.row_count()) return;
+  const int place = layout_.place_of(index.column());
+  if (place >= 0) horizontalScrollBar()->setValue(layout_.x_for(place));
+  verticalScrollBar()->setValue(layout_.line_for(index.row()));
+}
+
+bool CCellvaneView::isIndexHidden(const QModelIndex& index) const {
+  return layout_.place_of(index.column()) < 0;
+}
+
+QRegion CCellvaneView::visualRegionForSelection(const QItemSelection&) const {
+  return viewport()->rect();
 }
 
 void CCellvaneView::wheelEvent(QWheelEvent* event) {
-  if (!event->modifiers().testFlag(Qt::ControlModifier)) return QTableView::wheelEvent(event);
-  set_zoom(zoom_ + (event->angleDelta().y() > 0 ? kZoomStep : -kZoomStep));
-  event->accept();
+  const int steps = event->angleDelta().y();
+  if (event->modifiers().testFlag(Qt::ControlModifier)) {
+    if (steps != 0) set_zoom(zoom_ + (steps > 0 ? kZoomStep : -kZoomStep));
+    event->accept();
+    return;
+  }
+  if (settings_.toolbar_options.wheel_page_scroll && steps != 0 && event->modifiers() == Qt::NoModifier) {
+    verticalScrollBar()->triggerAction(steps > 0 ? QAbstractSlider::SliderPageStepSub
+                                                 : QAbstractSlider::SliderPageStepAdd);
+    event->accept();
+    return;
+  }
+  QAbstractItemView::wheelEvent(event);
 }
 
 }  // namespace rowvane

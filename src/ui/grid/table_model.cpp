@@ -1,35 +1,16 @@
 #include "ui/grid/table_model.h"
 
-#include <QColor>
-#include <QFont>
-#include <QGuiApplication>
-#include <QPalette>
 #include <algorithm>
-#include <array>
 
 #include "core/messages.h"
-#include "core/utf8.h"
 #include "formula/typed_value.h"
+#include "recordset/rich_text.h"
 #include "ui/text.h"
 
 namespace rowvane {
 namespace {
 
-constexpr size_t kShownCharacters = 300;
-constexpr size_t kTipCharacters = 2000;
-
-QString on_one_line(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r' || c == '\t'; }, ' ');
-  return to_qt(text);
-}
-
-// The eight colours that format codes name.
-QColor color_of(uint8_t number) {
-  constexpr std::array<QRgb, 9> kColors = {0,        0x000000, 0x1F5FBF, 0x008B8B, 0x2E8B57,
-                                           0xB0309A, 0xC62828, 0xFFFFFF, 0xB8860B};
-  return number < kColors.size() ? QColor::fromRgb(kColors[number]) : QColor();
-}
+constexpr qsizetype kTipCharacters = 1000;
 
 bool is_long(FieldType type) {
   return type == FieldType::kLongText || type == FieldType::kCode;
@@ -49,17 +30,25 @@ ErrorCode read_entry(const Field& field, const std::string& text, const platform
   return value_from_text(field.type, text, separators, value);
 }
 
-TableModel::TableModel(DatabaseDocument& document, CWorkSheet& table, QObject* parent)
+TableModel::TableModel(DatabaseDocument& document, CWorkSheet& table, const profile::Settings& settings,
+                       QObject* parent)
     : QAbstractTableModel(parent),
       document_(document),
       table_(table),
-      texts_(std::make_unique<ShownTexts>(table, DisplayRegion(document.region()))),
+      settings_(settings),
       record_count_(table.record_count()),
       field_count_(table.field_count()) {
+  make_texts();
   connect(&document, &DatabaseDocument::changed, this, &TableModel::follow);
 }
 
-void TableModel::show_records(std::optional<std::vector<uint32_t>> records) {
+void TableModel::make_texts() {
+  texts_ = std::make_unique<CellTexts>(table_, DisplayRegion(document_.region()), settings_);
+}
+
+// ---- records
+
+void TableModel::show_records(std::optional<RecordSet> records) {
   beginResetModel();
   records_ = std::move(records);
   endResetModel();
@@ -76,6 +65,55 @@ int TableModel::row_of(uint32_t record) const {
   return found != records_->end() ? static_cast<int>(found - records_->begin()) : -1;
 }
 
+void TableModel::expect_inserted(uint32_t before, uint32_t count, int row) {
+  if (!records_) return;
+  RecordSet shown;
+  shown.reserve(records_->size() + count);
+  for (const uint32_t position : *records_) {
+    shown.push_back(position < before - 1 ? position : position + count);
+  }
+  std::vector<uint32_t> added(count);
+  for (uint32_t i = 0; i < count; ++i) added[i] = before - 1 + i;
+  shown.insert(shown.begin() + row, added.begin(), added.end());
+  expected_ = std::move(shown);
+}
+
+void TableModel::expect_deleted(const std::vector<uint32_t>& positions) {
+  if (!records_) return;
+  RecordSet shown;
+  shown.reserve(records_->size());
+  for (const uint32_t position : *records_) {
+    const auto gone = std::ranges::lower_bound(positions, position);
+    if (gone != positions.end() && *gone == position) continue;
+    shown.push_back(position - static_cast<uint32_t>(gone - positions.begin()));
+  }
+  expected_ = std::move(shown);
+}
+
+void TableModel::follow(const CWorkSheet* changed) {
+  if (changed != nullptr && changed != &table_) return;
+  const auto expected = std::exchange(expected_, std::nullopt);
+  const bool same_records = record_count_ == table_.record_count();
+  if (same_records && field_count_ == table_.field_count()) {
+    make_texts();
+    if (rowCount() > 0) emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
+    emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
+    return;
+  }
+  beginResetModel();
+  record_count_ = table_.record_count();
+  field_count_ = table_.field_count();
+  const bool is_outdated = records_ && !same_records && !expected;
+  if (is_outdated) {
+    std::erase_if(*records_, [this](uint32_t position) { return position >= record_count_; });
+  } else if (!same_records && expected) {
+    records_ = expected;
+  }
+  make_texts();
+  endResetModel();
+  if (is_outdated) emit outdated();
+}
+
 int TableModel::rowCount(const QModelIndex& parent) const {
   if (parent.isValid()) return 0;
   return records_ ? static_cast<int>(records_->size()) : static_cast<int>(record_count_);
@@ -85,83 +123,90 @@ int TableModel::columnCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(field_count_);
 }
 
-// A record set that a change of records has made stale shows all records again.
-void TableModel::follow(const CWorkSheet* changed) {
-  if (changed != nullptr && changed != &table_) return;
-  const bool same_shape = record_count_ == table_.record_count() && field_count_ == table_.field_count();
-  if (same_shape) {
-    texts_ = std::make_unique<ShownTexts>(table_, DisplayRegion(document_.region()));
-    if (rowCount() > 0) emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
-    emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
-    return;
+// ---- cells
+
+ShownCell TableModel::shown_cell(int row, int column) const {
+  return texts_->read(record_at(row) - 1, static_cast<size_t>(column));
+}
+
+bool TableModel::is_typed(size_t field) const {
+  const Field& definition = table_.field(field);
+  return definition.type != FieldType::kFiles && !definition.encrypted && definition.formula.empty();
+}
+
+QString TableModel::number_entry_text(double number, size_t field) const {
+  const platform::RegionalSettings& region = document_.region();
+  if (!table_.field(field).format.empty()) {
+    std::string shown;
+    static_cast<void>(ShownTexts(table_, DisplayRegion(region)).read_number(number, field, shown));
+    const auto typed = read_typed_value(shown, region);
+    if (typed && typed->number == number) return to_qt(shown);
   }
-  beginResetModel();
-  if (record_count_ != table_.record_count()) records_.reset();
-  record_count_ = table_.record_count();
-  field_count_ = table_.field_count();
-  texts_ = std::make_unique<ShownTexts>(table_, DisplayRegion(document_.region()));
-  endResetModel();
-}
-
-std::string TableModel::shown_text(uint32_t record, size_t field, size_t max_characters) const {
   std::string text;
-  static_cast<void>(texts_->read(record - 1, field, text));
-  return std::string(truncate_characters(text, max_characters));
+  append_number(number, region.decimal_separator, text);
+  return to_qt(text);
 }
 
-QVariant TableModel::shown_text(const QModelIndex& index) const {
-  return on_one_line(
-      shown_text(record_at(index.row()), static_cast<size_t>(index.column()), kShownCharacters));
-}
-
-// A number is edited as it is shown when that reads back to it, as dates do; otherwise with all its digits.
 QString TableModel::entry_text(uint32_t record, size_t field) const {
   const CellValue value = table_.value(record, field);
   const auto* number = std::get_if<double>(&value);
-  if (number != nullptr && !table_.field(field).format.empty()) {
-    const std::string shown = shown_text(record, field);
-    const auto typed = read_typed_value(shown, document_.region());
-    if (typed && typed->number == *number) return to_qt(shown);
+  if (number != nullptr && !table_.field(field).format.empty() &&
+      error_of_number(*number) == FormulaError::kNone) {
+    const QString shown = texts_->read(record - 1, field).text;
+    const auto typed = read_typed_value(to_utf8(shown), document_.region());
+    if (typed && typed->number == *number) return shown;
   }
-  return to_qt(table_.value_text(record, field, {document_.region().decimal_separator, std::string()}));
+  const std::string text =
+      table_.value_text(record, field, {document_.region().decimal_separator, std::string()});
+  const bool is_rich = table_.field(field).type == FieldType::kLongText && is_rich_text(text);
+  return to_qt(is_rich ? plain_text_of(text) : text);
 }
 
-QVariant TableModel::foreground(const QModelIndex& index) const {
-  const Field& field = table_.field(static_cast<size_t>(index.column()));
-  if (field.link) return QGuiApplication::palette().color(QPalette::Link);
-  if (field.format.empty()) return {};
-  std::string text;
-  ShownValue shown;
-  static_cast<void>(
-      texts_->read(record_at(index.row()) - 1, static_cast<size_t>(index.column()), text, &shown));
-  const QColor color = shown.color > 0 ? color_of(shown.color) : QColor();
-  return color.isValid() ? QVariant(color) : QVariant();
+bool TableModel::has_formatting(uint32_t record, size_t field) const {
+  return table_.field(field).type == FieldType::kLongText && is_rich_text(table_.value_text(record, field));
+}
+
+ErrorCode TableModel::enter(uint32_t record, size_t field, const QString& text, QString& warning) {
+  std::string entered = to_utf8(text);
+  if (table_.field(field).type == FieldType::kText) {
+    TextEntry entry = check_text_entry(entered);
+    if (entry.warning) warning = to_qt(texts::kEntryTruncated);
+    entered = std::move(entry.text);
+  }
+  CellValue value;
+  const ErrorCode error = read_entry(table_.field(field), entered, document_.region(), value);
+  return error == ErrorCode::kOk ? table_.set_value(record, field, value) : error;
+}
+
+bool TableModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+  if (role != Qt::EditRole || !index.isValid()) return false;
+  const auto field = static_cast<size_t>(index.column());
+  const uint32_t record = record_at(index.row());
+  const QString text = value.toString();
+  if (text == entry_text(record, field)) return true;
+  QString warning;
+  const ErrorCode error = enter(record, field, text, warning);
+  if (!warning.isEmpty()) emit told(warning);
+  if (error != ErrorCode::kOk) emit told(to_qt(error_text(error)));
+  return error == ErrorCode::kOk;
+}
+
+QVariant TableModel::cell_tip(const QModelIndex& index) const {
+  const auto field = static_cast<size_t>(index.column());
+  if (!settings_.check_box_options.show_memo_tooltips || !is_long(table_.field(field).type)) return {};
+  return texts_->text(record_at(index.row()) - 1, field, kTipCharacters);
 }
 
 QVariant TableModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
-  const auto field = static_cast<size_t>(index.column());
-  const Field& definition = table_.field(field);
   switch (role) {
     case Qt::DisplayRole:
-      return shown_text(index);
+    case Qt::AccessibleTextRole:
+      return shown_cell(index.row(), index.column()).text;
     case Qt::EditRole:
-      return entry_text(record_at(index.row()), field);
-    case Qt::TextAlignmentRole:
-      return QVariant(Qt::AlignVCenter |
-                      (definition.type == FieldType::kNumber ? Qt::AlignRight : Qt::AlignLeft));
-    case Qt::ForegroundRole:
-      return foreground(index);
-    case Qt::FontRole: {
-      if (!definition.link) return {};
-      QFont font;
-      font.setUnderline(true);
-      return font;
-    }
-    case Qt::ToolTipRole: {
-      if (!is_long(definition.type)) return {};
-      return to_qt(shown_text(record_at(index.row()), field, kTipCharacters));
-    }
+      return entry_text(record_at(index.row()), static_cast<size_t>(index.column()));
+    case Qt::ToolTipRole:
+      return cell_tip(index);
     default:
       return {};
   }
@@ -186,23 +231,9 @@ QVariant TableModel::headerData(int section, Qt::Orientation orientation, int ro
 }
 
 Qt::ItemFlags TableModel::flags(const QModelIndex& index) const {
-  Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
-  const Field& field = table_.field(static_cast<size_t>(index.column()));
-  const bool is_typed = field.type != FieldType::kFiles && !field.encrypted && field.formula.empty();
-  return is_typed ? flags | Qt::ItemIsEditable : flags;
-}
-
-bool TableModel::setData(const QModelIndex& index, const QVariant& value, int role) {
-  if (role != Qt::EditRole || !index.isValid()) return false;
-  const auto field = static_cast<size_t>(index.column());
-  const uint32_t record = record_at(index.row());
-  const std::string text = to_utf8(value.toString());
-  if (text == to_utf8(data(index, Qt::EditRole).toString())) return true;
-  CellValue entered;
-  ErrorCode error = read_entry(table_.field(field), text, document_.region(), entered);
-  if (error == ErrorCode::kOk) error = table_.set_value(record, field, entered);
-  if (error != ErrorCode::kOk) emit refused(to_qt(error_text(error)));
-  return error == ErrorCode::kOk;
+  const Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemNeverHasChildren;
+  if (!index.isValid()) return flags;
+  return is_typed(static_cast<size_t>(index.column())) ? flags | Qt::ItemIsEditable : flags;
 }
 
 }  // namespace rowvane

@@ -1,0 +1,189 @@
+// Scrolls a grid from end to end and tells how long its pictures took, as a line of JSON for each table.
+//
+//     scroll_bench [--every N] [long] [wide]
+//
+// long: 12,582,912 records of 12 fields, page by page; wide: 100,000 records of 2,000 fields, page by page
+// sideways. --every N shows every N-th page only. A picture is all that happens from a step of the scroll bar
+// until the window is drawn: cells, heads and record numbers, 1280 by 800 pixels, without a screen.
+#include <QApplication>
+#include <QScrollBar>
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "core/database.h"
+#include "ui/dialogs.h"
+#include "ui/document/database_document.h"
+#include "ui/grid/cellvane_view.h"
+#include "ui/theme.h"
+
+namespace rowvane {
+namespace {
+
+constexpr uint32_t kLongRecords = 12'582'912;
+constexpr size_t kLongFields = 12;
+constexpr uint32_t kWideRecords = 100'000;
+constexpr size_t kWideFields = 2'000;
+
+double resident_megabytes() {
+  std::ifstream status("/proc/self/status");
+  for (std::string word; status >> word;) {
+    if (word != "VmRSS:") continue;
+    double kilobytes = 0;
+    status >> kilobytes;
+    return kilobytes / 1024;
+  }
+  return 0;
+}
+
+// ---- the tables: numbers, texts and dates in turn
+
+uint32_t scrambled(uint32_t record, size_t field) {
+  uint32_t bits = record * 2654435761u + static_cast<uint32_t>(field) * 40503u;
+  bits ^= bits >> 15;
+  bits *= 2246822519u;
+  return bits ^ (bits >> 13);
+}
+
+void add_numbers(TableData& data, size_t field, bool dates) {
+  NumberColumn column;
+  column.cells.resize(data.record_count);
+  for (uint32_t i = 0; i < data.record_count; ++i) {
+    const uint32_t bits = scrambled(i, field);
+    column.cells[i] = dates ? 36'500 + bits % 10'000 : bits % 2'000'000 / 100.0 - 5'000;
+  }
+  data.columns.emplace_back(std::move(column));
+}
+
+void add_texts(TableData& data, size_t field) {
+  TextColumn column;
+  column.cells.resize(data.record_count);
+  std::vector<TextPool::Code> codes;
+  for (int i = 0; i < 5'000; ++i) {
+    codes.push_back(
+        column.code_for("Customer " + std::to_string(i * 37) + ", Żółta ulica " + std::to_string(i)));
+  }
+  for (uint32_t i = 0; i < data.record_count; ++i)
+    column.cells[i] = codes[scrambled(i, field) % codes.size()];
+  data.columns.emplace_back(std::move(column));
+}
+
+std::unique_ptr<CWorkSheet> make_table(size_t fields, uint32_t records) {
+  TableData data;
+  data.record_count = records;
+  for (size_t i = 0; i < fields; ++i) {
+    Field field;
+    field.name = "Field " + std::to_string(i + 1);
+    field.position = static_cast<uint16_t>(i);
+    switch (i % 4) {
+      case 0:
+        field.type = FieldType::kNumber;
+        add_numbers(data, i, false);
+        break;
+      case 1:
+        add_texts(data, i);
+        break;
+      case 2:
+        field.type = FieldType::kNumber;
+        field.format = "yyyy-mm-dd";
+        add_numbers(data, i, true);
+        break;
+      default:
+        field.type = FieldType::kNumber;
+        field.format = "#,##0.00;[red]-#,##0.00";
+        add_numbers(data, i, false);
+        break;
+    }
+    data.fields.push_back(std::move(field));
+  }
+  return std::make_unique<CWorkSheet>("records", std::move(data));
+}
+
+// ---- the pictures
+
+struct Figures {
+  std::vector<double> pictures;          // milliseconds
+  double before = 0, with = 0, end = 0;  // megabytes
+};
+
+double timed_ms(const std::function<void()>& work) {
+  const auto start = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+}
+
+Figures scroll(CWorkSheet& table, DatabaseDocument& document, Qt::Orientation direction, int every) {
+  Figures figures;
+  const profile::Settings settings;
+  MessageBoxes dialogs;
+  figures.before = resident_megabytes();
+  CCellvaneView view(document, table, settings, dialogs);
+  view.resize(1280, 800);
+  view.show();
+  QApplication::processEvents();
+  figures.with = resident_megabytes();
+  QScrollBar* bar = direction == Qt::Vertical ? view.verticalScrollBar() : view.horizontalScrollBar();
+  const int64_t page = int64_t{bar->pageStep()} * every;
+  for (int64_t at = page;; at += page) {
+    const int to = static_cast<int>(std::min<int64_t>(at, bar->maximum()));
+    figures.pictures.push_back(timed_ms([&] {
+      bar->setValue(to);
+      QApplication::processEvents();
+    }));
+    if (to == bar->maximum()) break;
+  }
+  figures.end = resident_megabytes();
+  return figures;
+}
+
+void print(const char* name, Figures figures) {
+  std::ranges::sort(figures.pictures);
+  double sum = 0;
+  for (const double picture : figures.pictures) sum += picture;
+  const size_t count = figures.pictures.size();
+  const auto rank = static_cast<size_t>(std::ceil(static_cast<double>(count) * 0.999)) - 1;
+  std::printf(
+      "{\"table\": \"%s\", \"pages\": %zu, \"worst_ms\": %.3f, \"p999_ms\": %.3f, \"mean_ms\": %.3f, "
+      "\"mb_before\": %.1f, \"mb_with_window\": %.1f, \"mb_at_end\": %.1f}\n",
+      name, count, figures.pictures.back(), figures.pictures[rank], sum / static_cast<double>(count),
+      figures.before, figures.with, figures.end);
+}
+
+void run(const char* name, size_t fields, uint32_t records, Qt::Orientation direction, int every) {
+  DatabaseDocument document{Options()};
+  std::unique_ptr<CWorkSheet> made = make_table(fields, records);
+  CWorkSheet& table = *made;
+  if (document.database().add_table(document.database().root(), made) != ErrorCode::kOk) return;
+  print(name, scroll(table, document, direction, every));
+}
+
+}  // namespace
+}  // namespace rowvane
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QApplication application(argc, argv);
+  rowvane::set_dark_colors(false);
+  int every = 1;
+  bool all = true;
+  for (int i = 1; i < argc; ++i) {
+    if (std::strcmp(argv[i], "--every") == 0 && i + 1 < argc) every = std::max(std::atoi(argv[++i]), 1);
+    if (std::strcmp(argv[i], "long") == 0 || std::strcmp(argv[i], "wide") == 0) all = false;
+  }
+  const auto wanted = [&](const char* name) {
+    return all ||
+           std::any_of(argv + 1, argv + argc, [name](const char* word) { return !std::strcmp(word, name); });
+  };
+  if (wanted("long")) {
+    rowvane::run("long", rowvane::kLongFields, rowvane::kLongRecords, Qt::Vertical, every);
+  }
+  if (wanted("wide")) {
+    rowvane::run("wide", rowvane::kWideFields, rowvane::kWideRecords, Qt::Horizontal, every);
+  }
+  return 0;
+}
