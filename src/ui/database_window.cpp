@@ -4,7 +4,6 @@
 #include <QLocale>
 #include <QSplitter>
 #include <QStackedWidget>
-#include <QTreeView>
 #include <algorithm>
 
 #include "core/messages.h"
@@ -27,25 +26,21 @@ CDatabaseWindow::CDatabaseWindow(std::unique_ptr<DatabaseDocument> document, pro
       settings_(settings),
       dialogs_(dialogs),
       splitter_(new QSplitter(this)),
-      tree_(new QTreeView(splitter_)),
-      tree_model_(new TableTree(*document_, this)),
+      explorer_(new CDatabaseExplorer(*document_, settings.explorer_options, dialogs, splitter_)),
       views_(new QStackedWidget(splitter_)) {
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(splitter_);
-  tree_->setModel(tree_model_);
-  tree_->setHeaderHidden(true);
-  tree_->setDragDropMode(QAbstractItemView::InternalMove);
-  tree_->setEditTriggers(QAbstractItemView::EditKeyPressed | QAbstractItemView::SelectedClicked);
-  tree_->expandAll();
   splitter_->setStretchFactor(0, 0);
   splitter_->setStretchFactor(1, 1);
   splitter_->setSizes({kExplorerWidth, 1000});
   splitter_->setChildrenCollapsible(false);
-  connect(tree_model_, &TableTree::refused, this,
-          [this](const QString& text) { dialogs_.show(to_utf8(text), MessageIcon::kWarning); });
-  connect(tree_->selectionModel(), &QItemSelectionModel::currentChanged, this, &CDatabaseWindow::open_item);
-  connect(tree_, &QTreeView::activated, this, &CDatabaseWindow::open_item);
+  connect(explorer_, &CDatabaseExplorer::table_chosen, this, [this](CWorkSheet* table) {
+    if (table != current_table_) show_table(*table);
+  });
+  connect(explorer_, &CDatabaseExplorer::table_entered, this, [this] {
+    if (view() != nullptr) view()->setFocus();
+  });
   connect(document_.get(), &DatabaseDocument::changed, this, &CDatabaseWindow::follow);
   const std::vector<CWorkSheet*> tables = document_->database().tables();
   if (!tables.empty()) show_table(*tables.front());
@@ -54,7 +49,7 @@ CDatabaseWindow::CDatabaseWindow(std::unique_ptr<DatabaseDocument> document, pro
 CDatabaseWindow::~CDatabaseWindow() {
   // The views look at the document to their end.
   for (auto& [table, pane] : panes_) delete pane.view;
-  delete tree_model_;
+  delete explorer_;
 }
 
 // ---- tables
@@ -88,17 +83,12 @@ CDatabaseWindow::Pane& CDatabaseWindow::pane_of(CWorkSheet& table) {
 void CDatabaseWindow::show_table(CWorkSheet& table) {
   current_table_ = &table;
   views_->setCurrentWidget(pane_of(table).view);
-  tree_->setCurrentIndex(tree_model_->index_of(table));
+  explorer_->set_current_item({nullptr, &table});
   emit state_changed();
 }
 
-void CDatabaseWindow::open_item(const QModelIndex& index) {
-  CWorkSheet* table = tree_model_->item(index).table;
-  if (index.isValid() && table != nullptr && table != current_table_) show_table(*table);
-}
-
 void CDatabaseWindow::set_explorer_visible(bool visible) {
-  tree_->setVisible(visible);
+  explorer_->setVisible(visible);
 }
 
 void CDatabaseWindow::drop_missing_tables() {
@@ -114,11 +104,7 @@ void CDatabaseWindow::drop_missing_tables() {
 }
 
 void CDatabaseWindow::follow(const CWorkSheet* changed) {
-  if (changed == nullptr) {
-    drop_missing_tables();
-    tree_->expandAll();
-    if (current_table_ != nullptr) tree_->setCurrentIndex(tree_model_->index_of(*current_table_));
-  }
+  if (changed == nullptr) drop_missing_tables();
   // Records came or went: the model shows all until the filter and the order are worked out again.
   Pane* pane = current_pane();
   if (pane != nullptr && pane->view->model().shows_all() &&
@@ -133,57 +119,6 @@ void CDatabaseWindow::report(ErrorCode error) {
   } else if (error != ErrorCode::kOk) {
     dialogs_.show_error(error);
   }
-}
-
-// ---- the tree
-
-Folder& CDatabaseWindow::current_folder() const {
-  const TableTree::Item item = tree_model_->item(tree_->currentIndex());
-  if (item.folder != nullptr) return *item.folder;
-  return item.table != nullptr ? *item.table->folder() : document_->database().root();
-}
-
-void CDatabaseWindow::new_table() {
-  Database& database = document_->database();
-  Folder& folder = current_folder();
-  const auto name =
-      dialogs_.ask_text(tr("New Table"), tr("Name:"), to_qt(database.free_name(folder, "table1")));
-  if (!name) return;
-  auto table = rowvane::new_table(to_utf8(*name), 5, 20);
-  CWorkSheet* added = table.get();
-  const ErrorCode error = database.add_table(folder, table);
-  if (error == ErrorCode::kNameNotUnique) {
-    dialogs_.show(message(MessageId::kTableNameExists), MessageIcon::kWarning);
-  } else if (error != ErrorCode::kOk) {
-    dialogs_.show_error(error);
-  } else {
-    show_table(*added);
-  }
-}
-
-void CDatabaseWindow::new_folder() {
-  Database& database = document_->database();
-  Folder& folder = current_folder();
-  const auto name =
-      dialogs_.ask_text(tr("New Folder"), tr("Name:"), to_qt(database.free_name(folder, "folder1")));
-  if (name) report(database.add_folder(folder, to_utf8(*name)));
-}
-
-void CDatabaseWindow::rename_item() {
-  const TableTree::Item item = tree_model_->item(tree_->currentIndex());
-  if (!tree_->currentIndex().isValid()) return;
-  const std::string& present = item.folder != nullptr ? item.folder->name() : item.table->name();
-  const auto name = dialogs_.ask_text(tr("Rename"), tr("Name:"), to_qt(present));
-  if (name) tree_model_->setData(tree_->currentIndex(), *name);
-}
-
-void CDatabaseWindow::delete_item() {
-  const TableTree::Item item = tree_model_->item(tree_->currentIndex());
-  if (!tree_->currentIndex().isValid()) return;
-  const std::string& name = item.folder != nullptr ? item.folder->name() : item.table->name();
-  if (!dialogs_.ask("Delete \"" + name + "\" with all that is in it?")) return;
-  Database& database = document_->database();
-  report(item.folder != nullptr ? database.delete_folder(*item.folder) : database.delete_table(*item.table));
 }
 
 // ---- fields

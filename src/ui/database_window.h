@@ -8,12 +8,11 @@
 #include "app/profile_settings.h"
 #include "ui/dialogs.h"
 #include "ui/document/table_presentation.h"
-#include "ui/explorer/table_tree.h"
+#include "ui/explorer/database_explorer.h"
 #include "ui/grid/cellvane_view.h"
 
 class QSplitter;
 class QStackedWidget;
-class QTreeView;
 
 namespace rowvane {
 
@@ -32,11 +31,8 @@ class CDatabaseWindow final : public QWidget {
   void show_table(CWorkSheet& table);
   void set_explorer_visible(bool visible);
 
-  // The commands of the tree.
-  void new_table();
-  void new_folder();
-  void rename_item();
-  void delete_item();
+  // The tree with its commands.
+  CDatabaseExplorer& explorer() { return *explorer_; }
 
   // The commands of fields.
   void insert_field();
@@ -72,8 +68,6 @@ class CDatabaseWindow final : public QWidget {
   Pane& pane_of(CWorkSheet& table);
   Pane* current_pane();
   const Pane* current_pane() const;
-  void open_item(const QModelIndex& index);
-  Folder& current_folder() const;
   // Works out the shown records of the table in view and shows them.
   void present();
   void report(ErrorCode error);
@@ -82,8 +76,7 @@ class CDatabaseWindow final : public QWidget {
   profile::Settings& settings_;
   Dialogs& dialogs_;
   QSplitter* splitter_;
-  QTreeView* tree_;
-  TableTree* tree_model_;
+  CDatabaseExplorer* explorer_;
   QStackedWidget* views_;
   std::map<CWorkSheet*, Pane> panes_;
   CWorkSheet* current_table_ = nullptr;

@@ -129,6 +129,12 @@ void CMainFrame::on(Command command, Step step) {
   });
 }
 
+void CMainFrame::on(Command command, TreeStep step) {
+  on(command, [this, step] {
+    if (CDatabaseWindow* window = current_window()) (window->explorer().*step)();
+  });
+}
+
 void CMainFrame::on(Command command, ViewStep step) {
   on(command, [this, step] {
     CDatabaseWindow* window = current_window();
@@ -175,10 +181,10 @@ void CMainFrame::connect_commands() {
   on(Command::kDeleteField, &CDatabaseWindow::delete_field);
   on(Command::kHideField, &CDatabaseWindow::hide_field);
   on(Command::kShowAllFields, &CDatabaseWindow::show_all_fields);
-  on(Command::kNewTable, &CDatabaseWindow::new_table);
-  on(Command::kNewFolder, &CDatabaseWindow::new_folder);
-  on(Command::kRenameItem, &CDatabaseWindow::rename_item);
-  on(Command::kDeleteItem, &CDatabaseWindow::delete_item);
+  on(Command::kNewTable, &CDatabaseExplorer::new_table);
+  on(Command::kNewFolder, &CDatabaseExplorer::new_folder);
+  on(Command::kRenameItem, &CDatabaseExplorer::rename_item);
+  on(Command::kDeleteItem, &CDatabaseExplorer::delete_item);
   on(Command::kFindByValue, &CDatabaseWindow::find_by_value);
   on(Command::kShowAllRecords, &CDatabaseWindow::show_all_records);
   on(Command::kSortAscending, [this] { sort(false); });

@@ -47,6 +47,7 @@ class CMainFrame final : public QMainWindow {
 
  private:
   using Step = void (CDatabaseWindow::*)();
+  using TreeStep = void (CDatabaseExplorer::*)();
   using ViewStep = void (CCellvaneView::*)();
 
   void make_menus();
@@ -55,6 +56,7 @@ class CMainFrame final : public QMainWindow {
   void connect_commands();
   void on(Command command, const std::function<void()>& run);
   void on(Command command, Step step);
+  void on(Command command, TreeStep step);
   void on(Command command, ViewStep step);
 
   void update_state();
