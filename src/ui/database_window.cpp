@@ -76,6 +76,7 @@ CDatabaseWindow::Pane& CDatabaseWindow::pane_of(CWorkSheet& table) {
   pane.presentation = std::make_unique<TablePresentation>(*document_, table);
   pane.view->addActions(actions());
   views_->addWidget(pane.view);
+  connect(pane.view, &CCellvaneView::escape_pressed, this, &CDatabaseWindow::escape_pressed);
   connect(pane.view, &CCellvaneView::place_changed, this, &CDatabaseWindow::state_changed);
   return pane;
 }

@@ -55,6 +55,7 @@ class CDatabaseWindow final : public QWidget {
  signals:
   // What the frame shows of this window may be another.
   void state_changed();
+  void escape_pressed();
 
  private:
   // A table that has been looked at.

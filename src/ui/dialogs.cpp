@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QPushButton>
 
 #include "core/messages.h"
 #include "ui/dialogs/insert_password_dlg.h"
@@ -63,6 +64,17 @@ SaveAnswer MessageBoxes::ask_save(const QString& question) {
     default:
       return SaveAnswer::kCancel;
   }
+}
+
+int MessageBoxes::choose(const QString& question, const QStringList& buttons) {
+  QMessageBox box(QMessageBox::Question, program_title(), question, QMessageBox::NoButton, parent_);
+  box.setTextFormat(Qt::PlainText);
+  QList<QAbstractButton*> added;
+  for (const QString& text : buttons) added << box.addButton(text, QMessageBox::AcceptRole);
+  box.setDefaultButton(static_cast<QPushButton*>(added.first()));
+  box.setEscapeButton(added.last());
+  box.exec();
+  return static_cast<int>(added.indexOf(box.clickedButton()));
 }
 
 QString MessageBoxes::choose_file_to_open(const FileChoice& choice) {

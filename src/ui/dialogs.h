@@ -27,6 +27,8 @@ class Dialogs : public Questions, public UserMessages, public PasswordPrompt {
  public:
   // "Save changes to ...?"
   virtual SaveAnswer ask_save(const QString& question) = 0;
+  // The place of the button that was pressed, the first of which is the usual one; -1 when the user gives up.
+  virtual int choose(const QString& question, const QStringList& buttons) = 0;
   // Empty when the user gives up.
   virtual QString choose_file_to_open(const FileChoice& choice) = 0;
   virtual QString choose_file_to_save(const FileChoice& choice) = 0;
@@ -48,6 +50,7 @@ class MessageBoxes final : public Dialogs {
   void show(const std::string& text, MessageIcon icon) override;
   std::optional<Secret> ask_password(const std::string& path) override;
   SaveAnswer ask_save(const QString& question) override;
+  int choose(const QString& question, const QStringList& buttons) override;
   QString choose_file_to_open(const FileChoice& choice) override;
   QString choose_file_to_save(const FileChoice& choice) override;
   std::optional<QString> ask_text(const QString& title, const QString& label, const QString& text) override;

@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QEventLoop>
 #include <QProgressDialog>
+#include <QThread>
 #include <QTimer>
 #include <algorithm>
 #include <atomic>
@@ -11,6 +12,7 @@
 #include <string>
 #include <thread>
 
+#include "ui/document/database_document.h"
 #include "ui/text.h"
 
 namespace rowvane {
@@ -19,6 +21,8 @@ namespace {
 constexpr int kRefreshMilliseconds = 50;
 constexpr int kShowAfterMilliseconds = 400;
 constexpr int kSteps = 1000;
+
+int running_tasks = 0;
 
 // Keeps what the threads of the work report until the box asks for it.
 class TaskProgress final : public Progress {
@@ -56,10 +60,13 @@ class TaskProgress final : public Progress {
   std::atomic<bool> cancelled_ = false;
 };
 
-// Keeps the user's hands off all windows but the box, also before the box is there.
+// Keeps the user's hands off all windows but the box and what the work asks, also before the box is there.
 class InputBlocker final : public QObject {
  public:
-  explicit InputBlocker(const QWidget& box) : box_(box) { qApp->installEventFilter(this); }
+  // PARENT, which may be null, is the window that the work began in.
+  explicit InputBlocker(const QWidget* parent) : window_(parent != nullptr ? parent->window() : nullptr) {
+    qApp->installEventFilter(this);
+  }
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override {
@@ -80,13 +87,15 @@ class InputBlocker final : public QObject {
         return false;
     }
     const auto* widget = qobject_cast<QWidget*>(watched);
-    if (widget == nullptr || widget->window() == &box_) return false;
+    if (widget == nullptr) return false;
+    const QWidget* window = widget->window();
+    if (window != window_ && window->isModal()) return false;
     if (event->type() == QEvent::Close) event->ignore();
     return true;
   }
 
  private:
-  const QWidget& box_;
+  const QWidget* window_;
 };
 
 }  // namespace
@@ -101,6 +110,7 @@ bool run_long_task(QWidget* parent, const QString& caption, const std::function<
   box.setAutoReset(false);
   box.setValue(0);
 
+  ++running_tasks;
   QEventLoop loop;
   std::thread worker([&] {
     work(progress);
@@ -117,10 +127,34 @@ bool run_long_task(QWidget* parent, const QString& caption, const std::function<
     box.setLabelText(QProgressDialog::tr("Cancelling..."));
   });
   refresh.start(kRefreshMilliseconds);
-  const InputBlocker blocker(box);
+  const InputBlocker blocker(parent);
   loop.exec();
   worker.join();
+  --running_tasks;
   return !progress.cancelled();
+}
+
+bool run_long_change(QWidget* views, const QString& caption, DatabaseDocument& document,
+                     const std::function<void(Progress&)>& work) {
+  views->setUpdatesEnabled(false);
+  document.hold_notices();
+  const bool done = run_long_task(views, caption, work);
+  document.release_notices();
+  views->setUpdatesEnabled(true);
+  return done;
+}
+
+bool is_long_task_running() {
+  return running_tasks > 0;
+}
+
+bool QuestionsOnWindow::ask(const std::string& question) {
+  bool yes = false;
+  const auto type =
+      QThread::currentThread() == window_.thread() ? Qt::DirectConnection : Qt::BlockingQueuedConnection;
+  QMetaObject::invokeMethod(
+      &window_, [&] { yes = questions_.ask(question); }, type);
+  return yes;
 }
 
 }  // namespace rowvane

@@ -7,20 +7,20 @@
 #include <QDragEnterEvent>
 #include <QFileInfo>
 #include <QLabel>
+#include <QLocale>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QScreen>
 #include <QStatusBar>
 #include <QTabWidget>
+#include <QTimer>
 #include <QToolBar>
 
 #include "app/file_type_registration.h"
-#include "core/messages.h"
-#include "exchange/text_export.h"
+#include "platform/file.h"
 #include "platform/folders.h"
 #include "ui/dialogs/open_text_file_dlg.h"
 #include "ui/dialogs/protect_dlg.h"
-#include "ui/dialogs/save_text_file_dlg.h"
 #include "ui/icons.h"
 #include "ui/long_task.h"
 #include "ui/text.h"
@@ -30,13 +30,6 @@ namespace rowvane {
 namespace {
 
 constexpr int kSecondEscapeMilliseconds = 800;
-constexpr size_t kMostRecentFiles = 16;
-
-const QString kDatabaseFilter = QStringLiteral("Rowvane database (*.rvb)");
-const QString kOpenFilter = QStringLiteral(
-    "All that can be opened (*.rvb *.zip *.csv *.tsv *.tab *.txt);;Rowvane database (*.zip;*.rvb);;"
-    "Text files (*.csv *.tsv *.tab *.txt);;All files (*)");
-const QString kTextFilter = QStringLiteral("Text files (*.csv *.tsv *.tab *.txt);;All files (*)");
 
 QString shown_path(const QString& path) {
   return QDir::toNativeSeparators(path);
@@ -44,8 +37,13 @@ QString shown_path(const QString& path) {
 
 }  // namespace
 
-CMainFrame::CMainFrame(ProgramProfile& profile, Dialogs& dialogs)
-    : profile_(profile), dialogs_(dialogs), tabs_(new QTabWidget(this)) {
+CMainFrame::CMainFrame(ProgramProfile& profile, Dialogs& dialogs, const QString& recovery_folder)
+    : profile_(profile),
+      dialogs_(dialogs),
+      files_(profile.settings(), dialogs, *this),
+      recovery_folder_(recovery_folder),
+      recovery_(recovery_folder_),
+      tabs_(new QTabWidget(this)) {
   setWindowTitle(program_title());
   setWindowIcon(icon("rowvane"));
   setAcceptDrops(true);
@@ -62,6 +60,9 @@ CMainFrame::CMainFrame(ProgramProfile& profile, Dialogs& dialogs)
   connect(tabs_, &QTabWidget::tabCloseRequested, this, &CMainFrame::close_window);
   actions_.of(Command::kDarkMode)->setChecked(profile_.settings().toolbar_options.dark_mode);
   actions_.of(Command::kShowExplorer)->setChecked(true);
+  auto* minute = new QTimer(this);
+  connect(minute, &QTimer::timeout, this, &CMainFrame::auto_save);
+  minute->start(std::chrono::minutes(1));
   update_recent_files();
   update_state();
 }
@@ -120,7 +121,10 @@ void CMainFrame::make_status_bar() {
 }
 
 void CMainFrame::on(Command command, const std::function<void()>& run) {
-  connect(actions_.of(command), &QAction::triggered, this, run);
+  connect(actions_.of(command), &QAction::triggered, this, [this, run] {
+    recovery_.stop();
+    run();
+  });
 }
 
 void CMainFrame::on(Command command, Step step) {
@@ -147,16 +151,22 @@ void CMainFrame::connect_commands() {
   on(Command::kOpen, [this] { open_chosen_file(); });
   on(Command::kOpenTextFile, [this] { open_chosen_text_file(); });
   on(Command::kClose, [this] { close_window(tabs_->currentIndex()); });
-  on(Command::kSave, [this] { save(*current_window()); });
-  on(Command::kSaveAs, [this] { save_as(*current_window(), false); });
-  on(Command::kSaveCopyAs, [this] { save_as(*current_window(), true); });
-  on(Command::kImport, [this] { import_table(); });
-  on(Command::kExport, [this] { export_table(); });
+  on(Command::kSave, [this] { files_.save(current_window()->document()); });
+  on(Command::kSaveAs, [this] { files_.save_as(current_window()->document()); });
+  on(Command::kSaveCopyAs, [this] { files_.save_copy_as(current_window()->document()); });
+  on(Command::kImport, [this] {
+    CDatabaseWindow* window = current_window();
+    if (CWorkSheet* table = files_.import_table(window->document())) window->show_table(*table);
+  });
+  on(Command::kExport, [this] {
+    CDatabaseWindow* window = current_window();
+    files_.export_table(window->document(), window->view()->table(), window->view()->model().records());
+  });
   on(Command::kProtect, [this] {
     protect_database(current_window()->document(), dialogs_, this);
     update_state();
   });
-  on(Command::kCompact, [this] { compact(); });
+  on(Command::kCompact, [this] { files_.compact(current_window()->document()); });
   on(Command::kLoadProfile, [this] { load_profile(); });
   on(Command::kSaveProfileAs, [this] { save_profile_as(); });
   on(Command::kExit, [this] { close(); });
@@ -208,11 +218,11 @@ void CMainFrame::connect_commands() {
   });
   on(Command::kRegisterFileType, [this] {
     const Notice notice = register_database_files(platform::known_folders().program_file);
-    show_notices({notice});
+    files_.show_notices({notice});
   });
   on(Command::kUnregisterFileType, [this] {
     const Notice notice = unregister_database_files(platform::known_folders().program_file);
-    show_notices({notice});
+    files_.show_notices({notice});
   });
   on(Command::kAbout, [this] {
     dialogs_.show(to_utf8(program_title()) + "\n\nA desktop database.\nGPL-3.0-or-later",
@@ -275,28 +285,23 @@ void CMainFrame::update_recent_files() {
   recent_files_->setEnabled(!files.empty());
 }
 
-void CMainFrame::remember_file(const QString& path) {
-  add_recent_file(profile_.settings().recent_files, {to_utf8(QFileInfo(path).absoluteFilePath()), 0},
-                  kMostRecentFiles);
-  update_recent_files();
-}
-
-void CMainFrame::show_notices(const std::vector<Notice>& notices) {
-  for (const Notice& notice : notices) dialogs_.show(notice_text(notice), MessageIcon::kInformation);
-}
-
 // ---- opening
 
-void CMainFrame::add_window(std::unique_ptr<DatabaseDocument> document) {
+CDatabaseWindow* CMainFrame::window_at(int index) const {
+  return static_cast<CDatabaseWindow*>(tabs_->widget(index));
+}
+
+void CMainFrame::add_window(std::unique_ptr<DatabaseDocument> document, const QString& recovery_copy) {
   auto* window = new CDatabaseWindow(std::move(document), profile_.settings(), dialogs_, tabs_);
   connect(window, &CDatabaseWindow::state_changed, this, &CMainFrame::update_state);
+  connect(window, &CDatabaseWindow::escape_pressed, this, &CMainFrame::escape_pressed);
   connect(&window->document(), &DatabaseDocument::changed, this, &CMainFrame::update_state);
+  connect(&window->document(), &DatabaseDocument::saved, this, &CMainFrame::update_state);
+  recovery_.watch_recovered(window->document(), recovery_copy);
   window->set_explorer_visible(actions_.of(Command::kShowExplorer)->isChecked());
-  tabs_->setCurrentIndex(tabs_->addTab(window, window->document().title()));
-  if (window->view() != nullptr) {
-    connect(window->view(), &CCellvaneView::escape_pressed, this, &CMainFrame::escape_pressed);
-    window->view()->setFocus();
-  }
+  tabs_->setCurrentIndex(tabs_->addTab(window, icon("table"), window->document().title()));
+  if (window->view() != nullptr) window->view()->setFocus();
+  update_recent_files();
   update_state();
 }
 
@@ -304,131 +309,90 @@ void CMainFrame::new_database() {
   add_window(std::make_unique<DatabaseDocument>(engine_options(profile_.settings())));
 }
 
-bool CMainFrame::open_file(const QString& path) {
-  TextImport text;
-  text.region = platform::user_regional_settings();
-  text.text = suggested_text_settings(to_utf8(path));
-  return open_with(path, text);
-}
-
-bool CMainFrame::open_text_file(const QString& path, const TextFileSettings& settings) {
-  TextImport text;
-  text.region = platform::user_regional_settings();
-  text.text = settings;
-  return open_with(path, text);
-}
-
-bool CMainFrame::open_with(const QString& path, const TextImport& text) {
-  const std::string file = to_utf8(QFileInfo(path).absoluteFilePath());
+bool CMainFrame::go_to_window_of(const QString& path) {
   for (int i = 0; i < tabs_->count(); ++i) {
-    if (static_cast<CDatabaseWindow*>(tabs_->widget(i))->document().database().file_path() != file) continue;
+    const std::string& open = window_at(i)->document().database().file_path();
+    if (open.empty() || !platform::is_same_file(open, to_utf8(path))) continue;
     tabs_->setCurrentIndex(i);
     return true;
-  }
-  const Options options = engine_options(profile_.settings());
-  std::shared_ptr<const Secret> password;
-  while (true) {
-    OpenedDatabase opened;
-    run_long_task(this, tr("Opening Database"), [&](Progress& progress) {
-      opened = open_document(file, text, options, nullptr, progress, password);
-    });
-    if (opened.cancelled) return false;
-    if (opened.error == ErrorCode::kInvalidPassword) {
-      if (password != nullptr) dialogs_.show_error(opened.error);
-      auto entered = dialogs_.ask_password(file);
-      if (!entered) return false;
-      password = std::make_shared<const Secret>(*std::move(entered));
-      continue;
-    }
-    if (opened.error != ErrorCode::kOk) {
-      dialogs_.show_error(opened.error);
-      return false;
-    }
-    const std::vector<Notice> notices = opened.notices;
-    add_window(std::make_unique<DatabaseDocument>(std::move(opened), options));
-    remember_file(path);
-    show_notices(notices);
-    return true;
-  }
-}
-
-void CMainFrame::open_chosen_file() {
-  const QString path = dialogs_.choose_file_to_open({tr("Open"), kOpenFilter, {}, {}});
-  if (!path.isEmpty()) open_file(path);
-}
-
-void CMainFrame::open_chosen_text_file() {
-  const QString path = dialogs_.choose_file_to_open({tr("Open Text File"), kTextFilter, {}, {}});
-  if (path.isEmpty()) return;
-  COpenTextFileDlg dialog(path, this);
-  if (dialog.exec() == QDialog::Accepted) open_text_file(path, dialog.settings());
-}
-
-// ---- saving and closing
-
-bool CMainFrame::save(CDatabaseWindow& window) {
-  DatabaseDocument& document = window.document();
-  if (!document.has_own_file()) return save_as(window, false);
-  return save_to(window, to_qt(document.database().file_path()), false);
-}
-
-bool CMainFrame::save_as(CDatabaseWindow& window, bool as_copy) {
-  const QString present = to_qt(window.document().database().file_path());
-  const QFileInfo info(present.isEmpty() ? to_qt(window.document().database().name()) : present);
-  const FileChoice choice{as_copy ? tr("Save Database Copy As") : tr("Save As"), kDatabaseFilter,
-                          QDir(info.path()).filePath(info.completeBaseName() + ".rvb"), "rvb"};
-  const QString path = dialogs_.choose_file_to_save(choice);
-  return !path.isEmpty() && save_to(window, path, as_copy);
-}
-
-bool CMainFrame::save_to(CDatabaseWindow& window, const QString& path, bool as_copy) {
-  DatabaseDocument& document = window.document();
-  SaveSettings settings;
-  settings.as_copy = as_copy;
-  SaveResult result;
-  run_long_task(this, tr("Saving Database"), [&](Progress& progress) {
-    result = document.file().save(to_utf8(QFileInfo(path).absoluteFilePath()), settings, document.options(),
-                                  progress);
-  });
-  if (result.error != ErrorCode::kOk) dialogs_.show_error(result.error);
-  const bool saved = result.error == ErrorCode::kOk && !result.cancelled;
-  if (saved && !as_copy) remember_file(path);
-  show_notices(result.notices);
-  update_state();
-  return saved;
-}
-
-bool CMainFrame::may_close(CDatabaseWindow& window) {
-  if (!window.document().is_modified()) return true;
-  const std::string name = to_utf8(window.document().title());
-  switch (dialogs_.ask_save(to_qt(fill_inserts("Save changes to %1!s!?", {std::string_view(name)})))) {
-    case SaveAnswer::kSave:
-      return save(window);
-    case SaveAnswer::kDiscard:
-      return true;
-    case SaveAnswer::kCancel:
-      break;
   }
   return false;
 }
 
+bool CMainFrame::open_file(const QString& path, const std::optional<TextFileSettings>& text) {
+  if (go_to_window_of(path)) return true;
+  std::unique_ptr<DatabaseDocument> document = files_.open(path, text);
+  if (document == nullptr) return false;
+  add_window(std::move(document));
+  return true;
+}
+
+void CMainFrame::open_chosen_file() {
+  const QString path = files_.choose_file_to_open();
+  if (!path.isEmpty()) open_file(path);
+}
+
+void CMainFrame::open_chosen_text_file() {
+  const QString path = files_.choose_text_file(tr("Open Text File"));
+  if (path.isEmpty()) return;
+  COpenTextFileDlg dialog(path, this);
+  if (dialog.exec() == QDialog::Accepted) open_file(path, dialog.settings());
+}
+
+void CMainFrame::offer_recovery() {
+  const std::vector<RecoveryCopy> copies = recovery_folder_.take_left_behind();
+  if (copies.empty()) return;
+  QString question = tr("Rowvane did not end properly. Changes that were not saved can be restored:");
+  question += "\n";
+  for (const RecoveryCopy& copy : copies)
+    question += "\n" + copy.title + "   " + QLocale().toString(copy.time, QLocale::ShortFormat);
+  const int answer = dialogs_.choose(question, {tr("&Restore"), tr("&Discard"), tr("&Later")});
+  for (const RecoveryCopy& copy : copies) {
+    if (answer == 1) RecoveryFolder::remove(copy.path);
+    if (answer != 0) continue;
+    if (std::unique_ptr<DatabaseDocument> document = files_.open_copy(copy))
+      add_window(std::move(document), copy.path);
+  }
+}
+
+// ---- saving and closing
+
 void CMainFrame::close_window(int index) {
-  auto* window = static_cast<CDatabaseWindow*>(tabs_->widget(index));
-  if (window == nullptr || !may_close(*window)) return;
+  CDatabaseWindow* window = window_at(index);
+  if (window == nullptr) return;
+  recovery_.stop();
+  if (!files_.may_close(window->document())) return;
+  recovery_.forget(window->document());
   tabs_->removeTab(index);
   delete window;
   update_state();
 }
 
 void CMainFrame::closeEvent(QCloseEvent* event) {
+  recovery_.stop();
   for (int i = 0; i < tabs_->count(); ++i) {
     tabs_->setCurrentIndex(i);
-    if (may_close(*current_window())) continue;
+    if (files_.may_close(current_window()->document())) continue;
     event->ignore();
     return;
   }
+  for (int i = 0; i < tabs_->count(); ++i) recovery_.forget(window_at(i)->document());
   keep_placement();
   event->accept();
+}
+
+// Databases without a file are left to the recovery copies: a box out of nowhere would disturb.
+void CMainFrame::auto_save() {
+  const int minutes = profile_.settings().general_options.auto_save;
+  if (minutes == 0 || ++minutes_since_save_ < minutes) return;
+  if (is_long_task_running() || QApplication::activeModalWidget() != nullptr) return;
+  minutes_since_save_ = 0;
+  recovery_.stop();
+  for (int i = 0; i < tabs_->count(); ++i) {
+    DatabaseDocument& document = window_at(i)->document();
+    const bool has_file = document.database().file_format() == FileFormat::kNative;
+    if (has_file && document.is_modified() && !document.file().is_read_only()) files_.save(document);
+  }
 }
 
 void CMainFrame::dragEnterEvent(QDragEnterEvent* event) {
@@ -441,67 +405,6 @@ void CMainFrame::dropEvent(QDropEvent* event) {
   }
 }
 
-// ---- exchange
-
-void CMainFrame::import_table() {
-  const QString path = dialogs_.choose_file_to_open({tr("Import Table"), kTextFilter, {}, {}});
-  if (path.isEmpty()) return;
-  COpenTextFileDlg dialog(path, this);
-  if (dialog.exec() != QDialog::Accepted) return;
-  CDatabaseWindow& window = *current_window();
-  Database& database = window.document().database();
-  TextImport settings;
-  settings.region = window.document().region();
-  settings.text = dialog.settings();
-  settings.table_name = database.free_name(database.root(), to_utf8(QFileInfo(path).completeBaseName()));
-  settings.max_records = database.max_records();
-  settings.threads = window.document().options().used_processor_cores;
-  TextImportResult result;
-  run_long_task(this, tr("Import Table"),
-                [&](Progress& progress) { result = import_text_file(to_utf8(path), settings, progress); });
-  if (result.status == Status::kCancelled) return;
-  ErrorCode error = result.error;
-  if (result.table != nullptr) {
-    CWorkSheet* table = result.table.get();
-    error = database.add_table(database.root(), result.table);
-    if (error == ErrorCode::kOk) window.show_table(*table);
-  }
-  if (error != ErrorCode::kOk) dialogs_.show_error(error);
-  show_notices(result.notices);
-}
-
-void CMainFrame::export_table() {
-  CCellvaneView* view = current_window()->view();
-  DatabaseDocument& document = current_window()->document();
-  CSaveTextFileDlg dialog(view->table(), document.options().text_export_row_limit, this);
-  if (dialog.exec() != QDialog::Accepted) return;
-  const QString name = to_qt(view->table().name()) + ".csv";
-  const QString path = dialogs_.choose_file_to_save({tr("Export Table"), kTextFilter, name, "csv"});
-  if (path.isEmpty()) return;
-  TextExport settings = dialog.settings();
-  settings.positions = view->model().records();
-  settings.numbers = {document.region().decimal_separator, std::string()};
-  settings.threads = document.options().used_processor_cores;
-  TextExportResult result;
-  run_long_task(this, tr("Export Table"), [&](Progress& progress) {
-    result = export_text(view->table(), to_utf8(path), settings, progress);
-  });
-  if (result.error != ErrorCode::kOk) dialogs_.show_error(result.error);
-  show_notices(result.notices);
-}
-
-void CMainFrame::compact() {
-  DatabaseDocument& document = current_window()->document();
-  CompactResult result;
-  run_long_task(this, tr("Compact Database"), [&](Progress& progress) {
-    result = compact_database(document.database(), document.file(), document.options(), progress);
-  });
-  if (result.save.cancelled) return;
-  if (result.save.error != ErrorCode::kOk) return dialogs_.show_error(result.save.error);
-  dialogs_.show(message(result.message), MessageIcon::kInformation);
-  update_state();
-}
-
 // ---- records
 
 void CMainFrame::update_formulas() {
@@ -512,9 +415,10 @@ void CMainFrame::update_formulas() {
       check_recalculation(document.database(), settings, document.formula_settings());
   if (!check.refusal.empty()) return dialogs_.show(check.refusal, MessageIcon::kWarning);
   if (!check.question.empty() && !dialogs_.ask(check.question)) return;
-  // On this thread: the results change what is in view.
-  const RecalculationResult result =
-      recalculate(document.database(), settings, document.formula_settings(), Progress::none());
+  RecalculationResult result;
+  run_long_change(tabs_, tr("Update All Calculated Fields"), document, [&](Progress& progress) {
+    result = recalculate(document.database(), settings, document.formula_settings(), progress);
+  });
   if (result.error != ErrorCode::kOk) dialogs_.show_error(result.error);
 }
 

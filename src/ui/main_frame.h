@@ -10,6 +10,9 @@
 #include "ui/actions.h"
 #include "ui/database_window.h"
 #include "ui/dialogs.h"
+#include "ui/document/document_files.h"
+#include "ui/document/recovery_folder.h"
+#include "ui/document/recovery_saver.h"
 
 class QLabel;
 class QTabWidget;
@@ -21,7 +24,8 @@ class CMainFrame final : public QMainWindow {
 
  public:
   // Both must outlive the frame.
-  CMainFrame(ProgramProfile& profile, Dialogs& dialogs);
+  // RECOVERY_FOLDER keeps unsaved work in case the program is killed; without one, nothing does.
+  CMainFrame(ProgramProfile& profile, Dialogs& dialogs, const QString& recovery_folder = {});
   ~CMainFrame() override;
 
   Actions& actions() { return actions_; }
@@ -30,11 +34,13 @@ class CMainFrame final : public QMainWindow {
   int window_count() const;
 
   // Opens PATH in a new tab, or goes to the tab where it is open. False after telling the user why not.
-  bool open_file(const QString& path);
-  // As open_file, a text file read with SETTINGS.
-  bool open_text_file(const QString& path, const TextFileSettings& settings);
+  // A text is read with TEXT, or as its name suggests.
+  bool open_file(const QString& path, const std::optional<TextFileSettings>& text = std::nullopt);
   // Adds a tab for a new database.
   void new_database();
+  // Offers what a program that was killed left behind.
+  void offer_recovery();
+  RecoverySaver& recovery() { return recovery_; }
 
   // Where the frame stands, as the profile keeps it.
   void restore_placement();
@@ -62,36 +68,32 @@ class CMainFrame final : public QMainWindow {
   void update_state();
   bool has(Needs needs) const;
   void update_recent_files();
-  void remember_file(const QString& path);
-
   void open_chosen_file();
   void open_chosen_text_file();
-  bool open_with(const QString& path, const TextImport& text);
-  void add_window(std::unique_ptr<DatabaseDocument> document);
-  // Asks about unsaved changes. False when the user wants to go on with the database.
-  bool may_close(CDatabaseWindow& window);
+  // True when PATH is open already.
+  bool go_to_window_of(const QString& path);
+  CDatabaseWindow* window_at(int index) const;
+  void add_window(std::unique_ptr<DatabaseDocument> document, const QString& recovery_copy = {});
   void close_window(int index);
-  bool save(CDatabaseWindow& window);
-  bool save_as(CDatabaseWindow& window, bool as_copy);
-  bool save_to(CDatabaseWindow& window, const QString& path, bool as_copy);
-  void import_table();
-  void export_table();
-  void compact();
+  void auto_save();
   void update_formulas();
   void load_profile();
   void save_profile_as();
   void escape_pressed();
   void sort(bool descending);
-  void show_notices(const std::vector<Notice>& notices);
 
   ProgramProfile& profile_;
   Dialogs& dialogs_;
+  DocumentFiles files_;
+  RecoveryFolder recovery_folder_;
+  RecoverySaver recovery_;
   Actions actions_;
   QTabWidget* tabs_;
   QMenu* recent_files_ = nullptr;
   QLabel* place_ = nullptr;
   QLabel* filter_ = nullptr;
   QLabel* selection_ = nullptr;
+  int minutes_since_save_ = 0;
   qint64 last_escape_ = 0;  // milliseconds
 };
 

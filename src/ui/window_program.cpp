@@ -1,6 +1,9 @@
 #include "ui/window_program.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QMetaObject>
+#include <QTimer>
 
 #include "app/startup_command.h"
 #include "ui/text.h"
@@ -15,9 +18,12 @@ WindowProgram::WindowProgram(StartupCommand command, platform::KnownFolders fold
 
 void WindowProgram::create_main_frame() {
   set_dark_colors(profile().settings().toolbar_options.dark_mode);
-  frame_ = std::make_unique<CMainFrame>(profile(), dialogs_);
+  const std::string& path = profile().path();
+  const QString recovery = path.empty() ? QString() : QFileInfo(to_qt(path)).dir().filePath("recovery");
+  frame_ = std::make_unique<CMainFrame>(profile(), dialogs_, recovery);
   dialogs_.set_parent(frame_.get());
   frame_->restore_placement();
+  QTimer::singleShot(0, frame_.get(), &CMainFrame::offer_recovery);
 }
 
 void WindowProgram::open_file(const std::string& path) {

@@ -14,6 +14,7 @@ class ScriptedDialogs final : public Dialogs {
  public:
   std::deque<bool> answers;
   std::deque<SaveAnswer> save_answers;
+  std::deque<int> choices;
   std::deque<std::string> passwords;
   std::deque<QString> files_to_open;
   std::deque<QString> files_to_save;
@@ -34,6 +35,10 @@ class ScriptedDialogs final : public Dialogs {
   SaveAnswer ask_save(const QString& question) override {
     asked.push_back(question.toStdString());
     return next(save_answers).value_or(SaveAnswer::kCancel);
+  }
+  int choose(const QString& question, const QStringList&) override {
+    asked.push_back(question.toStdString());
+    return next(choices).value_or(-1);
   }
   QString choose_file_to_open(const FileChoice&) override { return next(files_to_open).value_or(QString()); }
   QString choose_file_to_save(const FileChoice&) override { return next(files_to_save).value_or(QString()); }

@@ -51,9 +51,33 @@ DatabaseDocument::~DatabaseDocument() {
   database_->set_hooks(nullptr);
 }
 
+void DatabaseDocument::database_changed(const CWorkSheet* table) {
+  if (holds_notices_) {
+    changed_meanwhile_ = true;
+  } else {
+    emit changed(table);
+  }
+}
+
+void DatabaseDocument::hold_notices() {
+  holds_notices_ = true;
+  changed_meanwhile_ = false;
+}
+
+void DatabaseDocument::release_notices() {
+  holds_notices_ = false;
+  if (changed_meanwhile_) emit changed(nullptr);
+}
+
 QString DatabaseDocument::title() const {
   const std::string& path = database_->file_path();
   return path.empty() ? to_qt(database_->name()) : QFileInfo(to_qt(path)).fileName();
+}
+
+void DatabaseDocument::restore_origin(const QString& original, FileFormat format) {
+  database_->set_file(to_utf8(original), original.isEmpty() ? FileFormat::kNone : format);
+  database_->set_name(original.isEmpty() ? "New Database" : to_utf8(QFileInfo(original).completeBaseName()));
+  database_->mark_modified();
 }
 
 void DatabaseDocument::undo() {

@@ -28,6 +28,11 @@ class DatabaseDocument final : public QObject, private DatabaseObserver {
   const Database& database() const { return *database_; }
   DatabaseFile& file() { return *file_; }
   const Options& options() const { return options_; }
+  // How its text file is read and written, where it has one.
+  const TextFileSettings& text_settings() const { return text_settings_; }
+  void set_text_settings(const TextFileSettings& settings) { text_settings_ = settings; }
+  SaveVariant save_variant() const { return save_variant_; }
+  void set_save_variant(SaveVariant variant) { save_variant_ = variant; }
   // How the user writes and reads numbers and dates.
   const platform::RegionalSettings& region() const { return region_; }
 
@@ -39,23 +44,34 @@ class DatabaseDocument final : public QObject, private DatabaseObserver {
   // What the tab and the title bar say, without the mark of changes.
   QString title() const;
   bool is_modified() const { return database_->is_modified(); }
-  // A database from a file of another format, and a new one, have no file to be saved to.
-  bool has_own_file() const { return database_->file_format() == FileFormat::kNative; }
+  // Between the two, changes may be made on another thread; they are told, as one, at the end.
+  void hold_notices();
+  void release_notices();
+  // Nothing changed, but what views say of its file may have.
+  void tell_saved() { emit saved(); }
+  // For a database opened from a recovery copy: it belongs to ORIGINAL again, a file of FORMAT (an empty path
+  // for a new database), and has unsaved changes.
+  void restore_origin(const QString& original, FileFormat format);
 
  signals:
   // Values, fields or records of TABLE changed; null: anything may have.
   void changed(const rowvane::CWorkSheet* table);
+  void saved();
 
  public slots:
   void undo();
   void redo();
 
  private:
-  void database_changed(const CWorkSheet* table) override { emit changed(table); }
+  void database_changed(const CWorkSheet* table) override;
   void attach();
 
   Options options_;
   platform::RegionalSettings region_;
+  bool holds_notices_ = false;
+  bool changed_meanwhile_ = false;
+  TextFileSettings text_settings_;
+  SaveVariant save_variant_ = SaveVariant::kAuto;
   std::unique_ptr<Database> database_;
   std::unique_ptr<DatabaseFile> file_;
   std::unique_ptr<FormulaHooks> formulas_;

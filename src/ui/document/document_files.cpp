@@ -1,0 +1,276 @@
+#include "ui/document/document_files.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <utility>
+
+#include "app/engine_options.h"
+#include "core/messages.h"
+#include "exchange/text_export.h"
+#include "ui/dialogs/open_text_file_dlg.h"
+#include "ui/dialogs/save_text_file_dlg.h"
+#include "ui/long_task.h"
+#include "ui/text.h"
+
+namespace rowvane {
+namespace {
+
+constexpr size_t kMostRecentFiles = 16;
+
+QString tr(const char* text) {
+  return QObject::tr(text);
+}
+
+std::string absolute_path(const QString& path) {
+  return to_utf8(QFileInfo(path).absoluteFilePath());
+}
+
+}  // namespace
+
+QString database_filter() {
+  return tr("Rowvane database (*.rvb)");
+}
+
+QString text_filter() {
+  return tr("Text files (*.csv *.tsv *.tab *.txt);;All files (*)");
+}
+
+// ---- opening
+
+QString DocumentFiles::choose_file_to_open() {
+  const QString filters = tr("All that can be opened (*.rvb *.zip *.csv *.tsv *.tab *.txt)") +
+                          ";;Rowvane database (*.zip *.rvb);;" + text_filter();
+  return dialogs_.choose_file_to_open(
+      {tr("Open"), filters, to_qt(settings_.file_dialogs.recent_document_folder), {}});
+}
+
+QString DocumentFiles::choose_text_file(const QString& title) {
+  return dialogs_.choose_file_to_open(
+      {title, text_filter(), to_qt(settings_.file_dialogs.recent_document_folder), {}});
+}
+
+void DocumentFiles::remember_file(const QString& path) {
+  const QFileInfo info(path);
+  settings_.file_dialogs.recent_document_folder = to_utf8(info.absolutePath());
+  if (settings_.check_box_options.add_recently_used_files)
+    add_recent_file(settings_.recent_files, {to_utf8(info.absoluteFilePath()), 0}, kMostRecentFiles);
+}
+
+void DocumentFiles::show_notices(const std::vector<Notice>& notices) {
+  for (const Notice& notice : notices) dialogs_.show(notice_text(notice), MessageIcon::kInformation);
+}
+
+std::shared_ptr<const Secret> DocumentFiles::ask_password(const std::string& path) {
+  std::optional<Secret> entered = dialogs_.ask_password(path);
+  return entered ? std::make_shared<const Secret>(*std::move(entered)) : nullptr;
+}
+
+// A file that anyone may read is opened read-only when the user has no password for it.
+OpenedDatabase DocumentFiles::open_with(const std::string& path, const TextImport& text,
+                                        const std::string& shown_path, bool& cancelled) {
+  const Options options = engine_options(settings_);
+  std::shared_ptr<const Secret> password;
+  while (true) {
+    OpenedDatabase opened;
+    QuestionsOnWindow questions(dialogs_, window_);
+    run_long_task(&window_, tr("Opening Database"), [&](Progress& progress) {
+      opened = open_document(path, text, options, &questions, progress, password);
+    });
+    cancelled = opened.cancelled;
+    const bool asks =
+        opened.error == ErrorCode::kInvalidPassword || (opened.file && opened.file->is_read_only());
+    if (cancelled || !asks) return opened;
+    if (password != nullptr) dialogs_.show_error(ErrorCode::kInvalidPassword);
+    password = ask_password(shown_path);
+    if (password != nullptr) continue;
+    cancelled = opened.error != ErrorCode::kOk;
+    return opened;
+  }
+}
+
+SaveVariant DocumentFiles::ask_variant(std::vector<Notice>& notices) {
+  const Notice question = MessageId::kConvertToZip64;
+  if (std::erase(notices, question) == 0) return SaveVariant::kAuto;
+  return dialogs_.ask(notice_text(question)) ? SaveVariant::kZip64 : SaveVariant::kAuto;
+}
+
+std::unique_ptr<DatabaseDocument> DocumentFiles::open(const QString& path,
+                                                      const std::optional<TextFileSettings>& text) {
+  const std::string file = absolute_path(path);
+  TextImport import;
+  import.region = platform::user_regional_settings();
+  import.text = text ? *text : suggested_text_settings(file);
+  bool cancelled = false;
+  OpenedDatabase opened = open_with(file, import, file, cancelled);
+  if (cancelled) return nullptr;
+  if (opened.error != ErrorCode::kOk) {
+    dialogs_.show_error(opened.error);
+    return nullptr;
+  }
+  std::vector<Notice> notices = std::move(opened.notices);
+  auto document = std::make_unique<DatabaseDocument>(std::move(opened), engine_options(settings_));
+  document->set_text_settings(import.text);
+  remember_file(path);
+  document->set_save_variant(ask_variant(notices));
+  show_notices(notices);
+  return document;
+}
+
+std::unique_ptr<DatabaseDocument> DocumentFiles::open_copy(const RecoveryCopy& copy) {
+  bool cancelled = false;
+  OpenedDatabase opened = open_with(to_utf8(copy.path), {}, to_utf8(copy.title), cancelled);
+  if (!cancelled && opened.error != ErrorCode::kOk) dialogs_.show_error(opened.error);
+  if (opened.database == nullptr) return nullptr;
+  auto document = std::make_unique<DatabaseDocument>(std::move(opened), engine_options(settings_));
+  document->set_text_settings(suggested_text_settings(to_utf8(copy.original)));
+  document->restore_origin(copy.original, copy.is_database ? FileFormat::kNative : FileFormat::kText);
+  return document;
+}
+
+// ---- saving
+
+bool DocumentFiles::save(DatabaseDocument& document) {
+  switch (document.database().file_format()) {
+    case FileFormat::kNative:
+      return save_to(document, to_qt(document.database().file_path()), false);
+    case FileFormat::kText:
+      return save_as_text(document);
+    default:
+      return save_as(document);
+  }
+}
+
+QString DocumentFiles::choose_target(const DatabaseDocument& document, const QString& title) {
+  const std::string& path = document.database().file_path();
+  const QFileInfo info(path.empty() ? QDir(to_qt(settings_.file_dialogs.recent_document_folder))
+                                          .filePath(to_qt(document.database().name()))
+                                    : to_qt(path));
+  const QString name = QDir(info.path()).filePath(info.completeBaseName() + ".rvb");
+  return dialogs_.choose_file_to_save({title, database_filter(), name, "rvb"});
+}
+
+bool DocumentFiles::save_as(DatabaseDocument& document) {
+  const QString path = choose_target(document, tr("Save As"));
+  return !path.isEmpty() && save_to(document, path, false);
+}
+
+bool DocumentFiles::save_copy_as(DatabaseDocument& document) {
+  const QString path = choose_target(document, tr("Save Database Copy As"));
+  return !path.isEmpty() && save_to(document, path, true);
+}
+
+bool DocumentFiles::save_to(DatabaseDocument& document, const QString& path, bool as_copy) {
+  SaveSettings settings;
+  settings.as_copy = as_copy;
+  settings.variant = document.save_variant();
+  SaveResult result;
+  run_long_task(&window_, tr("Saving Database"), [&](Progress& progress) {
+    result = document.file().save(absolute_path(path), settings, document.options(), progress);
+  });
+  if (result.error != ErrorCode::kOk) dialogs_.show_error(result.error);
+  const bool saved = result.error == ErrorCode::kOk && !result.cancelled;
+  if (saved && !as_copy) remember_file(path);
+  if (saved) document.tell_saved();
+  show_notices(result.notices);
+  return saved;
+}
+
+// The first table is the one that came from the file.
+bool DocumentFiles::save_as_text(DatabaseDocument& document) {
+  if (document.file().protection() != nullptr)
+    return dialogs_.ask(message(MessageId::kUseNativeFormat)) && save_as(document);
+  const CWorkSheet& table = *document.database().tables().front();
+  const std::string question = check_text_export(table);
+  if (!question.empty() && !dialogs_.ask(question)) return false;
+  TextExport settings;
+  settings.text = document.text_settings();
+  settings.numbers = {document.region().decimal_separator, std::string()};
+  settings.threads = document.options().used_processor_cores;
+  TextExportResult result;
+  run_long_task(&window_, tr("Saving Text File"), [&](Progress& progress) {
+    result = export_text(table, document.database().file_path(), settings, progress);
+  });
+  if (result.error != ErrorCode::kOk) dialogs_.show_error(result.error);
+  if (result.status == Status::kOk) {
+    document.database().mark_saved();
+    document.tell_saved();
+  }
+  show_notices(result.notices);
+  return result.status == Status::kOk;
+}
+
+bool DocumentFiles::may_close(DatabaseDocument& document) {
+  if (!document.is_modified()) return true;
+  const std::string name = to_utf8(document.title());
+  switch (dialogs_.ask_save(to_qt(fill_inserts("Save changes to %1!s!?", {std::string_view(name)})))) {
+    case SaveAnswer::kSave:
+      return save(document);
+    case SaveAnswer::kDiscard:
+      return true;
+    case SaveAnswer::kCancel:
+      break;
+  }
+  return false;
+}
+
+void DocumentFiles::compact(DatabaseDocument& document) {
+  CompactResult result;
+  run_long_task(&window_, tr("Compact Database"), [&](Progress& progress) {
+    result = compact_database(document.database(), document.file(), document.options(), progress);
+  });
+  if (result.save.cancelled) return;
+  if (result.save.error != ErrorCode::kOk) return dialogs_.show_error(result.save.error);
+  dialogs_.show(message(result.message), MessageIcon::kInformation);
+  document.tell_saved();
+}
+
+// ---- tables in and out
+
+CWorkSheet* DocumentFiles::import_table(DatabaseDocument& document) {
+  const QString path = choose_text_file(tr("Import Table"));
+  if (path.isEmpty()) return nullptr;
+  COpenTextFileDlg dialog(path, &window_);
+  if (dialog.exec() != QDialog::Accepted) return nullptr;
+  Database& database = document.database();
+  TextImport settings;
+  settings.region = document.region();
+  settings.text = dialog.settings();
+  settings.table_name = database.free_name(database.root(), to_utf8(QFileInfo(path).completeBaseName()));
+  settings.max_records = database.max_records();
+  settings.threads = document.options().used_processor_cores;
+  TextImportResult result;
+  run_long_task(&window_, tr("Import Table"), [&](Progress& progress) {
+    result = import_text_file(absolute_path(path), settings, progress);
+  });
+  if (result.status == Status::kCancelled) return nullptr;
+  CWorkSheet* added = result.table.get();
+  ErrorCode error = result.error;
+  if (added != nullptr) error = database.add_table(database.root(), result.table);
+  if (error != ErrorCode::kOk) dialogs_.show_error(error);
+  show_notices(result.notices);
+  return error == ErrorCode::kOk ? added : nullptr;
+}
+
+void DocumentFiles::export_table(DatabaseDocument& document, const CWorkSheet& table,
+                                 std::optional<std::vector<uint32_t>> records) {
+  if (document.file().protection() != nullptr)
+    dialogs_.show(message(MessageId::kRecordsNotProtected), MessageIcon::kWarning);
+  CSaveTextFileDlg dialog(table, document.options().text_export_row_limit, &window_);
+  if (dialog.exec() != QDialog::Accepted) return;
+  const QString name =
+      QDir(to_qt(settings_.file_dialogs.recent_document_folder)).filePath(to_qt(table.name()) + ".csv");
+  const QString path = dialogs_.choose_file_to_save({tr("Export Table"), text_filter(), name, "csv"});
+  if (path.isEmpty()) return;
+  TextExport settings = dialog.settings();
+  settings.positions = std::move(records);
+  settings.numbers = {document.region().decimal_separator, std::string()};
+  settings.threads = document.options().used_processor_cores;
+  TextExportResult result;
+  run_long_task(&window_, tr("Export Table"), [&](Progress& progress) {
+    result = export_text(table, absolute_path(path), settings, progress);
+  });
+  if (result.error != ErrorCode::kOk) dialogs_.show_error(result.error);
+  show_notices(result.notices);
+}
+
+}  // namespace rowvane

@@ -1,0 +1,72 @@
+// Opening and saving databases as the File menu does: with its questions, warnings and progress.
+#pragma once
+
+#include <QString>
+#include <memory>
+#include <optional>
+
+#include "app/profile_settings.h"
+#include "ui/dialogs.h"
+#include "ui/document/database_document.h"
+#include "ui/document/recovery_folder.h"
+
+class QWidget;
+
+namespace rowvane {
+
+class DocumentFiles {
+ public:
+  // All must outlive this; WINDOW is what progress boxes stand over.
+  DocumentFiles(profile::Settings& settings, Dialogs& dialogs, QWidget& window)
+      : settings_(settings), dialogs_(dialogs), window_(window) {}
+
+  // Opens whatever file holds tables; a text is read with TEXT, or as its name suggests. Null after the user
+  // was told why not, or has given up.
+  std::unique_ptr<DatabaseDocument> open(const QString& path,
+                                         const std::optional<TextFileSettings>& text = std::nullopt);
+  // Opens the unsaved work of COPY.
+  std::unique_ptr<DatabaseDocument> open_copy(const RecoveryCopy& copy);
+  QString choose_file_to_open();
+  QString choose_text_file(const QString& title);
+
+  // Each answers whether the database was saved. A database from a text file is saved as text again, as long
+  // as the user agrees to what that loses; one without a file of its own asks for one.
+  bool save(DatabaseDocument& document);
+  bool save_as(DatabaseDocument& document);
+  bool save_copy_as(DatabaseDocument& document);
+
+  // "Save changes to ...?" False when the user wants to go on with the database.
+  bool may_close(DatabaseDocument& document);
+
+  void compact(DatabaseDocument& document);
+
+  // Adds a table from a text file that the user chooses; null when none was added.
+  CWorkSheet* import_table(DatabaseDocument& document);
+  // Saves TABLE as text. RECORDS: 0-based positions in display order; nothing: all.
+  void export_table(DatabaseDocument& document, const CWorkSheet& table,
+                    std::optional<std::vector<uint32_t>> records);
+
+  void show_notices(const std::vector<Notice>& notices);
+
+ private:
+  // SHOWN_PATH is what the user is asked the password for.
+  OpenedDatabase open_with(const std::string& path, const TextImport& text, const std::string& shown_path,
+                           bool& cancelled);
+  std::shared_ptr<const Secret> ask_password(const std::string& path);
+  // Answers how the file is to be saved, where opening it raised that question.
+  SaveVariant ask_variant(std::vector<Notice>& notices);
+  bool save_to(DatabaseDocument& document, const QString& path, bool as_copy);
+  bool save_as_text(DatabaseDocument& document);
+  QString choose_target(const DatabaseDocument& document, const QString& title);
+  void remember_file(const QString& path);
+
+  profile::Settings& settings_;
+  Dialogs& dialogs_;
+  QWidget& window_;
+};
+
+// The filters of the file boxes.
+QString database_filter();
+QString text_filter();
+
+}  // namespace rowvane
