@@ -335,7 +335,7 @@ void CMainFrame::open_chosen_file() {
 void CMainFrame::open_chosen_text_file() {
   const QString path = files_.choose_text_file(tr("Open Text File"));
   if (path.isEmpty()) return;
-  COpenTextFileDlg dialog(path, this);
+  COpenTextFileDlg dialog(path, profile_.settings(), dialogs_, this);
   if (dialog.exec() == QDialog::Accepted) open_file(path, dialog.settings());
 }
 

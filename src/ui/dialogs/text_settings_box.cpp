@@ -52,6 +52,9 @@ TextSettingsBox::TextSettingsBox(Use use, QWidget* parent)
   add_encoding_rows(*layout);
   add_options(*layout);
   layout->setColumnStretch(1, 1);
+  other_separator_->setAccessibleName(tr("Other field separator"));
+  widths_->setAccessibleName(tr("Fixed field widths"));
+  quoting_symbol_->setAccessibleName(tr("Quoting symbol"));
   for (QComboBox* list : {separator_, encoding_, code_page_})
     connect(list, &QComboBox::currentIndexChanged, this, &TextSettingsBox::changed);
   for (QLineEdit* box : {other_separator_, widths_, quoting_symbol_})
@@ -69,6 +72,7 @@ void TextSettingsBox::add_separator_row(QGridLayout& layout) {
   row->addWidget(other_separator_);
   layout.addWidget(label_for(tr("&Field separator:"), separator_, this), 0, 0);
   layout.addLayout(row, 0, 1);
+  widths_->setMaxLength(static_cast<int>(kMaxWidthsText));
   widths_->setToolTip(to_qt(kWidthsHint));
   widths_->setPlaceholderText("10,8,15");
   layout.addWidget(fixed_widths_, 1, 0);
