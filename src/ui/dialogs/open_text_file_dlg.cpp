@@ -56,6 +56,7 @@ COpenTextFileDlg::COpenTextFileDlg(const QString& path, profile::Settings& profi
   layout->addLayout(upper_part());
   layout->addLayout(sample_part(), 1);
   auto* lowest = new QHBoxLayout();
+  lowest->setSpacing(6);
   lowest->addWidget(problem_, 1);
   lowest->addWidget(buttons);
   layout->addLayout(lowest);
@@ -72,6 +73,7 @@ QLayout* COpenTextFileDlg::upper_part() {
       profile_.named_text_file_settings, dialogs_, [this] { return current_settings(); }, this);
   connect(named, &NamedTextSettings::loaded, this, &COpenTextFileDlg::show_settings);
   auto* right = new QVBoxLayout();
+  right->setSpacing(6);
   right->addWidget(named);
   right->addWidget(fit_widths_);
   right->addStretch(1);
@@ -89,9 +91,11 @@ QLayout* COpenTextFileDlg::sample_part() {
   reload_button->setAutoDefault(false);
   connect(reload_button, &QPushButton::clicked, this, &COpenTextFileDlg::reload);
   auto* heading = new QHBoxLayout();
+  heading->setSpacing(6);
   heading->addWidget(label, 1);
   heading->addWidget(reload_button);
   auto* part = new QVBoxLayout();
+  part->setSpacing(6);
   part->addLayout(heading);
   part->addWidget(fields_, 1);
   return part;

@@ -62,6 +62,7 @@ CSaveTextFileDlg::CSaveTextFileDlg(const CWorkSheet& table, profile::Settings& p
   connect(buttons, &QDialogButtonBox::accepted, this, &CSaveTextFileDlg::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   auto* lowest = new QHBoxLayout();
+  lowest->setSpacing(6);
   lowest->addWidget(problem_, 1);
   lowest->addWidget(buttons);
   auto* layout = new QVBoxLayout(this);
@@ -99,6 +100,7 @@ QLayout* CSaveTextFileDlg::field_part() {
     for (int i = 0; i < fields_->count(); ++i) fields_->item(i)->setCheckState(Qt::Checked);
   });
   auto* part = new QVBoxLayout();
+  part->setSpacing(6);
   part->addWidget(label);
   part->addWidget(fields_, 1);
   part->addWidget(all, 0, Qt::AlignLeft);
@@ -118,6 +120,7 @@ QLayout* CSaveTextFileDlg::options_part() {
     box_->show_settings(settings);
   });
   auto* part = new QVBoxLayout();
+  part->setSpacing(6);
   part->addWidget(box_);
   part->addWidget(files_);
   part->addWidget(long_texts_);

@@ -1,6 +1,7 @@
 #include "ui/dialogs/text_columns_model.h"
 
 #include <QComboBox>
+#include <QStyle>
 #include <algorithm>
 
 #include "core/names.h"
@@ -124,6 +125,16 @@ QVariant TextSampleModel::data(const QModelIndex& index, int role) const {
 }
 
 // ---- the list of types
+
+// With an arrow: there is a list to choose from.
+void TypeChoiceDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                               const QModelIndex& index) const {
+  QStyledItemDelegate::paint(painter, option, index);
+  const int size = option.fontMetrics.height() / 2;
+  QStyleOption arrow = option;
+  arrow.rect = QRect(option.rect.right() - 2 * size, option.rect.center().y() - size / 2, size, size);
+  option.widget->style()->drawPrimitive(QStyle::PE_IndicatorArrowDown, &arrow, painter, option.widget);
+}
 
 QWidget* TypeChoiceDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&,
                                           const QModelIndex&) const {

@@ -68,6 +68,9 @@ CTextFieldList::CTextFieldList(QWidget* parent)
           &QScrollBar::setValue);
   connect(choices_->horizontalScrollBar(), &QScrollBar::valueChanged, sample_->horizontalScrollBar(),
           &QScrollBar::setValue);
+  connect(choices_, &QTableView::clicked, this, [this](const QModelIndex& index) {
+    if (index.row() == kTypeRow) choices_->edit(index);
+  });
   connect(columns_, &TextColumnsModel::dataChanged, this, &CTextFieldList::changed);
 }
 
@@ -102,6 +105,7 @@ void CTextFieldList::show_sample(std::shared_ptr<const CWorkSheet> sample) {
   const int column = current.column();
   columns_->show_columns(sample);
   records_->show_records(std::move(sample));
+  align_headers();
   if (other_columns) {
     fit_columns();
   } else {

@@ -102,7 +102,9 @@ void TextSettingsBox::enable_controls() {
   other_separator_->setEnabled(separator_->currentIndex() == kOtherSeparator);
   widths_->setEnabled(fixed_widths_->isChecked());
   quoting_symbol_->setEnabled(quoting_->isChecked());
-  code_page_->setEnabled(encoding_->currentIndex() == kCodePageEncoding);
+  const bool has_code_page = encoding_->currentIndex() == kCodePageEncoding;
+  code_page_->setEnabled(has_code_page);
+  if (has_code_page && code_page_->currentIndex() < 0) code_page_->setCurrentIndex(0);
 }
 
 void TextSettingsBox::show_settings(const TextFileSettings& settings) {
