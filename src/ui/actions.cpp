@@ -22,6 +22,7 @@ constexpr std::array kCommands = {
     CommandText{Command::kCompact, "&File", "Co&mpact Database", "", "", "Drop what no record refers to from the file", Needs::kDatabase},
     CommandText{Command::kLoadProfile, "&File|", "&Load Profile...", "", "", "Take the settings from another file"},
     CommandText{Command::kSaveProfileAs, "&File", "Save Profile As...", "", "", "Save the settings to another file"},
+    CommandText{Command::kProtectProfile, "&File", "Protect Profile...", "", "", "Set or remove the password of the settings"},
     CommandText{Command::kExit, "&File|", "E&xit", "Ctrl+Q", "", "Close all databases and end the program"},
 
     CommandText{Command::kUndo, "&Edit", "&Undo", "Ctrl+Z", "undo", "Take back the last change", Needs::kUndo},
@@ -43,6 +44,8 @@ constexpr std::array kCommands = {
     CommandText{Command::kDeleteField, "&Table", "Delete Field", "", "", "Delete the current field and its values", Needs::kTable},
     CommandText{Command::kHideField, "&Table", "&Hide Field", "", "", "Show the current field no more; its values stay", Needs::kTable},
     CommandText{Command::kShowAllFields, "&Table", "Show A&ll Fields", "", "", "Show hidden fields again", Needs::kTable},
+    CommandText{Command::kEncryptFields, "&Table|", "&Encrypt Field Data...", "", "lock", "Encrypt the values of fields under a password", Needs::kTable},
+    CommandText{Command::kDecryptFields, "&Table", "Decr&ypt Field Data...", "", "", "Give encrypted fields their values back", Needs::kTable},
 
     CommandText{Command::kInsertRecords, "&Records", "&Insert Records", "Ctrl+Ins", "insert", "Insert as many empty records as are selected", Needs::kTable},
     CommandText{Command::kAppendRecord, "&Records", "&Append Record", "Ctrl+Shift+N", "", "Add an empty record at the end", Needs::kTable},

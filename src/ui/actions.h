@@ -59,6 +59,9 @@ enum class Command {
   kNoSorting,
   kUpdateFormulas,
   kProtect,
+  kProtectProfile,
+  kEncryptFields,
+  kDecryptFields,
   kAbout,
 };
 

@@ -8,6 +8,7 @@
 
 #include "core/messages.h"
 #include "core/names.h"
+#include "ui/dialogs/field_encryption_dlg.h"
 #include "ui/long_task.h"
 #include "ui/text.h"
 
@@ -182,6 +183,18 @@ void CDatabaseWindow::show_all_fields() {
     if (!std::exchange(definition.hidden, false)) continue;
     report(current_table_->change_field(i, definition));
   }
+}
+
+void CDatabaseWindow::encrypt_fields() {
+  if (CCellvaneView* grid = view())
+    change_field_encryption(CFieldEncryptionDlg::Use::kEncrypt, *document_, *current_table_,
+                            grid->current_field(), dialogs_, this);
+}
+
+void CDatabaseWindow::decrypt_fields() {
+  if (CCellvaneView* grid = view())
+    change_field_encryption(CFieldEncryptionDlg::Use::kDecrypt, *document_, *current_table_,
+                            grid->current_field(), dialogs_, this);
 }
 
 // ---- records

@@ -40,6 +40,8 @@ class CDatabaseWindow final : public QWidget {
   void delete_field();
   void hide_field();
   void show_all_fields();
+  void encrypt_fields();
+  void decrypt_fields();
 
   // The commands that choose and order records.
   void find_by_value();

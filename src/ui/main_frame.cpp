@@ -20,6 +20,7 @@
 #include "platform/file.h"
 #include "platform/folders.h"
 #include "ui/dialogs/open_text_file_dlg.h"
+#include "ui/dialogs/profile_protect_dlg.h"
 #include "ui/dialogs/protect_dlg.h"
 #include "ui/icons.h"
 #include "ui/long_task.h"
@@ -169,6 +170,7 @@ void CMainFrame::connect_commands() {
   on(Command::kCompact, [this] { files_.compact(current_window()->document()); });
   on(Command::kLoadProfile, [this] { load_profile(); });
   on(Command::kSaveProfileAs, [this] { save_profile_as(); });
+  on(Command::kProtectProfile, [this] { protect_profile(profile_.file(), dialogs_, this); });
   on(Command::kExit, [this] { close(); });
   on(Command::kUndo, [this] { current_window()->document().undo(); });
   on(Command::kRedo, [this] { current_window()->document().redo(); });
@@ -191,6 +193,8 @@ void CMainFrame::connect_commands() {
   on(Command::kDeleteField, &CDatabaseWindow::delete_field);
   on(Command::kHideField, &CDatabaseWindow::hide_field);
   on(Command::kShowAllFields, &CDatabaseWindow::show_all_fields);
+  on(Command::kEncryptFields, &CDatabaseWindow::encrypt_fields);
+  on(Command::kDecryptFields, &CDatabaseWindow::decrypt_fields);
   on(Command::kNewTable, &CDatabaseExplorer::new_table);
   on(Command::kNewFolder, &CDatabaseExplorer::new_folder);
   on(Command::kRenameItem, &CDatabaseExplorer::rename_item);

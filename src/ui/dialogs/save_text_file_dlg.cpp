@@ -5,7 +5,6 @@
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QListWidget>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QVBoxLayout>
@@ -31,7 +30,8 @@ CSaveTextFileDlg::CSaveTextFileDlg(const CWorkSheet& table, profile::Settings& p
       dialogs_(dialogs),
       shown_(profile.text_file_options),
       box_(new TextSettingsBox(TextSettingsBox::Use::kSave, this)),
-      fields_(new QListWidget(this)),
+      fields_(new FieldCheckList(
+          table, [](const Field&) { return true; }, this)),
       files_(new QCheckBox(tr("Save 'Images/Files' &objects to a zip file"), this)),
       long_texts_(new QCheckBox(tr("Save 'Long Text' &data to a zip file"), this)),
       several_files_(
@@ -40,7 +40,7 @@ CSaveTextFileDlg::CSaveTextFileDlg(const CWorkSheet& table, profile::Settings& p
       problem_(new QLabel(this)) {
   setWindowTitle(tr("Save Text File"));
   resize(760, 480);
-  fill_fields();
+  fields_->check_all();
   files_->setEnabled(has_type({FieldType::kFiles}));
   long_texts_->setEnabled(has_type({FieldType::kLongText, FieldType::kCode}));
   const int limit = profile.general_options.text_export_row_limit;
@@ -76,15 +76,6 @@ CSaveTextFileDlg::CSaveTextFileDlg(const CWorkSheet& table, profile::Settings& p
   connect(row_limit_, &QSpinBox::valueChanged, this, show_problem);
 }
 
-void CSaveTextFileDlg::fill_fields() {
-  for (size_t i = 0; i < table_.field_count(); ++i) {
-    auto* item = new QListWidgetItem(to_qt(field_list_text(table_.field(i))), fields_);
-    item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
-    item->setCheckState(Qt::Checked);
-  }
-  fields_->setUniformItemSizes(true);
-}
-
 bool CSaveTextFileDlg::has_type(std::initializer_list<FieldType> types) const {
   return std::ranges::any_of(table_.data().fields, [&](const Field& field) {
     return std::ranges::find(types, field.type) != types.end();
@@ -96,9 +87,7 @@ QLayout* CSaveTextFileDlg::field_part() {
   label->setBuddy(fields_);
   auto* all = new QPushButton(tr("Select &All"), this);
   all->setAutoDefault(false);
-  connect(all, &QPushButton::clicked, this, [this] {
-    for (int i = 0; i < fields_->count(); ++i) fields_->item(i)->setCheckState(Qt::Checked);
-  });
+  connect(all, &QPushButton::clicked, fields_, &FieldCheckList::check_all);
   auto* part = new QVBoxLayout();
   part->setSpacing(6);
   part->addWidget(label);
@@ -134,9 +123,7 @@ QLayout* CSaveTextFileDlg::options_part() {
 TextExport CSaveTextFileDlg::settings() const {
   TextExport settings;
   settings.text = read_text_settings(box_->controls(), shown_);
-  for (int i = 0; i < fields_->count(); ++i) {
-    if (fields_->item(i)->checkState() == Qt::Checked) settings.fields.push_back(static_cast<size_t>(i));
-  }
+  settings.fields = fields_->checked_fields();
   settings.save_files = files_->isChecked();
   settings.save_long_texts = long_texts_->isChecked();
   settings.make_archive = make_export_archive;

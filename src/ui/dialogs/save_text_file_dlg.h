@@ -6,11 +6,11 @@
 
 #include "app/profile_settings.h"
 #include "exchange/text_export.h"
+#include "ui/dialogs/field_check_list.h"
 #include "ui/dialogs/text_settings_box.h"
 
 class QCheckBox;
 class QLabel;
-class QListWidget;
 class QSpinBox;
 
 namespace rowvane {
@@ -26,7 +26,7 @@ class CSaveTextFileDlg final : public QDialog {
                    QWidget* parent = nullptr);
 
   TextSettingsBox& box() { return *box_; }
-  QListWidget& field_list() { return *fields_; }
+  FieldCheckList& field_list() { return *fields_; }
   // What was chosen, once the dialog has been accepted; the records are the caller's to choose.
   TextExport settings() const;
   // What is wrong with the settings; empty when nothing is.
@@ -38,7 +38,6 @@ class CSaveTextFileDlg final : public QDialog {
  private:
   QLayout* field_part();
   QLayout* options_part();
-  void fill_fields();
   bool has_type(std::initializer_list<FieldType> types) const;
 
   const CWorkSheet& table_;
@@ -46,7 +45,7 @@ class CSaveTextFileDlg final : public QDialog {
   Dialogs& dialogs_;
   TextFileSettings shown_;  // what the controls began with
   TextSettingsBox* box_;
-  QListWidget* fields_;
+  FieldCheckList* fields_;
   QCheckBox* files_;
   QCheckBox* long_texts_;
   QCheckBox* several_files_;
