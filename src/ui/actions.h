@@ -39,6 +39,7 @@ enum class Command {
   kDuplicateRecords,
   kDeleteRecords,
   kInsertField,
+  kFieldProperties,
   kRenameField,
   kDeleteField,
   kHideField,
@@ -62,6 +63,7 @@ enum class Command {
   kProtectProfile,
   kEncryptFields,
   kDecryptFields,
+  kDropDownLists,
   kAbout,
 };
 

@@ -8,6 +8,8 @@
 
 #include "core/messages.h"
 #include "core/names.h"
+#include "ui/dialogs/drop_down_lists_dlg.h"
+#include "ui/dialogs/field_dlg.h"
 #include "ui/dialogs/field_encryption_dlg.h"
 #include "ui/long_task.h"
 #include "ui/text.h"
@@ -127,21 +129,17 @@ void CDatabaseWindow::report(ErrorCode error) {
 
 void CDatabaseWindow::insert_field() {
   if (current_table_ == nullptr) return;
-  const auto name = dialogs_.ask_text(tr("Insert Field"), tr("Name:"), {});
-  if (!name) return;
-  Field field;
-  field.name = to_utf8(*name);
-  const size_t index = view()->current_field().value_or(current_table_->field_count());
-  field.position =
-      current_table_->field_count() > index ? current_table_->field(index).position : uint16_t{0};
-  const ErrorCode error = current_table_->insert_field(index, field);
-  if (error == ErrorCode::kNameNotUnique) {
-    dialogs_.show(message(MessageId::kFieldNameExists), MessageIcon::kWarning);
-  } else if (error == ErrorCode::kFieldTypeMismatch) {
-    dialogs_.show(message(MessageId::kFieldNameNeedsLetter), MessageIcon::kWarning);
-  } else {
-    report(error);
-  }
+  const size_t before = view()->current_field().value_or(current_table_->field_count());
+  CFieldDlg(*document_, *current_table_, std::nullopt, before, settings_, dialogs_, this).exec();
+}
+
+void CDatabaseWindow::field_properties() {
+  const auto field = view() != nullptr ? view()->current_field() : std::nullopt;
+  if (field) CFieldDlg(*document_, *current_table_, field, *field, settings_, dialogs_, this).exec();
+}
+
+void CDatabaseWindow::edit_drop_down_lists() {
+  CDropDownListsDlg(document_->database(), {}, dialogs_, this).exec();
 }
 
 void CDatabaseWindow::rename_field() {

@@ -36,12 +36,14 @@ class CDatabaseWindow final : public QWidget {
 
   // The commands of fields.
   void insert_field();
+  void field_properties();
   void rename_field();
   void delete_field();
   void hide_field();
   void show_all_fields();
   void encrypt_fields();
   void decrypt_fields();
+  void edit_drop_down_lists();
 
   // The commands that choose and order records.
   void find_by_value();

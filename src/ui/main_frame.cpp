@@ -189,12 +189,14 @@ void CMainFrame::connect_commands() {
   on(Command::kDuplicateRecords, &CCellvaneView::duplicate_records);
   on(Command::kDeleteRecords, &CCellvaneView::delete_records);
   on(Command::kInsertField, &CDatabaseWindow::insert_field);
+  on(Command::kFieldProperties, &CDatabaseWindow::field_properties);
   on(Command::kRenameField, &CDatabaseWindow::rename_field);
   on(Command::kDeleteField, &CDatabaseWindow::delete_field);
   on(Command::kHideField, &CDatabaseWindow::hide_field);
   on(Command::kShowAllFields, &CDatabaseWindow::show_all_fields);
   on(Command::kEncryptFields, &CDatabaseWindow::encrypt_fields);
   on(Command::kDecryptFields, &CDatabaseWindow::decrypt_fields);
+  on(Command::kDropDownLists, &CDatabaseWindow::edit_drop_down_lists);
   on(Command::kNewTable, &CDatabaseExplorer::new_table);
   on(Command::kNewFolder, &CDatabaseExplorer::new_folder);
   on(Command::kRenameItem, &CDatabaseExplorer::rename_item);
