@@ -55,10 +55,13 @@ constexpr std::array kCommands = {
     CommandText{Command::kDeleteRecords, "&Records", "&Delete Records", "Ctrl+Del", "delete", "Delete the selected records", Needs::kRecords},
     CommandText{Command::kUpdateFormulas, "&Records|", "&Update All Calculated Fields", "F9", "", "Work out all formulas", Needs::kDatabase},
 
-    CommandText{Command::kFindByValue, "&Search", "&Quick Search by Value", "Ctrl+Shift+F", "filter", "Show the records with the value of the current cell", Needs::kRecords},
+    CommandText{Command::kFind, "&Search", "&Find...", "Ctrl+F", "find", "Look for a text in the shown records", Needs::kRecords},
+    CommandText{Command::kFindNext, "&Search", "Find &Next", "F3", "", "Go to the next cell with the text", Needs::kRecords},
+    CommandText{Command::kFindPrevious, "&Search", "Find &Previous", "Shift+F3", "", "Go to the cell before with the text", Needs::kRecords},
+    CommandText{Command::kFindByValue, "&Search|", "&Quick Search by Value", "Ctrl+Shift+F", "filter", "Show the records with the value of the current cell", Needs::kRecords},
     CommandText{Command::kShowAllRecords, "&Search", "Show &All Records (2 x Escape)", "", "", "Remove all search filters", Needs::kTable},
-    CommandText{Command::kSortAscending, "&Search|", "&Ascending (+Shift)", "", "ascending", "Sort by the current field; with Shift by a further one", Needs::kTable},
-    CommandText{Command::kSortDescending, "&Search", "&Descending (+Shift)", "", "descending", "Sort by the current field from its end; with Shift by a further one", Needs::kTable},
+    CommandText{Command::kSortAscending, "&Search|", "&Ascending (+Shift)", "F7; Shift+F7", "ascending", "Sort by the current field; with Shift by a further one", Needs::kTable},
+    CommandText{Command::kSortDescending, "&Search", "&Descending (+Shift)", "F8; Shift+F8", "descending", "Sort by the current field from its end; with Shift by a further one", Needs::kTable},
     CommandText{Command::kNoSorting, "&Search", "&No Sorting", "", "", "Show the records in the order in which they were entered", Needs::kTable},
 
     CommandText{Command::kShowExplorer, "&View", "&Database Explorer", "Ctrl+B", "explorer", "Show the tree of folders and tables", Needs::kNothing, true},
@@ -67,13 +70,16 @@ constexpr std::array kCommands = {
     CommandText{Command::kZoomReset, "&View", "&Normal Size", "Ctrl+0", "", "Show the table in its normal size", Needs::kTable},
     CommandText{Command::kDarkMode, "&View|", "&Dark Colors", "", "", "Bright text on a dark ground", Needs::kNothing, true},
 
-    CommandText{Command::kRegisterFileType, "&Help", "Register Rowvane *.rvb File Type", "", "", "Open databases with Rowvane from the desktop"},
+    CommandText{Command::kKeyboard, "&Help", "&Keyboard...", "F1", "", "The keys of all commands"},
+    CommandText{Command::kRegisterFileType, "&Help|", "Register Rowvane *.rvb File Type", "", "", "Open databases with Rowvane from the desktop"},
     CommandText{Command::kUnregisterFileType, "&Help", "Unregister Rowvane *.rvb File Type", "", "", "Open databases with Rowvane no more"},
+    CommandText{Command::kUninstall, "&Help", "&Uninstall...", "", "", "Take Rowvane off this computer"},
     CommandText{Command::kAbout, "&Help|", "&About Rowvane", "", "", "The version of the program"},
 };
 // clang-format on
 
 QList<QKeySequence> shortcuts_of(const CommandText& command) {
+  if (command.shortcut[0] == '\0') return {};
   return QKeySequence::listFromString(QString::fromLatin1(command.shortcut));
 }
 
@@ -90,20 +96,14 @@ Actions::Actions(QObject* parent) : QObject(parent) {
     action->setStatusTip(tr(command.tip));
     action->setShortcuts(shortcuts_of(command));
     action->setCheckable(command.checkable);
+    if (command.icon[0] != '\0') action->setIcon(icon(command.icon));
     actions_.emplace(command.command, action);
   }
   actions_.at(Command::kExit)->setMenuRole(QAction::QuitRole);
-  update_icons();
 }
 
 void Actions::update(const std::function<bool(Needs)>& has) {
   for (const CommandText& command : kCommands) of(command.command)->setEnabled(has(command.needs));
-}
-
-void Actions::update_icons() {
-  for (const CommandText& command : kCommands) {
-    if (command.icon[0] != '\0') of(command.command)->setIcon(icon(command.icon));
-  }
 }
 
 }  // namespace rowvane

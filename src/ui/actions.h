@@ -24,6 +24,7 @@ enum class Command {
   kSaveProfileAs,
   kRegisterFileType,
   kUnregisterFileType,
+  kUninstall,
   kExit,
   kUndo,
   kRedo,
@@ -53,6 +54,9 @@ enum class Command {
   kZoomIn,
   kZoomOut,
   kZoomReset,
+  kFind,
+  kFindNext,
+  kFindPrevious,
   kFindByValue,
   kShowAllRecords,
   kSortAscending,
@@ -64,6 +68,7 @@ enum class Command {
   kEncryptFields,
   kDecryptFields,
   kDropDownLists,
+  kKeyboard,
   kAbout,
 };
 
@@ -102,8 +107,6 @@ class Actions final : public QObject {
   QAction* of(Command command) const { return actions_.at(command); }
   // Enables those whose needs HAS answers true for.
   void update(const std::function<bool(Needs)>& has);
-  // Draws the icons anew, in the colour of the texts.
-  void update_icons();
 
  private:
   std::map<Command, QAction*> actions_;

@@ -208,8 +208,9 @@ void CDatabaseWindow::present() {
   if (!shown.failure.empty()) dialogs_.show(shown.failure, MessageIcon::kError);
   for (const std::string& notice : shown.notices) dialogs_.show(notice, MessageIcon::kInformation);
   if (!shown.cancelled && shown.failure.empty()) {
+    const int column = std::max(pane->view->currentIndex().column(), 0);
     pane->view->model().show_records(std::move(shown.records));
-    if (pane->view->model().rowCount() > 0) pane->view->setCurrentIndex(pane->view->model().index(0, 0));
+    pane->view->setCurrentIndex(pane->view->model().index(0, column));
   }
   emit state_changed();
 }

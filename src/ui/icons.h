@@ -1,12 +1,11 @@
-// The icons of the commands: one family of line drawings, in the colour of the texts.
+// The icons of the window, one family of drawings.
 #pragma once
 
 #include <QIcon>
-#include <QString>
 
 namespace rowvane {
 
-// The drawing NAME of src/ui/icons, for every size and scale of the screen.
+// The drawing NAME of icons/, in the colour of the texts around it, whatever colours the window has.
 QIcon icon(const QString& name);
 
 }  // namespace rowvane

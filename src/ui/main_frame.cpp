@@ -15,10 +15,12 @@
 #include <QTabWidget>
 #include <QTimer>
 #include <QToolBar>
+#include <QVBoxLayout>
 
 #include "app/file_type_registration.h"
 #include "platform/file.h"
 #include "platform/folders.h"
+#include "ui/dialogs/keyboard_dlg.h"
 #include "ui/dialogs/open_text_file_dlg.h"
 #include "ui/dialogs/profile_protect_dlg.h"
 #include "ui/dialogs/protect_dlg.h"
@@ -52,7 +54,19 @@ CMainFrame::CMainFrame(ProgramProfile& profile, Dialogs& dialogs, const QString&
   tabs_->setDocumentMode(true);
   tabs_->setTabsClosable(true);
   tabs_->setMovable(true);
-  setCentralWidget(tabs_);
+  find_bar_ = new CFindBar(profile.settings(), dialogs, this);
+  auto* center = new QWidget(this);
+  auto* layout = new QVBoxLayout(center);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(tabs_, 1);
+  layout->addWidget(find_bar_);
+  setCentralWidget(center);
+  connect(find_bar_, &CFindBar::left, this, [this] {
+    find_bar_->hide();
+    if (current_window() != nullptr && current_window()->view() != nullptr)
+      current_window()->view()->setFocus();
+  });
   make_menus();
   make_toolbar();
   make_status_bar();
@@ -102,7 +116,7 @@ void CMainFrame::make_toolbar() {
       {Command::kUndo, Command::kRedo},
       {Command::kCut, Command::kCopy, Command::kPaste},
       {Command::kInsertRecords, Command::kDeleteRecords, Command::kInsertField},
-      {Command::kFindByValue, Command::kSortAscending, Command::kSortDescending},
+      {Command::kFind, Command::kFindByValue, Command::kSortAscending, Command::kSortDescending},
       {Command::kImport, Command::kExport},
   };
   for (const auto& group : groups) {
@@ -201,6 +215,9 @@ void CMainFrame::connect_commands() {
   on(Command::kNewFolder, &CDatabaseExplorer::new_folder);
   on(Command::kRenameItem, &CDatabaseExplorer::rename_item);
   on(Command::kDeleteItem, &CDatabaseExplorer::delete_item);
+  on(Command::kFind, [this] { find_bar_->open(); });
+  on(Command::kFindNext, [this] { find_bar_->find_next(); });
+  on(Command::kFindPrevious, [this] { find_bar_->find_previous(); });
   on(Command::kFindByValue, &CDatabaseWindow::find_by_value);
   on(Command::kShowAllRecords, &CDatabaseWindow::show_all_records);
   on(Command::kSortAscending, [this] { sort(false); });
@@ -220,7 +237,6 @@ void CMainFrame::connect_commands() {
     const bool dark = actions_.of(Command::kDarkMode)->isChecked();
     profile_.settings().toolbar_options.dark_mode = dark;
     set_dark_colors(dark);
-    actions_.update_icons();
   });
   on(Command::kRegisterFileType, [this] {
     const Notice notice = register_database_files(platform::known_folders().program_file);
@@ -229,6 +245,12 @@ void CMainFrame::connect_commands() {
   on(Command::kUnregisterFileType, [this] {
     const Notice notice = unregister_database_files(platform::known_folders().program_file);
     files_.show_notices({notice});
+  });
+  on(Command::kKeyboard, [this] { CKeyboardDlg(this).exec(); });
+  on(Command::kUninstall, [this] {
+    if (!uninstall_ || !uninstall_()) return;
+    profile_.forget_path();
+    close();
   });
   on(Command::kAbout, [this] {
     dialogs_.show(to_utf8(program_title()) + "\n\nA desktop database.\nGPL-3.0-or-later",
@@ -264,18 +286,29 @@ bool CMainFrame::has(Needs needs) const {
   }
 }
 
+QString CMainFrame::tab_text(const DatabaseDocument& document) const {
+  QString text = document.title();
+  const int limit = profile_.settings().check_box_options.tabbed_names_limit;
+  if (text.size() > limit) text = text.left(limit) + QChar(0x2026);
+  if (document.file().is_read_only()) text += ' ' + tr("(read-only)");
+  return document.is_modified() ? text + '*' : text;
+}
+
 void CMainFrame::update_state() {
   actions_.update([this](Needs needs) { return has(needs); });
   for (int i = 0; i < tabs_->count(); ++i) {
     DatabaseDocument& document = static_cast<CDatabaseWindow*>(tabs_->widget(i))->document();
-    tabs_->setTabText(i, document.title() + (document.is_modified() ? "*" : ""));
+    tabs_->setTabText(i, tab_text(document));
     tabs_->setTabToolTip(i, shown_path(to_qt(document.database().file_path())));
   }
   CDatabaseWindow* window = current_window();
+  find_bar_->set_view(window != nullptr ? window->view() : nullptr,
+                      window != nullptr ? &window->document() : nullptr);
   place_->setText(window != nullptr ? window->place_text() : QString());
   filter_->setText(window != nullptr ? window->filter_text() : QString());
   selection_->setText(window != nullptr ? window->selection_text() : QString());
-  setWindowTitle(window != nullptr ? window->document().title() + " - " + program_title() : program_title());
+  setWindowTitle(window != nullptr ? window->document().title() + "[*] - " + program_title()
+                                   : program_title());
   setWindowModified(window != nullptr && window->document().is_modified());
 }
 
@@ -303,6 +336,7 @@ void CMainFrame::add_window(std::unique_ptr<DatabaseDocument> document, const QS
   connect(window, &CDatabaseWindow::escape_pressed, this, &CMainFrame::escape_pressed);
   connect(&window->document(), &DatabaseDocument::changed, this, &CMainFrame::update_state);
   connect(&window->document(), &DatabaseDocument::saved, this, &CMainFrame::update_state);
+  window->document().search_options() = search_options(profile_.settings());
   recovery_.watch_recovered(window->document(), recovery_copy);
   window->set_explorer_visible(actions_.of(Command::kShowExplorer)->isChecked());
   tabs_->setCurrentIndex(tabs_->addTab(window, icon("table"), window->document().title()));
@@ -451,7 +485,6 @@ void CMainFrame::load_profile() {
   update_recent_files();
   actions_.of(Command::kDarkMode)->setChecked(profile_.settings().toolbar_options.dark_mode);
   set_dark_colors(profile_.settings().toolbar_options.dark_mode);
-  actions_.update_icons();
 }
 
 void CMainFrame::save_profile_as() {

@@ -13,6 +13,7 @@
 #include "ui/document/document_files.h"
 #include "ui/document/recovery_folder.h"
 #include "ui/document/recovery_saver.h"
+#include "ui/find_bar.h"
 
 class QLabel;
 class QTabWidget;
@@ -38,6 +39,8 @@ class CMainFrame final : public QMainWindow {
   bool open_file(const QString& path, const std::optional<TextFileSettings>& text = std::nullopt);
   // Adds a tab for a new database.
   void new_database();
+  // What the Uninstall command does; true when the program is to end.
+  void set_uninstall(std::function<bool()> uninstall) { uninstall_ = std::move(uninstall); }
   // Offers what a program that was killed left behind.
   void offer_recovery();
   RecoverySaver& recovery() { return recovery_; }
@@ -66,6 +69,7 @@ class CMainFrame final : public QMainWindow {
   void on(Command command, ViewStep step);
 
   void update_state();
+  QString tab_text(const DatabaseDocument& document) const;
   bool has(Needs needs) const;
   void update_recent_files();
   void open_chosen_file();
@@ -88,7 +92,9 @@ class CMainFrame final : public QMainWindow {
   RecoveryFolder recovery_folder_;
   RecoverySaver recovery_;
   Actions actions_;
+  std::function<bool()> uninstall_;
   QTabWidget* tabs_;
+  CFindBar* find_bar_;
   QMenu* recent_files_ = nullptr;
   QLabel* place_ = nullptr;
   QLabel* filter_ = nullptr;

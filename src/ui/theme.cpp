@@ -1,8 +1,12 @@
 #include "ui/theme.h"
 
 #include <QApplication>
+#include <QPainter>
 #include <QPalette>
-#include <QStyleFactory>
+#include <QProxyStyle>
+#include <QStyleOption>
+
+#include "ui/icons.h"
 
 namespace rowvane {
 namespace {
@@ -33,16 +37,40 @@ QPalette palette_of(const ThemeColors& colors) {
   palette.setColor(QPalette::HighlightedText, QColor::fromRgb(colors.highlighted_text));
   palette.setColor(QPalette::Link, QColor::fromRgb(colors.link));
   palette.setColor(QPalette::Mid, QColor::fromRgb(colors.mid));
+  palette.setColor(QPalette::Light, QColor::fromRgb(colors.base));
+  palette.setColor(QPalette::Midlight, QColor::fromRgb(colors.alternate));
+  palette.setColor(QPalette::Dark, QColor::fromRgb(colors.disabled));
   for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
     palette.setColor(QPalette::Disabled, role, QColor::fromRgb(colors.disabled));
   }
   return palette;
 }
 
+// Fusion, with the calm close button of a tab.
+class WindowStyle final : public QProxyStyle {
+ public:
+  WindowStyle() : QProxyStyle("Fusion") {}
+
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+    if (element != PE_IndicatorTabClose) return QProxyStyle::drawPrimitive(element, option, painter, widget);
+    const bool pointed_at = option->state.testFlag(State_MouseOver);
+    if (pointed_at) {
+      painter->save();
+      painter->setRenderHint(QPainter::Antialiasing);
+      painter->setPen(Qt::NoPen);
+      painter->setBrush(option->palette.mid());
+      painter->drawRoundedRect(option->rect, 3, 3);
+      painter->restore();
+    }
+    icon("close").paint(painter, option->rect.adjusted(2, 2, -2, -2));
+  }
+};
+
 }  // namespace
 
 void set_dark_colors(bool dark) {
-  QApplication::setStyle(QStyleFactory::create("Fusion"));
+  QApplication::setStyle(new WindowStyle());
   QApplication::setPalette(palette_of(dark ? kDark : kLight));
 }
 

@@ -21,6 +21,7 @@ void WindowProgram::create_main_frame() {
   const std::string& path = profile().path();
   const QString recovery = path.empty() ? QString() : QFileInfo(to_qt(path)).dir().filePath("recovery");
   frame_ = std::make_unique<CMainFrame>(profile(), dialogs_, recovery);
+  frame_->set_uninstall([this] { return uninstall(); });
   dialogs_.set_parent(frame_.get());
   frame_->restore_placement();
   QTimer::singleShot(0, frame_.get(), &CMainFrame::offer_recovery);

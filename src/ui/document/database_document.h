@@ -27,6 +27,7 @@ class DatabaseDocument final : public QObject, private DatabaseObserver {
   Database& database() { return *database_; }
   const Database& database() const { return *database_; }
   DatabaseFile& file() { return *file_; }
+  const DatabaseFile& file() const { return *file_; }
   const Options& options() const { return options_; }
   // How its text file is read and written, where it has one.
   const TextFileSettings& text_settings() const { return text_settings_; }
