@@ -53,6 +53,7 @@ constexpr std::array kCommands = {
     CommandText{Command::kAppendRecord, "&Records", "&Append Record", "Ctrl+Shift+N", "", "Add an empty record at the end", Needs::kTable},
     CommandText{Command::kDuplicateRecords, "&Records", "D&uplicate Records", "", "", "Insert copies of the selected records below them", Needs::kRecords},
     CommandText{Command::kDeleteRecords, "&Records", "&Delete Records", "Ctrl+Del", "delete", "Delete the selected records", Needs::kRecords},
+    CommandText{Command::kRecordFlagTypes, "&Records", "Record Fla&g Types...", "", "", "Edit the flags that records can get", Needs::kDatabase},
     CommandText{Command::kUpdateFormulas, "&Records|", "&Update All Calculated Fields", "F9", "", "Work out all formulas", Needs::kDatabase},
 
     CommandText{Command::kFind, "&Search", "&Find...", "Ctrl+F", "find", "Look for a text in the shown records", Needs::kRecords},
@@ -69,6 +70,7 @@ constexpr std::array kCommands = {
     CommandText{Command::kZoomOut, "&View", "Zoom &Out", "Ctrl+-", "", "Show the table smaller", Needs::kTable},
     CommandText{Command::kZoomReset, "&View", "&Normal Size", "Ctrl+0", "", "Show the table in its normal size", Needs::kTable},
     CommandText{Command::kDarkMode, "&View|", "&Dark Colors", "", "", "Bright text on a dark ground", Needs::kNothing, true},
+    CommandText{Command::kOptions, "&View", "O&ptions...", "Ctrl+,", "", "How the program works"},
 
     CommandText{Command::kKeyboard, "&Help", "&Keyboard...", "F1", "", "The keys of all commands"},
     CommandText{Command::kRegisterFileType, "&Help|", "Register Rowvane *.rvb File Type", "", "", "Open databases with Rowvane from the desktop"},

@@ -51,6 +51,7 @@ enum class Command {
   kDeleteItem,
   kShowExplorer,
   kDarkMode,
+  kOptions,
   kZoomIn,
   kZoomOut,
   kZoomReset,
@@ -68,6 +69,7 @@ enum class Command {
   kEncryptFields,
   kDecryptFields,
   kDropDownLists,
+  kRecordFlagTypes,
   kKeyboard,
   kAbout,
 };

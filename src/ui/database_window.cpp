@@ -11,6 +11,7 @@
 #include "ui/dialogs/drop_down_lists_dlg.h"
 #include "ui/dialogs/field_dlg.h"
 #include "ui/dialogs/field_encryption_dlg.h"
+#include "ui/dialogs/record_flag_types_dlg.h"
 #include "ui/long_task.h"
 #include "ui/text.h"
 
@@ -193,6 +194,14 @@ void CDatabaseWindow::decrypt_fields() {
   if (CCellvaneView* grid = view())
     change_field_encryption(CFieldEncryptionDlg::Use::kDecrypt, *document_, *current_table_,
                             grid->current_field(), dialogs_, this);
+}
+
+void CDatabaseWindow::edit_record_flag_types() {
+  CRecordFlagTypesDlg(document_->database(), dialogs_, this).exec();
+}
+
+void CDatabaseWindow::flag_records(int type) {
+  if (view() != nullptr) report(current_table_->set_flag_type(view()->selected_positions(), type));
 }
 
 // ---- records

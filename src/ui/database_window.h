@@ -45,6 +45,10 @@ class CDatabaseWindow final : public QWidget {
   void decrypt_fields();
   void edit_drop_down_lists();
 
+  // Record flags: TYPE is the number of a flag of the database, 0 takes the flag away.
+  void flag_records(int type);
+  void edit_record_flag_types();
+
   // The commands that choose and order records.
   void find_by_value();
   void show_all_records();

@@ -22,8 +22,10 @@
 #include "platform/folders.h"
 #include "ui/dialogs/keyboard_dlg.h"
 #include "ui/dialogs/open_text_file_dlg.h"
+#include "ui/dialogs/options_dlg.h"
 #include "ui/dialogs/profile_protect_dlg.h"
 #include "ui/dialogs/protect_dlg.h"
+#include "ui/dialogs/record_flag_types_dlg.h"
 #include "ui/icons.h"
 #include "ui/long_task.h"
 #include "ui/text.h"
@@ -71,6 +73,7 @@ CMainFrame::CMainFrame(ProgramProfile& profile, Dialogs& dialogs, const QString&
   make_toolbar();
   make_status_bar();
   connect_commands();
+  connect(flags_, &QMenu::aboutToShow, this, &CMainFrame::fill_flags);
   connect(tabs_, &QTabWidget::currentChanged, this, &CMainFrame::update_state);
   connect(tabs_, &QTabWidget::tabCloseRequested, this, &CMainFrame::close_window);
   actions_.of(Command::kDarkMode)->setChecked(profile_.settings().toolbar_options.dark_mode);
@@ -103,7 +106,25 @@ void CMainFrame::make_menus() {
     }
     menu->addAction(actions_.of(command.command));
     if (command.command == Command::kOpenTextFile) recent_files_ = menu->addMenu(tr("Recent &Files"));
+    if (command.command == Command::kDeleteRecords) flags_ = menu->addMenu(tr("&Flag"));
   }
+}
+
+// The flags of the database, for the selected records.
+void CMainFrame::fill_flags() {
+  flags_->clear();
+  CDatabaseWindow* window = current_window();
+  const bool has_records = has(Needs::kRecords);
+  const auto add = [&](const QIcon& flag, const QString& text, int type) {
+    flags_->addAction(flag, text, this, [window, type] { window->flag_records(type); })
+        ->setEnabled(has_records);
+  };
+  int number = 0;
+  if (window != nullptr) {
+    for (const RecordFlagType& type : window->document().database().settings().record_flag_types)
+      add(flag_icon(type.color), to_qt(type.name).replace("&", "&&"), ++number);
+  }
+  add({}, tr("&No Flag"), 0);
 }
 
 void CMainFrame::make_toolbar() {
@@ -210,6 +231,7 @@ void CMainFrame::connect_commands() {
   on(Command::kShowAllFields, &CDatabaseWindow::show_all_fields);
   on(Command::kEncryptFields, &CDatabaseWindow::encrypt_fields);
   on(Command::kDecryptFields, &CDatabaseWindow::decrypt_fields);
+  on(Command::kRecordFlagTypes, &CDatabaseWindow::edit_record_flag_types);
   on(Command::kDropDownLists, &CDatabaseWindow::edit_drop_down_lists);
   on(Command::kNewTable, &CDatabaseExplorer::new_table);
   on(Command::kNewFolder, &CDatabaseExplorer::new_folder);
@@ -238,6 +260,7 @@ void CMainFrame::connect_commands() {
     profile_.settings().toolbar_options.dark_mode = dark;
     set_dark_colors(dark);
   });
+  on(Command::kOptions, [this] { edit_options(); });
   on(Command::kRegisterFileType, [this] {
     const Notice notice = register_database_files(platform::known_folders().program_file);
     files_.show_notices({notice});
@@ -482,9 +505,22 @@ void CMainFrame::load_profile() {
   if (path.isEmpty()) return;
   const ErrorCode error = profile_.load_other(to_utf8(path));
   if (error != ErrorCode::kOk) return dialogs_.show_error(error);
+  follow_settings();
+}
+
+void CMainFrame::edit_options() {
+  if (COptionsDlg(profile_.settings(), dialogs_, this).exec() == QDialog::Accepted) follow_settings();
+}
+
+void CMainFrame::follow_settings() {
+  const profile::Settings& settings = profile_.settings();
   update_recent_files();
-  actions_.of(Command::kDarkMode)->setChecked(profile_.settings().toolbar_options.dark_mode);
-  set_dark_colors(profile_.settings().toolbar_options.dark_mode);
+  actions_.of(Command::kDarkMode)->setChecked(settings.toolbar_options.dark_mode);
+  set_dark_colors(settings.toolbar_options.dark_mode);
+  for (int i = 0; i < tabs_->count(); ++i) {
+    window_at(i)->document().take_options(engine_options(settings));
+    if (window_at(i)->view() != nullptr) window_at(i)->view()->viewport()->update();
+  }
 }
 
 void CMainFrame::save_profile_as() {

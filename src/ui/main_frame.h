@@ -82,6 +82,10 @@ class CMainFrame final : public QMainWindow {
   void auto_save();
   void update_formulas();
   void load_profile();
+  void edit_options();
+  // The settings of the profile are others.
+  void follow_settings();
+  void fill_flags();
   void save_profile_as();
   void escape_pressed();
   void sort(bool descending);
@@ -96,6 +100,7 @@ class CMainFrame final : public QMainWindow {
   QTabWidget* tabs_;
   CFindBar* find_bar_;
   QMenu* recent_files_ = nullptr;
+  QMenu* flags_ = nullptr;
   QLabel* place_ = nullptr;
   QLabel* filter_ = nullptr;
   QLabel* selection_ = nullptr;
