@@ -36,6 +36,12 @@ bool SavedTextSettings::overwrite(size_t index, const TextFileSettings& settings
   return true;
 }
 
+bool SavedTextSettings::erase(size_t index) {
+  if (index >= entries_.size()) return false;
+  entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(index));
+  return true;
+}
+
 const TextFileSettings* SavedTextSettings::load(size_t index) const {
   return index < entries_.size() ? &entries_[index].settings : nullptr;
 }

@@ -36,6 +36,8 @@ class SavedTextSettings {
   void add(std::string name, const TextFileSettings& settings);
   // Gives entry INDEX other settings; it keeps its name and place. False when there is no such entry.
   bool overwrite(size_t index, const TextFileSettings& settings);
+  // Deletes entry INDEX. False when there is no such entry.
+  bool erase(size_t index);
   // The settings of entry INDEX; null when there is none. Valid until the next change.
   const TextFileSettings* load(size_t index) const;
 

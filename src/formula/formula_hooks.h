@@ -14,13 +14,16 @@ class FormulaHooks final : public FieldHooks {
   // REGION says how numbers with a display format look.
   FormulaHooks(Database& database, FormulaSettings settings, const Options& options,
                DisplayRegion region = DisplayRegion())
-      : database_(database),
-        settings_(std::move(settings)),
-        threads_(options.used_processor_cores),
-        region_(std::move(region)),
-        update_mode_(options.auto_update ? UpdateMode::kAutomatic : UpdateMode::kManual) {}
+      : database_(database), settings_(std::move(settings)), region_(std::move(region)) {
+    set_options(options);
+  }
 
   UpdateMode update_mode() const { return update_mode_; }
+  // Takes the update mode and the number of threads, as set_update_mode.
+  void set_options(const Options& options) {
+    threads_ = options.used_processor_cores;
+    update_mode_ = options.auto_update ? UpdateMode::kAutomatic : UpdateMode::kManual;
+  }
   // Asks nothing and calculates nothing: see update_mode_question and recalculate.
   void set_update_mode(UpdateMode mode) { update_mode_ = mode; }
   const FormulaSettings& settings() const { return settings_; }
@@ -38,9 +41,9 @@ class FormulaHooks final : public FieldHooks {
  private:
   Database& database_;
   FormulaSettings settings_;
-  int threads_;
   DisplayRegion region_;
-  UpdateMode update_mode_;
+  int threads_ = 0;
+  UpdateMode update_mode_ = UpdateMode::kAutomatic;
 };
 
 // FORMULA as it was typed, cut to what a formula may hold; `warning`: texts::kEntryTruncated is to be shown.

@@ -22,6 +22,7 @@ constexpr std::array kCommands = {
     CommandText{Command::kCompact, "&File", "Co&mpact Database", "", "", "Drop what no record refers to from the file", Needs::kDatabase},
     CommandText{Command::kLoadProfile, "&File|", "&Load Profile...", "", "", "Take the settings from another file"},
     CommandText{Command::kSaveProfileAs, "&File", "Save Profile As...", "", "", "Save the settings to another file"},
+    CommandText{Command::kProtectProfile, "&File", "Protect Profile...", "", "", "Set or remove the password of the settings"},
     CommandText{Command::kExit, "&File|", "E&xit", "Ctrl+Q", "", "Close all databases and end the program"},
 
     CommandText{Command::kUndo, "&Edit", "&Undo", "Ctrl+Z", "undo", "Take back the last change", Needs::kUndo},
@@ -42,15 +43,20 @@ constexpr std::array kCommands = {
     CommandText{Command::kRenameItem, "&Table", "&Rename...", "", "", "Give the table or folder another name", Needs::kDatabase},
     CommandText{Command::kDeleteItem, "&Table", "&Delete", "", "", "Delete the table or folder", Needs::kDatabase},
     CommandText{Command::kInsertField, "&Table|", "Insert &Field...", "", "field", "Add a field before the current one", Needs::kTable},
+    CommandText{Command::kFieldProperties, "&Table", "Field &Properties...", "Alt+Return", "", "Change what the current field is: its type, formula, format and more", Needs::kTable},
     CommandText{Command::kRenameField, "&Table", "Rename Field...", "", "", "Give the current field another name", Needs::kTable},
     CommandText{Command::kDeleteField, "&Table", "Delete Field", "", "", "Delete the current field and its values", Needs::kTable},
     CommandText{Command::kHideField, "&Table", "&Hide Field", "", "", "Show the current field no more; its values stay", Needs::kTable},
     CommandText{Command::kShowAllFields, "&Table", "Show A&ll Fields", "", "", "Show hidden fields again", Needs::kTable},
+    CommandText{Command::kEncryptFields, "&Table|", "&Encrypt Field Data...", "", "lock", "Encrypt the values of fields under a password", Needs::kTable},
+    CommandText{Command::kDecryptFields, "&Table", "Decr&ypt Field Data...", "", "", "Give encrypted fields their values back", Needs::kTable},
+    CommandText{Command::kDropDownLists, "&Table|", "Drop-Down &Lists...", "", "", "Edit the lists that fields offer their values from", Needs::kDatabase},
 
     CommandText{Command::kInsertRecords, "&Records", "&Insert Records", "Ctrl+Ins", "insert", "Insert as many empty records as are selected", Needs::kTable},
     CommandText{Command::kAppendRecord, "&Records", "&Append Record", "Ctrl+Shift+N", "", "Add an empty record at the end", Needs::kTable},
     CommandText{Command::kDuplicateRecords, "&Records", "D&uplicate Records", "", "", "Insert copies of the selected records below them", Needs::kRecords},
     CommandText{Command::kDeleteRecords, "&Records", "&Delete Records", "Ctrl+Del", "delete", "Delete the selected records", Needs::kRecords},
+    CommandText{Command::kRecordFlagTypes, "&Records", "Record Fla&g Types...", "", "", "Edit the flags that records can get", Needs::kDatabase},
     CommandText{Command::kUpdateFormulas, "&Records|", "&Update All Calculated Fields", "F9", "", "Work out all formulas", Needs::kDatabase},
 
     CommandText{Command::kFind, "&Search", "&Find...", "Ctrl+F", "find", "Look for a text in the shown records", Needs::kRecords},
@@ -72,6 +78,7 @@ constexpr std::array kCommands = {
     CommandText{Command::kMoreLines, "&View|", "&More Lines", "Ctrl+Alt+Down", "", "Show more lines of text in each record", Needs::kTable},
     CommandText{Command::kFewerLines, "&View", "F&ewer Lines", "Ctrl+Alt+Up", "", "Show fewer lines of text in each record", Needs::kTable},
     CommandText{Command::kDarkMode, "&View|", "&Dark Colors", "", "", "Bright text on a dark ground", Needs::kNothing, true},
+    CommandText{Command::kOptions, "&View", "O&ptions...", "Ctrl+,", "", "How the program works"},
 
     CommandText{Command::kKeyboard, "&Help", "&Keyboard...", "F1", "", "The keys of all commands"},
     CommandText{Command::kRegisterFileType, "&Help|", "Register Rowvane *.rvb File Type", "", "", "Open databases with Rowvane from the desktop"},

@@ -4,11 +4,14 @@
 #include <QLocale>
 #include <QSplitter>
 #include <QStackedWidget>
-#include <QTreeView>
 #include <algorithm>
 
 #include "core/messages.h"
 #include "core/names.h"
+#include "ui/dialogs/drop_down_lists_dlg.h"
+#include "ui/dialogs/field_dlg.h"
+#include "ui/dialogs/field_encryption_dlg.h"
+#include "ui/dialogs/record_flag_types_dlg.h"
 #include "ui/long_task.h"
 #include "ui/text.h"
 
@@ -26,25 +29,21 @@ CDatabaseWindow::CDatabaseWindow(std::unique_ptr<DatabaseDocument> document, pro
       settings_(settings),
       dialogs_(dialogs),
       splitter_(new QSplitter(this)),
-      tree_(new QTreeView(splitter_)),
-      tree_model_(new TableTree(*document_, this)),
+      explorer_(new CDatabaseExplorer(*document_, settings.explorer_options, dialogs, splitter_)),
       views_(new QStackedWidget(splitter_)) {
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(splitter_);
-  tree_->setModel(tree_model_);
-  tree_->setHeaderHidden(true);
-  tree_->setDragDropMode(QAbstractItemView::InternalMove);
-  tree_->setEditTriggers(QAbstractItemView::EditKeyPressed | QAbstractItemView::SelectedClicked);
-  tree_->expandAll();
   splitter_->setStretchFactor(0, 0);
   splitter_->setStretchFactor(1, 1);
   splitter_->setSizes({kExplorerWidth, 1000});
   splitter_->setChildrenCollapsible(false);
-  connect(tree_model_, &TableTree::refused, this,
-          [this](const QString& text) { dialogs_.show(to_utf8(text), MessageIcon::kWarning); });
-  connect(tree_->selectionModel(), &QItemSelectionModel::currentChanged, this, &CDatabaseWindow::open_item);
-  connect(tree_, &QTreeView::activated, this, &CDatabaseWindow::open_item);
+  connect(explorer_, &CDatabaseExplorer::table_chosen, this, [this](CWorkSheet* table) {
+    if (table != current_table_) show_table(*table);
+  });
+  connect(explorer_, &CDatabaseExplorer::table_entered, this, [this] {
+    if (view() != nullptr) view()->setFocus();
+  });
   connect(document_.get(), &DatabaseDocument::changed, this, &CDatabaseWindow::follow);
   const std::vector<CWorkSheet*> tables = document_->database().tables();
   if (!tables.empty()) show_table(*tables.front());
@@ -53,7 +52,7 @@ CDatabaseWindow::CDatabaseWindow(std::unique_ptr<DatabaseDocument> document, pro
 CDatabaseWindow::~CDatabaseWindow() {
   // The views look at the document to their end.
   for (auto& [table, pane] : panes_) delete pane.view;
-  delete tree_model_;
+  delete explorer_;
 }
 
 // ---- tables
@@ -89,17 +88,12 @@ CDatabaseWindow::Pane& CDatabaseWindow::pane_of(CWorkSheet& table) {
 void CDatabaseWindow::show_table(CWorkSheet& table) {
   current_table_ = &table;
   views_->setCurrentWidget(pane_of(table).view);
-  tree_->setCurrentIndex(tree_model_->index_of(table));
+  explorer_->set_current_item({nullptr, &table});
   emit state_changed();
 }
 
-void CDatabaseWindow::open_item(const QModelIndex& index) {
-  CWorkSheet* table = tree_model_->item(index).table;
-  if (index.isValid() && table != nullptr && table != current_table_) show_table(*table);
-}
-
 void CDatabaseWindow::set_explorer_visible(bool visible) {
-  tree_->setVisible(visible);
+  explorer_->setVisible(visible);
 }
 
 void CDatabaseWindow::drop_missing_tables() {
@@ -115,11 +109,7 @@ void CDatabaseWindow::drop_missing_tables() {
 }
 
 void CDatabaseWindow::follow(const CWorkSheet* changed) {
-  if (changed == nullptr) {
-    drop_missing_tables();
-    tree_->expandAll();
-    if (current_table_ != nullptr) tree_->setCurrentIndex(tree_model_->index_of(*current_table_));
-  }
+  if (changed == nullptr) drop_missing_tables();
   emit state_changed();
 }
 
@@ -131,76 +121,21 @@ void CDatabaseWindow::report(ErrorCode error) {
   }
 }
 
-// ---- the tree
-
-Folder& CDatabaseWindow::current_folder() const {
-  const TableTree::Item item = tree_model_->item(tree_->currentIndex());
-  if (item.folder != nullptr) return *item.folder;
-  return item.table != nullptr ? *item.table->folder() : document_->database().root();
-}
-
-void CDatabaseWindow::new_table() {
-  Database& database = document_->database();
-  Folder& folder = current_folder();
-  const auto name =
-      dialogs_.ask_text(tr("New Table"), tr("Name:"), to_qt(database.free_name(folder, "table1")));
-  if (!name) return;
-  auto table = rowvane::new_table(to_utf8(*name), 5, 20);
-  CWorkSheet* added = table.get();
-  const ErrorCode error = database.add_table(folder, table);
-  if (error == ErrorCode::kNameNotUnique) {
-    dialogs_.show(message(MessageId::kTableNameExists), MessageIcon::kWarning);
-  } else if (error != ErrorCode::kOk) {
-    dialogs_.show_error(error);
-  } else {
-    show_table(*added);
-  }
-}
-
-void CDatabaseWindow::new_folder() {
-  Database& database = document_->database();
-  Folder& folder = current_folder();
-  const auto name =
-      dialogs_.ask_text(tr("New Folder"), tr("Name:"), to_qt(database.free_name(folder, "folder1")));
-  if (name) report(database.add_folder(folder, to_utf8(*name)));
-}
-
-void CDatabaseWindow::rename_item() {
-  const TableTree::Item item = tree_model_->item(tree_->currentIndex());
-  if (!tree_->currentIndex().isValid()) return;
-  const std::string& present = item.folder != nullptr ? item.folder->name() : item.table->name();
-  const auto name = dialogs_.ask_text(tr("Rename"), tr("Name:"), to_qt(present));
-  if (name) tree_model_->setData(tree_->currentIndex(), *name);
-}
-
-void CDatabaseWindow::delete_item() {
-  const TableTree::Item item = tree_model_->item(tree_->currentIndex());
-  if (!tree_->currentIndex().isValid()) return;
-  const std::string& name = item.folder != nullptr ? item.folder->name() : item.table->name();
-  if (!dialogs_.ask("Delete \"" + name + "\" with all that is in it?")) return;
-  Database& database = document_->database();
-  report(item.folder != nullptr ? database.delete_folder(*item.folder) : database.delete_table(*item.table));
-}
-
 // ---- fields
 
 void CDatabaseWindow::insert_field() {
   if (current_table_ == nullptr) return;
-  const auto name = dialogs_.ask_text(tr("Insert Field"), tr("Name:"), {});
-  if (!name) return;
-  Field field;
-  field.name = to_utf8(*name);
-  const size_t index = view()->current_field().value_or(current_table_->field_count());
-  field.position =
-      current_table_->field_count() > index ? current_table_->field(index).position : uint16_t{0};
-  const ErrorCode error = current_table_->insert_field(index, field);
-  if (error == ErrorCode::kNameNotUnique) {
-    dialogs_.show(message(MessageId::kFieldNameExists), MessageIcon::kWarning);
-  } else if (error == ErrorCode::kFieldTypeMismatch) {
-    dialogs_.show(message(MessageId::kFieldNameNeedsLetter), MessageIcon::kWarning);
-  } else {
-    report(error);
-  }
+  const size_t before = view()->current_field().value_or(current_table_->field_count());
+  CFieldDlg(*document_, *current_table_, std::nullopt, before, settings_, dialogs_, this).exec();
+}
+
+void CDatabaseWindow::field_properties() {
+  const auto field = view() != nullptr ? view()->current_field() : std::nullopt;
+  if (field) CFieldDlg(*document_, *current_table_, field, *field, settings_, dialogs_, this).exec();
+}
+
+void CDatabaseWindow::edit_drop_down_lists() {
+  CDropDownListsDlg(document_->database(), {}, dialogs_, this).exec();
 }
 
 void CDatabaseWindow::rename_field() {
@@ -242,6 +177,26 @@ void CDatabaseWindow::show_all_fields() {
     if (!std::exchange(definition.hidden, false)) continue;
     report(current_table_->change_field(i, definition));
   }
+}
+
+void CDatabaseWindow::encrypt_fields() {
+  if (CCellvaneView* grid = view())
+    change_field_encryption(CFieldEncryptionDlg::Use::kEncrypt, *document_, *current_table_,
+                            grid->current_field(), dialogs_, this);
+}
+
+void CDatabaseWindow::decrypt_fields() {
+  if (CCellvaneView* grid = view())
+    change_field_encryption(CFieldEncryptionDlg::Use::kDecrypt, *document_, *current_table_,
+                            grid->current_field(), dialogs_, this);
+}
+
+void CDatabaseWindow::edit_record_flag_types() {
+  CRecordFlagTypesDlg(document_->database(), dialogs_, this).exec();
+}
+
+void CDatabaseWindow::flag_records(int type) {
+  if (view() != nullptr) report(current_table_->set_flag_type(view()->selected_positions(), type));
 }
 
 // ---- records

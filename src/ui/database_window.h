@@ -8,12 +8,11 @@
 #include "app/profile_settings.h"
 #include "ui/dialogs.h"
 #include "ui/document/table_presentation.h"
-#include "ui/explorer/table_tree.h"
+#include "ui/explorer/database_explorer.h"
 #include "ui/grid/cellvane_view.h"
 
 class QSplitter;
 class QStackedWidget;
-class QTreeView;
 
 namespace rowvane {
 
@@ -32,18 +31,23 @@ class CDatabaseWindow final : public QWidget {
   void show_table(CWorkSheet& table);
   void set_explorer_visible(bool visible);
 
-  // The commands of the tree.
-  void new_table();
-  void new_folder();
-  void rename_item();
-  void delete_item();
+  // The tree with its commands.
+  CDatabaseExplorer& explorer() { return *explorer_; }
 
   // The commands of fields.
   void insert_field();
+  void field_properties();
   void rename_field();
   void delete_field();
   void hide_field();
   void show_all_fields();
+  void encrypt_fields();
+  void decrypt_fields();
+  void edit_drop_down_lists();
+
+  // Record flags: TYPE is the number of a flag of the database, 0 takes the flag away.
+  void flag_records(int type);
+  void edit_record_flag_types();
 
   // The commands that choose and order records.
   void find_by_value();
@@ -72,8 +76,6 @@ class CDatabaseWindow final : public QWidget {
   Pane& pane_of(CWorkSheet& table);
   Pane* current_pane();
   const Pane* current_pane() const;
-  void open_item(const QModelIndex& index);
-  Folder& current_folder() const;
   // Works out the shown records of the table in view and shows them.
   void present();
   void report(ErrorCode error);
@@ -82,8 +84,7 @@ class CDatabaseWindow final : public QWidget {
   profile::Settings& settings_;
   Dialogs& dialogs_;
   QSplitter* splitter_;
-  QTreeView* tree_;
-  TableTree* tree_model_;
+  CDatabaseExplorer* explorer_;
   QStackedWidget* views_;
   std::map<CWorkSheet*, Pane> panes_;
   CWorkSheet* current_table_ = nullptr;

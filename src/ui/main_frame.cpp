@@ -22,7 +22,10 @@
 #include "platform/folders.h"
 #include "ui/dialogs/keyboard_dlg.h"
 #include "ui/dialogs/open_text_file_dlg.h"
+#include "ui/dialogs/options_dlg.h"
+#include "ui/dialogs/profile_protect_dlg.h"
 #include "ui/dialogs/protect_dlg.h"
+#include "ui/dialogs/record_flag_types_dlg.h"
 #include "ui/icons.h"
 #include "ui/long_task.h"
 #include "ui/text.h"
@@ -70,6 +73,7 @@ CMainFrame::CMainFrame(ProgramProfile& profile, Dialogs& dialogs, const QString&
   make_toolbar();
   make_status_bar();
   connect_commands();
+  connect(flags_, &QMenu::aboutToShow, this, &CMainFrame::fill_flags);
   connect(tabs_, &QTabWidget::currentChanged, this, &CMainFrame::update_state);
   connect(tabs_, &QTabWidget::tabCloseRequested, this, &CMainFrame::close_window);
   actions_.of(Command::kDarkMode)->setChecked(profile_.settings().toolbar_options.dark_mode);
@@ -102,7 +106,25 @@ void CMainFrame::make_menus() {
     }
     menu->addAction(actions_.of(command.command));
     if (command.command == Command::kOpenTextFile) recent_files_ = menu->addMenu(tr("Recent &Files"));
+    if (command.command == Command::kDeleteRecords) flags_ = menu->addMenu(tr("&Flag"));
   }
+}
+
+// The flags of the database, for the selected records.
+void CMainFrame::fill_flags() {
+  flags_->clear();
+  CDatabaseWindow* window = current_window();
+  const bool has_records = has(Needs::kRecords);
+  const auto add = [&](const QIcon& flag, const QString& text, int type) {
+    flags_->addAction(flag, text, this, [window, type] { window->flag_records(type); })
+        ->setEnabled(has_records);
+  };
+  int number = 0;
+  if (window != nullptr) {
+    for (const RecordFlagType& type : window->document().database().settings().record_flag_types)
+      add(flag_icon(type.color), to_qt(type.name).replace("&", "&&"), ++number);
+  }
+  add({}, tr("&No Flag"), 0);
 }
 
 void CMainFrame::make_toolbar() {
@@ -149,6 +171,12 @@ void CMainFrame::on(Command command, Step step) {
   });
 }
 
+void CMainFrame::on(Command command, TreeStep step) {
+  on(command, [this, step] {
+    if (CDatabaseWindow* window = current_window()) (window->explorer().*step)();
+  });
+}
+
 void CMainFrame::on(Command command, ViewStep step) {
   on(command, [this, step] {
     CDatabaseWindow* window = current_window();
@@ -179,6 +207,7 @@ void CMainFrame::connect_commands() {
   on(Command::kCompact, [this] { files_.compact(current_window()->document()); });
   on(Command::kLoadProfile, [this] { load_profile(); });
   on(Command::kSaveProfileAs, [this] { save_profile_as(); });
+  on(Command::kProtectProfile, [this] { protect_profile(profile_.file(), dialogs_, this); });
   on(Command::kExit, [this] { close(); });
   on(Command::kUndo, [this] { current_window()->document().undo(); });
   on(Command::kRedo, [this] { current_window()->document().redo(); });
@@ -197,14 +226,19 @@ void CMainFrame::connect_commands() {
   on(Command::kDuplicateRecords, &CCellvaneView::duplicate_records);
   on(Command::kDeleteRecords, &CCellvaneView::delete_records);
   on(Command::kInsertField, &CDatabaseWindow::insert_field);
+  on(Command::kFieldProperties, &CDatabaseWindow::field_properties);
   on(Command::kRenameField, &CDatabaseWindow::rename_field);
   on(Command::kDeleteField, &CDatabaseWindow::delete_field);
   on(Command::kHideField, &CDatabaseWindow::hide_field);
   on(Command::kShowAllFields, &CDatabaseWindow::show_all_fields);
-  on(Command::kNewTable, &CDatabaseWindow::new_table);
-  on(Command::kNewFolder, &CDatabaseWindow::new_folder);
-  on(Command::kRenameItem, &CDatabaseWindow::rename_item);
-  on(Command::kDeleteItem, &CDatabaseWindow::delete_item);
+  on(Command::kEncryptFields, &CDatabaseWindow::encrypt_fields);
+  on(Command::kDecryptFields, &CDatabaseWindow::decrypt_fields);
+  on(Command::kRecordFlagTypes, &CDatabaseWindow::edit_record_flag_types);
+  on(Command::kDropDownLists, &CDatabaseWindow::edit_drop_down_lists);
+  on(Command::kNewTable, &CDatabaseExplorer::new_table);
+  on(Command::kNewFolder, &CDatabaseExplorer::new_folder);
+  on(Command::kRenameItem, &CDatabaseExplorer::rename_item);
+  on(Command::kDeleteItem, &CDatabaseExplorer::delete_item);
   on(Command::kFind, [this] { find_bar_->open(); });
   on(Command::kFindNext, [this] { find_bar_->find_next(); });
   on(Command::kFindPrevious, [this] { find_bar_->find_previous(); });
@@ -233,6 +267,7 @@ void CMainFrame::connect_commands() {
     profile_.settings().toolbar_options.dark_mode = dark;
     set_dark_colors(dark);
   });
+  on(Command::kOptions, [this] { edit_options(); });
   on(Command::kRegisterFileType, [this] {
     const Notice notice = register_database_files(platform::known_folders().program_file);
     files_.show_notices({notice});
@@ -388,7 +423,7 @@ void CMainFrame::open_chosen_file() {
 void CMainFrame::open_chosen_text_file() {
   const QString path = files_.choose_text_file(tr("Open Text File"));
   if (path.isEmpty()) return;
-  COpenTextFileDlg dialog(path, this);
+  COpenTextFileDlg dialog(path, profile_.settings(), dialogs_, this);
   if (dialog.exec() == QDialog::Accepted) open_file(path, dialog.settings());
 }
 
@@ -499,9 +534,22 @@ void CMainFrame::load_profile() {
   if (path.isEmpty()) return;
   const ErrorCode error = profile_.load_other(to_utf8(path));
   if (error != ErrorCode::kOk) return dialogs_.show_error(error);
+  follow_settings();
+}
+
+void CMainFrame::edit_options() {
+  if (COptionsDlg(profile_.settings(), dialogs_, this).exec() == QDialog::Accepted) follow_settings();
+}
+
+void CMainFrame::follow_settings() {
+  const profile::Settings& settings = profile_.settings();
   update_recent_files();
-  actions_.of(Command::kDarkMode)->setChecked(profile_.settings().toolbar_options.dark_mode);
-  set_dark_colors(profile_.settings().toolbar_options.dark_mode);
+  actions_.of(Command::kDarkMode)->setChecked(settings.toolbar_options.dark_mode);
+  set_dark_colors(settings.toolbar_options.dark_mode);
+  for (int i = 0; i < tabs_->count(); ++i) {
+    window_at(i)->document().take_options(engine_options(settings));
+    if (window_at(i)->view() != nullptr) window_at(i)->view()->viewport()->update();
+  }
 }
 
 void CMainFrame::save_profile_as() {

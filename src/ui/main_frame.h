@@ -56,6 +56,7 @@ class CMainFrame final : public QMainWindow {
 
  private:
   using Step = void (CDatabaseWindow::*)();
+  using TreeStep = void (CDatabaseExplorer::*)();
   using ViewStep = void (CCellvaneView::*)();
 
   void make_menus();
@@ -64,6 +65,7 @@ class CMainFrame final : public QMainWindow {
   void connect_commands();
   void on(Command command, const std::function<void()>& run);
   void on(Command command, Step step);
+  void on(Command command, TreeStep step);
   void on(Command command, ViewStep step);
 
   void update_state();
@@ -83,6 +85,10 @@ class CMainFrame final : public QMainWindow {
   void auto_save();
   void update_formulas();
   void load_profile();
+  void edit_options();
+  // The settings of the profile are others.
+  void follow_settings();
+  void fill_flags();
   void save_profile_as();
   void escape_pressed();
   void sort(bool descending);
@@ -97,6 +103,7 @@ class CMainFrame final : public QMainWindow {
   QTabWidget* tabs_;
   CFindBar* find_bar_;
   QMenu* recent_files_ = nullptr;
+  QMenu* flags_ = nullptr;
   QLabel* place_ = nullptr;
   QLabel* filter_ = nullptr;
   QLabel* selection_ = nullptr;

@@ -46,24 +46,40 @@ QPalette palette_of(const ThemeColors& colors) {
   return palette;
 }
 
-// Fusion, with the calm close button of a tab.
+// Fusion, with the calm close button of a tab and frames that are seen on dark windows.
 class WindowStyle final : public QProxyStyle {
  public:
   WindowStyle() : QProxyStyle("Fusion") {}
 
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override {
-    if (element != PE_IndicatorTabClose) return QProxyStyle::drawPrimitive(element, option, painter, widget);
-    const bool pointed_at = option->state.testFlag(State_MouseOver);
-    if (pointed_at) {
-      painter->save();
-      painter->setRenderHint(QPainter::Antialiasing);
-      painter->setPen(Qt::NoPen);
-      painter->setBrush(option->palette.mid());
-      painter->drawRoundedRect(option->rect, 3, 3);
-      painter->restore();
+    if (element == PE_IndicatorTabClose) return draw_tab_close(*option, *painter);
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    const bool is_box = element == PE_FrameLineEdit || element == PE_IndicatorCheckBox || element == PE_Frame;
+    if (is_box && !option->state.testFlag(State_HasFocus)) draw_frame(*option, *painter);
+  }
+
+ private:
+  // Fusion makes frames darker than the window, which is invisible on a dark one.
+  static void draw_frame(const QStyleOption& option, QPainter& painter) {
+    if (option.palette.color(QPalette::Window).lightness() > 128) return;
+    painter.save();
+    painter.setPen(option.palette.color(QPalette::Mid));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), 2, 2);
+    painter.restore();
+  }
+
+  static void draw_tab_close(const QStyleOption& option, QPainter& painter) {
+    if (option.state.testFlag(State_MouseOver)) {
+      painter.save();
+      painter.setRenderHint(QPainter::Antialiasing);
+      painter.setPen(Qt::NoPen);
+      painter.setBrush(option.palette.mid());
+      painter.drawRoundedRect(option.rect, 3, 3);
+      painter.restore();
     }
-    icon("close").paint(painter, option->rect.adjusted(2, 2, -2, -2));
+    icon("close").paint(&painter, option.rect.adjusted(2, 2, -2, -2));
   }
 };
 

@@ -212,6 +212,15 @@ TEST(SavedTextSettings, OverwritingKeepsNameAndPlace) {
   EXPECT_FALSE(saved.overwrite(2, settings));
 }
 
+TEST(SavedTextSettings, ErasingClosesTheGap) {
+  SavedTextSettings saved;
+  for (const char* name : {"a", "b", "c"}) saved.add(name, TextFileSettings());
+  EXPECT_FALSE(saved.erase(3));
+  EXPECT_TRUE(saved.erase(1));
+  ASSERT_EQ(saved.entries().size(), 2u);
+  EXPECT_EQ(saved.entries()[1].name, "a");
+}
+
 TEST(SavedTextSettings, NamesAndProfilesAreChecked) {
   EXPECT_EQ(SavedTextSettings::check_name("Settings 1."), "");
   EXPECT_NE(SavedTextSettings::check_name("  "), "");

@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/temporary_folder.h"
+#include "ui/accessible_names.h"
 #include "ui/scripted_dialogs.h"
 #include "ui/text.h"
 
@@ -204,6 +205,12 @@ TEST_F(MainFrameTest, ItsPlaceIsKept) {
   CMainFrame elsewhere(profile, dialogs);
   elsewhere.restore_placement();
   EXPECT_NE(QGuiApplication::screenAt(elsewhere.geometry().center()), nullptr);
+}
+
+TEST_F(MainFrameTest, EveryControlHasANameForScreenReaders) {
+  open_towns();
+  action(Command::kFind).trigger();
+  EXPECT_THAT(controls_without_names(frame), IsEmpty());
 }
 
 TEST_F(MainFrameTest, DarkColorsAreKept) {

@@ -8,10 +8,16 @@
 #include <functional>
 
 #include "crypto/protection.h"
+#include "ui/dialogs/drop_down_lists_dlg.h"
+#include "ui/dialogs/field_dlg.h"
+#include "ui/dialogs/field_encryption_dlg.h"
 #include "ui/dialogs/insert_password_dlg.h"
 #include "ui/dialogs/keyboard_dlg.h"
 #include "ui/dialogs/open_text_file_dlg.h"
+#include "ui/dialogs/options_dlg.h"
+#include "ui/dialogs/profile_protect_dlg.h"
 #include "ui/dialogs/protect_dlg.h"
+#include "ui/dialogs/record_flag_types_dlg.h"
 #include "ui/dialogs/save_text_file_dlg.h"
 #include "ui/main_frame.h"
 #include "ui/text.h"
@@ -36,20 +42,38 @@ class Pictures {
     CDatabaseWindow& window = *frame.current_window();
     save(frame, "window");
 
-    COpenTextFileDlg open(text_file_);
-    save(open, "open-text");
-    CSaveTextFileDlg text(window.view()->table(), 0);
-    save(text, "save-text");
-    CKeyboardDlg keyboard;
-    save(keyboard, "keyboard");
-    CInsertPasswordDlg password(database_);
-    save(password, "password");
-    CProtectDlg protect(nullptr, dialogs_);
-    save(protect, "protect");
+    make_dialogs(window.document(), window.view()->table(), profile);
     return saved_;
   }
 
  private:
+  void make_dialogs(DatabaseDocument& document, CWorkSheet& table, ProgramProfile& profile) {
+    profile::Settings& settings = profile.settings();
+    COpenTextFileDlg open(text_file_, settings, dialogs_);
+    save(open, "open-text");
+    CSaveTextFileDlg text(table, settings, dialogs_);
+    save(text, "save-text");
+    CFieldDlg field(document, *document.database().find_table("products"), 3, 3, profile.settings(),
+                    dialogs_);
+    save(field, "field");
+    CDropDownListsDlg lists(document.database(), {}, dialogs_);
+    save(lists, "drop-down-lists");
+    CRecordFlagTypesDlg flags(document.database(), dialogs_);
+    save(flags, "record-flag-types");
+    COptionsDlg options(settings, dialogs_);
+    save(options, "options");
+    CInsertPasswordDlg password(database_);
+    save(password, "password");
+    CProtectDlg protect(nullptr, dialogs_);
+    save(protect, "protect");
+    CProfileProtectDlg protect_profile(dialogs_);
+    save(protect_profile, "protect-profile");
+    CFieldEncryptionDlg encrypt(CFieldEncryptionDlg::Use::kEncrypt, table, 0, dialogs_);
+    save(encrypt, "encrypt-fields");
+    CKeyboardDlg keyboard;
+    save(keyboard, "keyboard");
+  }
+
   void save(QWidget& widget, const QString& name) {
     widget.show();
     QApplication::processEvents();

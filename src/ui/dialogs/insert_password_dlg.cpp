@@ -4,7 +4,6 @@
 #include <QDialogButtonBox>
 #include <QFileInfo>
 #include <QLabel>
-#include <QLineEdit>
 #include <QVBoxLayout>
 
 #include "ui/dialogs.h"
@@ -12,28 +11,23 @@
 namespace rowvane {
 
 CInsertPasswordDlg::CInsertPasswordDlg(const QString& path, QWidget* parent)
-    : QDialog(parent), password_(new QLineEdit(this)) {
+    : QDialog(parent), password_(new PasswordBox(this)) {
   setWindowTitle(program_title());
   auto* layout = new QVBoxLayout(this);
   auto* label = new QLabel(tr("&Password for %1:").arg(QFileInfo(path).fileName()), this);
   label->setTextFormat(Qt::PlainText);
   label->setBuddy(password_);
-  password_->setEchoMode(QLineEdit::Password);
-  password_->setMinimumWidth(320);
-  auto* shown = new QCheckBox(tr("&Show the password"), this);
-  connect(shown, &QCheckBox::toggled, this,
-          [this](bool on) { password_->setEchoMode(on ? QLineEdit::Normal : QLineEdit::Password); });
+  auto* shown = make_show_password({password_}, this);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   for (QWidget* row : std::initializer_list<QWidget*>{label, password_, shown, buttons})
     layout->addWidget(row);
+  password_->setFocus();
 }
 
 Secret CInsertPasswordDlg::take_password() {
-  std::string text = password_->text().toStdString();
-  password_->clear();
-  return Secret::take(text);
+  return password_->take();
 }
 
 }  // namespace rowvane

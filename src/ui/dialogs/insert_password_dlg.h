@@ -3,9 +3,7 @@
 
 #include <QDialog>
 
-#include "crypto/secret.h"
-
-class QLineEdit;
+#include "ui/dialogs/password_box.h"
 
 namespace rowvane {
 
@@ -19,7 +17,7 @@ class CInsertPasswordDlg final : public QDialog {
   Secret take_password();
 
  private:
-  QLineEdit* password_;
+  PasswordBox* password_;
 };
 
 }  // namespace rowvane

@@ -1,93 +1,165 @@
 #include "ui/dialogs/open_text_file_dlg.h"
 
+#include <QApplication>
+#include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QFileInfo>
-#include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
-#include <QTableWidget>
 #include <QVBoxLayout>
 
 #include "file/document.h"
 #include "ui/dialogs.h"
+#include "ui/dialogs/named_text_settings.h"
 #include "ui/text.h"
 
 namespace rowvane {
 namespace {
 
-constexpr uint32_t kSampleRecords = 50;
-constexpr size_t kSampleFields = 200;
+constexpr uint32_t kSampleRecords = 100;
+
+// As the dialog was left, but for what belongs to the file: its columns, and the separator that its name
+// tells.
+TextFileSettings first_settings(const std::string& path, const TextFileSettings& left) {
+  TextFileSettings settings = left;
+  settings.column_options = {};
+  const TextFileSettings suggested = suggested_text_settings(path);
+  if (suggested.separator == TextFileSettings().separator) return settings;
+  settings.separator = suggested.separator;
+  settings.set(settings.flags, TextFileSettings::kSeparated, true);
+  settings.fixed_widths_on = 0;
+  return settings;
+}
 
 }  // namespace
 
-COpenTextFileDlg::COpenTextFileDlg(const QString& path, QWidget* parent)
+COpenTextFileDlg::COpenTextFileDlg(const QString& path, profile::Settings& profile, Dialogs& dialogs,
+                                   QWidget* parent)
     : QDialog(parent),
-      path_(to_utf8(path)),
-      settings_(suggested_text_settings(path_)),
+      profile_(profile),
+      dialogs_(dialogs),
+      settings_(first_settings(to_utf8(path), profile.text_file_options)),
       box_(new TextSettingsBox(TextSettingsBox::Use::kOpen, this)),
       fields_(new CTextFieldList(this)),
-      sample_(new QTableWidget(this)),
-      problem_(new QLabel(this)) {
+      fit_widths_(new QCheckBox(tr("Auto-fit column widths"), this)),
+      problem_(new QLabel(this)),
+      reader_(new SampleReader(to_utf8(path), kSampleRecords, this)) {
   setWindowTitle(tr("Open Text File") + " - " + QFileInfo(path).fileName());
-  resize(860, 620);
-  sample_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-  sample_->setSelectionMode(QAbstractItemView::NoSelection);
+  resize(900, 640);
   problem_->setTextFormat(Qt::PlainText);
-  auto* upper = new QHBoxLayout();
-  upper->addWidget(box_, 1);
-  upper->addWidget(fields_, 1);
-  auto* label = new QLabel(tr("File data &sample:"), this);
-  label->setBuddy(sample_);
+  fit_widths_->setChecked(profile.check_box_options.auto_col_width_on_import);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-  QPushButton* reload_button = buttons->addButton(tr("Reload fields"), QDialogButtonBox::ActionRole);
-  connect(reload_button, &QPushButton::clicked, this, &COpenTextFileDlg::reload);
   connect(buttons, &QDialogButtonBox::accepted, this, &COpenTextFileDlg::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   auto* layout = new QVBoxLayout(this);
-  layout->addLayout(upper, 1);
-  layout->addWidget(label);
-  layout->addWidget(sample_, 1);
-  layout->addWidget(problem_);
-  layout->addWidget(buttons);
-  box_->show_settings(settings_);
+  layout->setSpacing(10);
+  layout->addLayout(upper_part());
+  layout->addLayout(sample_part(), 1);
+  auto* lowest = new QHBoxLayout();
+  lowest->setSpacing(6);
+  lowest->addWidget(problem_, 1);
+  lowest->addWidget(buttons);
+  layout->addLayout(lowest);
+  connect(fit_widths_, &QCheckBox::clicked, this, &COpenTextFileDlg::ask_about_fitting);
+  connect(reader_, &SampleReader::finished, this, [this](const auto& sample) {
+    show_sample(*sample, std::shared_ptr<const CWorkSheet>(sample, sample->table.get()));
+  });
+  show_settings(settings_);
   connect(box_, &TextSettingsBox::changed, this, &COpenTextFileDlg::reload);
-  reload();
+}
+
+QLayout* COpenTextFileDlg::upper_part() {
+  auto* named = new NamedTextSettings(
+      profile_.named_text_file_settings, dialogs_, [this] { return current_settings(); }, this);
+  connect(named, &NamedTextSettings::loaded, this, &COpenTextFileDlg::show_settings);
+  auto* right = new QVBoxLayout();
+  right->setSpacing(6);
+  right->addWidget(named);
+  right->addWidget(fit_widths_);
+  right->addStretch(1);
+  auto* upper = new QHBoxLayout();
+  upper->setSpacing(24);
+  upper->addWidget(box_, 1);
+  upper->addLayout(right);
+  return upper;
+}
+
+QLayout* COpenTextFileDlg::sample_part() {
+  auto* label = new QLabel(tr("File data &sample:"), this);
+  label->setBuddy(fields_);
+  auto* reload_button = new QPushButton(tr("Reload fields"), this);
+  reload_button->setAutoDefault(false);
+  connect(reload_button, &QPushButton::clicked, this, &COpenTextFileDlg::reload);
+  auto* heading = new QHBoxLayout();
+  heading->setSpacing(6);
+  heading->addWidget(label, 1);
+  heading->addWidget(reload_button);
+  auto* part = new QVBoxLayout();
+  part->setSpacing(6);
+  part->addLayout(heading);
+  part->addWidget(fields_, 1);
+  return part;
+}
+
+bool COpenTextFileDlg::fits_column_widths() const {
+  return fit_widths_->isChecked();
 }
 
 QString COpenTextFileDlg::problem() const {
-  return to_qt(check_text_settings_controls(box_->controls()));
+  return problem_->text();
+}
+
+void COpenTextFileDlg::show_settings(const TextFileSettings& settings) {
+  settings_ = settings;
+  fields_->set_column_options(settings.column_options);
+  box_->show_settings(settings);
+  reload();
+}
+
+std::optional<TextFileSettings> COpenTextFileDlg::current_settings() {
+  problem_->setText(to_qt(check_text_settings_controls(box_->controls())));
+  if (!problem_->text().isEmpty()) return std::nullopt;
+  TextFileSettings settings = read_text_settings(box_->controls(), settings_);
+  settings.column_options = fields_->column_options();
+  return settings;
 }
 
 void COpenTextFileDlg::reload() {
-  fields_->read_choices(settings_);
-  problem_->setText(problem());
-  if (!problem_->text().isEmpty()) return;
-  settings_ = read_text_settings(box_->controls(), settings_);
+  const auto settings = current_settings();
+  if (!settings) return;
+  settings_ = *settings;
   TextImport import;
   import.text = settings_;
-  const TextImportResult result = import_text_sample(path_, import, kSampleRecords);
-  if (result.table == nullptr) {
-    problem_->setText(to_qt(error_text(result.error)));
+  import.threads = 1;
+  reader_->read(import);
+}
+
+void COpenTextFileDlg::show_sample(const TextImportResult& sample,
+                                   const std::shared_ptr<const CWorkSheet>& table) {
+  if (table == nullptr) {
+    fields_->clear_sample();
+    problem_->setText(to_qt(error_text(sample.error)));
     return;
   }
-  const CWorkSheet& table = *result.table;
-  fields_->show_fields(table, settings_);
-  sample_->setColumnCount(static_cast<int>(std::min(table.field_count(), kSampleFields)));
-  sample_->setRowCount(static_cast<int>(table.record_count()));
-  for (int column = 0; column < sample_->columnCount(); ++column) {
-    const auto field = static_cast<size_t>(column);
-    sample_->setHorizontalHeaderItem(column, new QTableWidgetItem(to_qt(table.field(field).name)));
-    for (int row = 0; row < sample_->rowCount(); ++row) {
-      const std::string text = table.value_text(static_cast<uint32_t>(row) + 1, field);
-      sample_->setItem(row, column, new QTableWidgetItem(to_qt(text).left(200)));
-    }
-  }
+  fields_->show_sample(table);
+}
+
+void COpenTextFileDlg::ask_about_fitting(bool on) {
+  const std::string question = check_auto_fit(on, false);
+  if (!question.empty() && !dialogs_.ask(question)) fit_widths_->setChecked(false);
 }
 
 void COpenTextFileDlg::accept() {
-  if (!problem().isEmpty()) return;
-  fields_->read_choices(settings_);
-  settings_ = read_text_settings(box_->controls(), settings_);
+  const auto settings = current_settings();
+  if (!settings) {
+    QApplication::beep();
+    return;
+  }
+  const std::string question = check_date_conversion(*settings);
+  if (!question.empty() && !dialogs_.ask(question)) return;
+  settings_ = *settings;
+  profile_.text_file_options = settings_;
+  profile_.check_box_options.auto_col_width_on_import = fits_column_widths();
   QDialog::accept();
 }
 

@@ -3,43 +3,61 @@
 
 #include <QDialog>
 #include <memory>
+#include <optional>
 
-#include "exchange/text_import.h"
+#include "app/profile_settings.h"
+#include "ui/dialogs/sample_reader.h"
 #include "ui/dialogs/text_field_list.h"
 #include "ui/dialogs/text_settings_box.h"
 
+class QCheckBox;
 class QLabel;
-class QTableWidget;
 
 namespace rowvane {
+
+class Dialogs;
 
 class COpenTextFileDlg final : public QDialog {
   Q_OBJECT
 
  public:
-  explicit COpenTextFileDlg(const QString& path, QWidget* parent = nullptr);
+  // Begins with what the profile remembers of the last time. PROFILE and DIALOGS must outlive the dialog.
+  COpenTextFileDlg(const QString& path, profile::Settings& profile, Dialogs& dialogs,
+                   QWidget* parent = nullptr);
 
   // What was chosen, once the dialog has been accepted.
   const TextFileSettings& settings() const { return settings_; }
+  bool fits_column_widths() const;
+
   TextSettingsBox& box() { return *box_; }
   CTextFieldList& fields() { return *fields_; }
-  const QTableWidget& sample() const { return *sample_; }
-  // What is wrong with the settings; empty when nothing is.
+  bool is_reading() const { return reader_->is_reading(); }
+  // What is wrong with the settings or the file; empty when nothing is.
   QString problem() const;
+  // Shows SETTINGS, those of the columns included.
+  void show_settings(const TextFileSettings& settings);
 
  public slots:
   void accept() override;
 
  private:
+  QLayout* upper_part();
+  QLayout* sample_part();
   // "Reload fields": reads the sample with the current settings.
   void reload();
+  void show_sample(const TextImportResult& sample, const std::shared_ptr<const CWorkSheet>& table);
+  // Nothing when the controls can't be read; the problem is shown then.
+  std::optional<TextFileSettings> current_settings();
+  void ask_about_fitting(bool on);
 
-  std::string path_;
+  profile::Settings& profile_;
+  Dialogs& dialogs_;
   TextFileSettings settings_;
   TextSettingsBox* box_;
   CTextFieldList* fields_;
-  QTableWidget* sample_;
+  QCheckBox* fit_widths_;
   QLabel* problem_;
+  SampleReader* reader_;
 };
 
 }  // namespace rowvane

@@ -5,7 +5,6 @@
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLabel>
-#include <QLineEdit>
 
 #include "ui/dialogs.h"
 #include "ui/document/database_document.h"
@@ -16,26 +15,17 @@ namespace {
 
 constexpr CipherAlgorithm kAlgorithms[] = {CipherAlgorithm::kBlowfishCfb, CipherAlgorithm::kTwofishCfb};
 
-Secret secret_of(const QLineEdit& box) {
-  std::string text = box.text().toStdString();
-  return Secret::take(text);
-}
-
 }  // namespace
 
 CProtectDlg::CProtectDlg(const Protection* present, Dialogs& dialogs, QWidget* parent)
     : QDialog(parent),
       dialogs_(dialogs),
-      password_(new QLineEdit(this)),
-      repeated_(new QLineEdit(this)),
+      password_(new PasswordBox(this)),
+      repeated_(new PasswordBox(this)),
       algorithm_(new QComboBox(this)),
       read_only_open_(
           new QCheckBox(tr("Anyone may open the database &read-only, without the password"), this)) {
   setWindowTitle(tr("Protect Database"));
-  for (QLineEdit* box : {password_, repeated_}) {
-    box->setEchoMode(QLineEdit::Password);
-    box->setMinimumWidth(280);
-  }
   for (const CipherAlgorithm algorithm : kAlgorithms) algorithm_->addItem(to_qt(cipher_name(algorithm)));
   const CipherAlgorithm shown = present != nullptr ? present->algorithm : CipherAlgorithm::kTwofishCfb;
   algorithm_->setCurrentText(to_qt(cipher_name(shown)));
@@ -47,9 +37,11 @@ CProtectDlg::CProtectDlg(const Protection* present, Dialogs& dialogs, QWidget* p
   layout->addRow(new QLabel(tr("Leave the password empty to save the database without protection."), this));
   layout->addRow(tr("&Password:"), password_);
   layout->addRow(tr("Password &again:"), repeated_);
+  layout->addRow(QString(), make_show_password({password_, repeated_}, this));
   layout->addRow(tr("&Encryption:"), algorithm_);
   layout->addRow(read_only_open_);
   layout->addRow(buttons);
+  password_->setFocus();
 }
 
 bool CProtectDlg::removes() const {
@@ -58,8 +50,8 @@ bool CProtectDlg::removes() const {
 
 ProtectionSettings CProtectDlg::entered() const {
   ProtectionSettings settings;
-  settings.password = secret_of(*password_);
-  settings.repeated = secret_of(*repeated_);
+  settings.password = password_->secret();
+  settings.repeated = repeated_->secret();
   settings.algorithm = kAlgorithms[algorithm_->currentIndex()];
   settings.read_only_open = read_only_open_->isChecked();
   return settings;
@@ -67,15 +59,19 @@ ProtectionSettings CProtectDlg::entered() const {
 
 ProtectionSettings CProtectDlg::take_settings() {
   ProtectionSettings settings = entered();
-  password_->clear();
-  repeated_->clear();
+  password_->wipe();
+  repeated_->wipe();
   return settings;
 }
 
 void CProtectDlg::accept() {
   if (removes()) return QDialog::accept();
   const PasswordCheck check = check_protection(entered());
-  if (check.refusal) return dialogs_.show(message(*check.refusal), MessageIcon::kWarning);
+  if (check.refusal) {
+    dialogs_.show(message(*check.refusal), MessageIcon::kWarning);
+    password_->setFocus();
+    return;
+  }
   if (check.question && !dialogs_.ask(message(*check.question))) return;
   QDialog::accept();
 }

@@ -4,10 +4,10 @@
 #include <QDialog>
 
 #include "crypto/protection.h"
+#include "ui/dialogs/password_box.h"
 
 class QCheckBox;
 class QComboBox;
-class QLineEdit;
 
 namespace rowvane {
 
@@ -33,8 +33,8 @@ class CProtectDlg final : public QDialog {
   ProtectionSettings entered() const;
 
   Dialogs& dialogs_;
-  QLineEdit* password_;
-  QLineEdit* repeated_;
+  PasswordBox* password_;
+  PasswordBox* repeated_;
   QComboBox* algorithm_;
   QCheckBox* read_only_open_;
 };

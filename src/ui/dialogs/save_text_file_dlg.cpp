@@ -1,15 +1,18 @@
 #include "ui/dialogs/save_text_file_dlg.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QListWidget>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "file/export_archive.h"
+#include "ui/dialogs.h"
+#include "ui/dialogs/named_text_settings.h"
 #include "ui/text.h"
 
 namespace rowvane {
@@ -19,11 +22,16 @@ constexpr int kSuggestedRows = 1'000'000;
 
 }  // namespace
 
-CSaveTextFileDlg::CSaveTextFileDlg(const CWorkSheet& table, uint64_t row_limit, QWidget* parent)
+CSaveTextFileDlg::CSaveTextFileDlg(const CWorkSheet& table, profile::Settings& profile, Dialogs& dialogs,
+                                   QWidget* parent)
     : QDialog(parent),
       table_(table),
+      profile_(profile),
+      dialogs_(dialogs),
+      shown_(profile.text_file_options),
       box_(new TextSettingsBox(TextSettingsBox::Use::kSave, this)),
-      fields_(new QListWidget(this)),
+      fields_(new FieldCheckList(
+          table, [](const Field&) { return true; }, this)),
       files_(new QCheckBox(tr("Save 'Images/Files' &objects to a zip file"), this)),
       long_texts_(new QCheckBox(tr("Save 'Long Text' &data to a zip file"), this)),
       several_files_(
@@ -31,53 +39,91 @@ CSaveTextFileDlg::CSaveTextFileDlg(const CWorkSheet& table, uint64_t row_limit, 
       row_limit_(new QSpinBox(this)),
       problem_(new QLabel(this)) {
   setWindowTitle(tr("Save Text File"));
-  resize(720, 460);
-  for (size_t i = 0; i < table.field_count(); ++i) {
-    auto* item = new QListWidgetItem(to_qt(field_list_text(table.field(i))), fields_);
-    item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsUserCheckable);
-    item->setCheckState(Qt::Checked);
-  }
+  resize(760, 480);
+  fields_->check_all();
+  files_->setEnabled(has_type({FieldType::kFiles}));
+  long_texts_->setEnabled(has_type({FieldType::kLongText, FieldType::kCode}));
+  const int limit = profile.general_options.text_export_row_limit;
   row_limit_->setRange(1, std::numeric_limits<int>::max());
-  row_limit_->setValue(row_limit > 0 ? static_cast<int>(row_limit) : kSuggestedRows);
-  several_files_->setChecked(row_limit > 0);
-  row_limit_->setEnabled(several_files_->isChecked());
+  row_limit_->setGroupSeparatorShown(true);
+  row_limit_->setValue(limit > 0 ? limit : kSuggestedRows);
+  row_limit_->setAccessibleName(tr("Row limit"));
+  row_limit_->setEnabled(limit > 0);
+  several_files_->setChecked(limit > 0);
   connect(several_files_, &QCheckBox::toggled, row_limit_, &QWidget::setEnabled);
   problem_->setTextFormat(Qt::PlainText);
+  problem_->setWordWrap(true);
 
-  auto* label = new QLabel(tr("&Saved Fields:"), this);
-  label->setBuddy(fields_);
-  auto* all = new QPushButton(tr("Select &All"), this);
-  connect(all, &QPushButton::clicked, this, [this] {
-    for (int i = 0; i < fields_->count(); ++i) fields_->item(i)->setCheckState(Qt::Checked);
-  });
-  auto* left = new QVBoxLayout();
-  for (QWidget* widget : std::initializer_list<QWidget*>{label, fields_, all}) left->addWidget(widget);
-  auto* limit = new QHBoxLayout();
-  limit->addWidget(several_files_);
-  limit->addWidget(row_limit_);
-  auto* right = new QVBoxLayout();
-  for (QWidget* widget : std::initializer_list<QWidget*>{box_, files_, long_texts_}) right->addWidget(widget);
-  right->addLayout(limit);
-  right->addStretch(1);
   auto* upper = new QHBoxLayout();
-  upper->addLayout(left, 1);
-  upper->addLayout(right, 1);
+  upper->setSpacing(24);
+  upper->addLayout(field_part(), 1);
+  upper->addLayout(options_part(), 1);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
   connect(buttons, &QDialogButtonBox::accepted, this, &CSaveTextFileDlg::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-  connect(box_, &TextSettingsBox::changed, this, [this] { problem_->setText(problem()); });
+  auto* lowest = new QHBoxLayout();
+  lowest->setSpacing(6);
+  lowest->addWidget(problem_, 1);
+  lowest->addWidget(buttons);
   auto* layout = new QVBoxLayout(this);
   layout->addLayout(upper, 1);
-  layout->addWidget(problem_);
-  layout->addWidget(buttons);
+  layout->addLayout(lowest);
+  box_->show_settings(shown_);
+  const auto show_problem = [this] { problem_->setText(problem()); };
+  connect(box_, &TextSettingsBox::changed, this, show_problem);
+  connect(fields_, &QListWidget::itemChanged, this, show_problem);
+  connect(several_files_, &QCheckBox::toggled, this, show_problem);
+  connect(row_limit_, &QSpinBox::valueChanged, this, show_problem);
+}
+
+bool CSaveTextFileDlg::has_type(std::initializer_list<FieldType> types) const {
+  return std::ranges::any_of(table_.data().fields, [&](const Field& field) {
+    return std::ranges::find(types, field.type) != types.end();
+  });
+}
+
+QLayout* CSaveTextFileDlg::field_part() {
+  auto* label = new QLabel(tr("&Saved Fields:"), this);
+  label->setBuddy(fields_);
+  auto* all = new QPushButton(tr("Select &All"), this);
+  all->setAutoDefault(false);
+  connect(all, &QPushButton::clicked, fields_, &FieldCheckList::check_all);
+  auto* part = new QVBoxLayout();
+  part->setSpacing(6);
+  part->addWidget(label);
+  part->addWidget(fields_, 1);
+  part->addWidget(all, 0, Qt::AlignLeft);
+  return part;
+}
+
+QLayout* CSaveTextFileDlg::options_part() {
+  auto* named = new NamedTextSettings(
+      profile_.named_text_file_settings, dialogs_,
+      [this]() -> std::optional<TextFileSettings> {
+        if (!check_text_settings_controls(box_->controls()).empty()) return std::nullopt;
+        return read_text_settings(box_->controls(), shown_);
+      },
+      this);
+  connect(named, &NamedTextSettings::loaded, this, [this](const TextFileSettings& settings) {
+    shown_ = settings;
+    box_->show_settings(settings);
+  });
+  auto* part = new QVBoxLayout();
+  part->setSpacing(6);
+  part->addWidget(box_);
+  part->addWidget(files_);
+  part->addWidget(long_texts_);
+  part->addWidget(several_files_);
+  part->addWidget(row_limit_, 0, Qt::AlignLeft);
+  part->addStretch(1);
+  part->addWidget(named, 0, Qt::AlignRight);
+  return part;
 }
 
 TextExport CSaveTextFileDlg::settings() const {
   TextExport settings;
-  settings.text = read_text_settings(box_->controls(), TextFileSettings());
-  for (int i = 0; i < fields_->count(); ++i) {
-    if (fields_->item(i)->checkState() == Qt::Checked) settings.fields.push_back(static_cast<size_t>(i));
-  }
+  settings.text = read_text_settings(box_->controls(), shown_);
+  settings.fields = fields_->checked_fields();
   settings.save_files = files_->isChecked();
   settings.save_long_texts = long_texts_->isChecked();
   settings.make_archive = make_export_archive;
@@ -96,7 +142,14 @@ QString CSaveTextFileDlg::problem() const {
 
 void CSaveTextFileDlg::accept() {
   problem_->setText(problem());
-  if (problem_->text().isEmpty()) QDialog::accept();
+  if (!problem_->text().isEmpty()) {
+    QApplication::beep();
+    return;
+  }
+  const TextExport chosen = settings();
+  profile_.text_file_options = chosen.text;
+  profile_.general_options.text_export_row_limit = static_cast<int>(chosen.row_limit);
+  QDialog::accept();
 }
 
 }  // namespace rowvane

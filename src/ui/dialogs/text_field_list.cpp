@@ -1,64 +1,130 @@
 #include "ui/dialogs/text_field_list.h"
 
-#include <QCheckBox>
-#include <QComboBox>
 #include <QHeaderView>
-#include <array>
+#include <QScrollBar>
+#include <QVBoxLayout>
+#include <algorithm>
 
-#include "ui/text.h"
+#include "ui/dialogs/text_columns_model.h"
 
 namespace rowvane {
 namespace {
 
-enum ListColumn { kNameColumn, kTypeColumn, kDatesColumn, kListColumns };
+constexpr int kFittedColumns = 200;  // those behind keep the usual width
+constexpr int kLeastWidth = 80;
+constexpr int kMostWidth = 260;
 
-// In the order of the list, with what each stores.
-struct TypeChoice {
-  const char* text;
-  uint8_t value;
-};
-constexpr std::array kTypeChoices = {
-    TypeChoice{"Auto", TextFileSettings::kAuto}, TypeChoice{"Text", TextFileSettings::kText},
-    TypeChoice{"Number", TextFileSettings::kNumber}, TypeChoice{"LongText", TextFileSettings::kLongText}};
+void prepare(QTableView& view) {
+  view.setWordWrap(false);
+  view.setTabKeyNavigation(false);
+  view.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  view.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  view.verticalHeader()->setDefaultSectionSize(view.fontMetrics().height() + 8);
+  view.verticalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
+}
 
 }  // namespace
 
-CTextFieldList::CTextFieldList(QWidget* parent) : QTableWidget(parent) {
-  setColumnCount(kListColumns);
-  setHorizontalHeaderLabels({tr("Field"), tr("Type"), tr("Parse Dates")});
-  verticalHeader()->setVisible(false);
-  horizontalHeader()->setSectionResizeMode(kNameColumn, QHeaderView::Stretch);
-  setSelectionMode(NoSelection);
+CTextFieldList::CTextFieldList(QWidget* parent)
+    : QWidget(parent),
+      columns_(new TextColumnsModel(this)),
+      records_(new TextSampleModel(this)),
+      choices_(new QTableView(this)),
+      sample_(new QTableView(this)) {
+  prepare(*choices_);
+  prepare(*sample_);
+  choices_->setModel(columns_);
+  choices_->setAccessibleName(tr("Fields"));
+  choices_->setItemDelegateForRow(kTypeRow, new TypeChoiceDelegate(this));
+  choices_->setEditTriggers(QAbstractItemView::SelectedClicked | QAbstractItemView::DoubleClicked |
+                            QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed);
+  choices_->setSelectionMode(QAbstractItemView::SingleSelection);
+  choices_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  choices_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  choices_->setFrameShape(QFrame::NoFrame);
+  sample_->setModel(records_);
+  sample_->setAccessibleName(tr("File data sample"));
+  sample_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  sample_->setAlternatingRowColors(true);
+  sample_->horizontalHeader()->hide();
+  sample_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+  sample_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+  sample_->setFrameShape(QFrame::NoFrame);
+  const int scroll_bar = sample_->verticalScrollBar()->sizeHint().width();
+  auto* upper = new QHBoxLayout();
+  upper->addWidget(choices_);
+  upper->addSpacing(scroll_bar);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addLayout(upper);
+  layout->addWidget(sample_, 1);
+  setFocusProxy(choices_);
+  align_headers();
+
+  connect(choices_->horizontalHeader(), &QHeaderView::sectionResized, this,
+          [this](int column, int, int width) { sample_->setColumnWidth(column, width); });
+  connect(sample_->horizontalScrollBar(), &QScrollBar::valueChanged, choices_->horizontalScrollBar(),
+          &QScrollBar::setValue);
+  connect(choices_->horizontalScrollBar(), &QScrollBar::valueChanged, sample_->horizontalScrollBar(),
+          &QScrollBar::setValue);
+  connect(choices_, &QTableView::clicked, this, [this](const QModelIndex& index) {
+    if (index.row() == kTypeRow) choices_->edit(index);
+  });
+  connect(columns_, &TextColumnsModel::dataChanged, this, &CTextFieldList::changed);
 }
 
-void CTextFieldList::show_fields(const CWorkSheet& sample, const TextFileSettings& settings) {
-  setRowCount(0);
-  setRowCount(static_cast<int>(std::min(sample.field_count(), kMaxImportColumns)));
-  for (int row = 0; row < rowCount(); ++row) {
-    const auto field = static_cast<size_t>(row);
-    auto* name = new QTableWidgetItem(to_qt(sample.field(field).name));
-    name->setFlags(Qt::ItemIsEnabled);
-    setItem(row, kNameColumn, name);
-    auto* types = new QComboBox(this);
-    for (const TypeChoice& choice : kTypeChoices) {
-      types->addItem(choice.text, choice.value);
-      if (choice.value == settings.type_choice(field)) types->setCurrentIndex(types->count() - 1);
-    }
-    setCellWidget(row, kTypeColumn, types);
-    auto* dates = new QCheckBox(this);
-    dates->setChecked((settings.column_options[field] & TextFileSettings::kParseDates) != 0);
-    setCellWidget(row, kDatesColumn, dates);
+// Both tables begin at the same place.
+void CTextFieldList::align_headers() {
+  const int width = choices_->fontMetrics().horizontalAdvance(tr("Parse Dates")) + 16;
+  choices_->verticalHeader()->setFixedWidth(width);
+  sample_->verticalHeader()->setFixedWidth(width);
+  const int rows = kChoiceRows * choices_->verticalHeader()->defaultSectionSize();
+  choices_->setFixedHeight(choices_->horizontalHeader()->sizeHint().height() + rows +
+                           2 * choices_->frameWidth());
+}
+
+void CTextFieldList::fit_columns() {
+  const QFontMetrics metrics = fontMetrics();
+  const int columns = std::min(columns_->columnCount(), kFittedColumns);
+  for (int column = 0; column < columns; ++column) {
+    int width =
+        metrics.horizontalAdvance(columns_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString());
+    for (int row = 0; row < std::min(records_->rowCount(), 20); ++row)
+      width =
+          std::max(width, metrics.horizontalAdvance(records_->index(row, column).data().toString().left(80)));
+    choices_->setColumnWidth(column, std::clamp(width + 16, kLeastWidth, kMostWidth));
   }
 }
 
-void CTextFieldList::read_choices(TextFileSettings& settings) const {
-  for (int row = 0; row < rowCount(); ++row) {
-    const auto* types = qobject_cast<QComboBox*>(cellWidget(row, kTypeColumn));
-    const auto* dates = qobject_cast<QCheckBox*>(cellWidget(row, kDatesColumn));
-    const int dates_bit = dates->isChecked() ? TextFileSettings::kParseDates : 0;
-    settings.column_options[static_cast<size_t>(row)] =
-        static_cast<uint8_t>(types->currentData().toInt() | dates_bit);
+void CTextFieldList::show_sample(std::shared_ptr<const CWorkSheet> sample) {
+  const int place = sample_->horizontalScrollBar()->value();
+  const bool other_columns = columns_->columnCount() != static_cast<int>(sample->field_count());
+  const QModelIndex current = choices_->currentIndex();
+  const int row = current.row();
+  const int column = current.column();
+  columns_->show_columns(sample);
+  records_->show_records(std::move(sample));
+  align_headers();
+  if (other_columns) {
+    fit_columns();
+  } else {
+    sample_->horizontalScrollBar()->setValue(place);
   }
+  if (row >= 0 && column < columns_->columnCount()) choices_->setCurrentIndex(columns_->index(row, column));
+}
+
+void CTextFieldList::clear_sample() {
+  columns_->show_columns(nullptr);
+  records_->show_records(nullptr);
+}
+
+const CTextFieldList::ColumnOptions& CTextFieldList::column_options() const {
+  return columns_->options();
+}
+
+void CTextFieldList::set_column_options(const ColumnOptions& options) {
+  columns_->set_options(options);
 }
 
 }  // namespace rowvane

@@ -52,6 +52,9 @@ TextSettingsBox::TextSettingsBox(Use use, QWidget* parent)
   add_encoding_rows(*layout);
   add_options(*layout);
   layout->setColumnStretch(1, 1);
+  other_separator_->setAccessibleName(tr("Other field separator"));
+  widths_->setAccessibleName(tr("Fixed field widths"));
+  quoting_symbol_->setAccessibleName(tr("Quoting symbol"));
   for (QComboBox* list : {separator_, encoding_, code_page_})
     connect(list, &QComboBox::currentIndexChanged, this, &TextSettingsBox::changed);
   for (QLineEdit* box : {other_separator_, widths_, quoting_symbol_})
@@ -69,6 +72,7 @@ void TextSettingsBox::add_separator_row(QGridLayout& layout) {
   row->addWidget(other_separator_);
   layout.addWidget(label_for(tr("&Field separator:"), separator_, this), 0, 0);
   layout.addLayout(row, 0, 1);
+  widths_->setMaxLength(static_cast<int>(kMaxWidthsText));
   widths_->setToolTip(to_qt(kWidthsHint));
   widths_->setPlaceholderText("10,8,15");
   layout.addWidget(fixed_widths_, 1, 0);
@@ -98,7 +102,9 @@ void TextSettingsBox::enable_controls() {
   other_separator_->setEnabled(separator_->currentIndex() == kOtherSeparator);
   widths_->setEnabled(fixed_widths_->isChecked());
   quoting_symbol_->setEnabled(quoting_->isChecked());
-  code_page_->setEnabled(encoding_->currentIndex() == kCodePageEncoding);
+  const bool has_code_page = encoding_->currentIndex() == kCodePageEncoding;
+  code_page_->setEnabled(has_code_page);
+  if (has_code_page && code_page_->currentIndex() < 0) code_page_->setCurrentIndex(0);
 }
 
 void TextSettingsBox::show_settings(const TextFileSettings& settings) {

@@ -69,6 +69,12 @@ void DatabaseDocument::release_notices() {
   if (changed_meanwhile_) emit changed(nullptr);
 }
 
+void DatabaseDocument::take_options(const Options& options) {
+  options_ = options;
+  database_->undo_log().set_limit(options.undo_level);
+  formulas_->set_options(options);
+}
+
 QString DatabaseDocument::title() const {
   const std::string& path = database_->file_path();
   return path.empty() ? to_qt(database_->name()) : QFileInfo(to_qt(path)).fileName();

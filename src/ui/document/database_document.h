@@ -29,6 +29,8 @@ class DatabaseDocument final : public QObject, private DatabaseObserver {
   DatabaseFile& file() { return *file_; }
   const DatabaseFile& file() const { return *file_; }
   const Options& options() const { return options_; }
+  // The user has changed them. The largest number of records stays until the database is opened again.
+  void take_options(const Options& options);
   // How its text file is read and written, where it has one.
   const TextFileSettings& text_settings() const { return text_settings_; }
   void set_text_settings(const TextFileSettings& settings) { text_settings_ = settings; }

@@ -9,6 +9,7 @@
 #include "exchange/text_export.h"
 #include "ui/dialogs/open_text_file_dlg.h"
 #include "ui/dialogs/save_text_file_dlg.h"
+#include "ui/document/field_widths.h"
 #include "ui/long_task.h"
 #include "ui/text.h"
 
@@ -107,6 +108,9 @@ std::unique_ptr<DatabaseDocument> DocumentFiles::open(const QString& path,
     dialogs_.show_error(opened.error);
     return nullptr;
   }
+  if (opened.database->file_format() == FileFormat::kText &&
+      settings_.check_box_options.auto_col_width_on_import)
+    fit_field_widths(*opened.database, window_.font());
   std::vector<Notice> notices = std::move(opened.notices);
   auto document = std::make_unique<DatabaseDocument>(std::move(opened), engine_options(settings_));
   document->set_text_settings(import.text);
@@ -229,7 +233,7 @@ void DocumentFiles::compact(DatabaseDocument& document) {
 CWorkSheet* DocumentFiles::import_table(DatabaseDocument& document) {
   const QString path = choose_text_file(tr("Import Table"));
   if (path.isEmpty()) return nullptr;
-  COpenTextFileDlg dialog(path, &window_);
+  COpenTextFileDlg dialog(path, settings_, dialogs_, &window_);
   if (dialog.exec() != QDialog::Accepted) return nullptr;
   Database& database = document.database();
   TextImport settings;
@@ -244,6 +248,8 @@ CWorkSheet* DocumentFiles::import_table(DatabaseDocument& document) {
   });
   if (result.status == Status::kCancelled) return nullptr;
   CWorkSheet* added = result.table.get();
+  if (added != nullptr && settings_.check_box_options.auto_col_width_on_import)
+    fit_field_widths(*added, window_.font());
   ErrorCode error = result.error;
   if (added != nullptr) error = database.add_table(database.root(), result.table);
   if (error != ErrorCode::kOk) dialogs_.show_error(error);
@@ -255,7 +261,7 @@ void DocumentFiles::export_table(DatabaseDocument& document, const CWorkSheet& t
                                  std::optional<std::vector<uint32_t>> records) {
   if (document.file().protection() != nullptr)
     dialogs_.show(message(MessageId::kRecordsNotProtected), MessageIcon::kWarning);
-  CSaveTextFileDlg dialog(table, document.options().text_export_row_limit, &window_);
+  CSaveTextFileDlg dialog(table, settings_, dialogs_, &window_);
   if (dialog.exec() != QDialog::Accepted) return;
   const QString name =
       QDir(to_qt(settings_.file_dialogs.recent_document_folder)).filePath(to_qt(table.name()) + ".csv");

@@ -1,0 +1,25 @@
+// A list of fields to choose several of.
+#pragma once
+
+#include <QListWidget>
+#include <functional>
+
+#include "core/work_sheet.h"
+
+namespace rowvane {
+
+class FieldCheckList final : public QListWidget {
+  Q_OBJECT
+
+ public:
+  // Lists the fields of TABLE that OFFERS accepts, none of them checked.
+  FieldCheckList(const CWorkSheet& table, const std::function<bool(const Field&)>& offers,
+                 QWidget* parent = nullptr);
+
+  // The indexes of the checked fields, ascending.
+  std::vector<size_t> checked_fields() const;
+  void check_field(size_t field);
+  void check_all();
+};
+
+}  // namespace rowvane
