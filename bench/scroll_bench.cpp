@@ -65,9 +65,11 @@ void add_texts(TableData& data, size_t field) {
   column.cells.resize(data.record_count);
   std::vector<TextPool::Code> codes;
   for (int i = 0; i < 5'000; ++i) {
-    codes.push_back(column.code_for("Customer " + std::to_string(i * 37) + ", Żółta ulica " + std::to_string(i)));
+    codes.push_back(
+        column.code_for("Customer " + std::to_string(i * 37) + ", Żółta ulica " + std::to_string(i)));
   }
-  for (uint32_t i = 0; i < data.record_count; ++i) column.cells[i] = codes[scrambled(i, field) % codes.size()];
+  for (uint32_t i = 0; i < data.record_count; ++i)
+    column.cells[i] = codes[scrambled(i, field) % codes.size()];
   data.columns.emplace_back(std::move(column));
 }
 
@@ -105,7 +107,7 @@ std::unique_ptr<CWorkSheet> make_table(size_t fields, uint32_t records) {
 // ---- the pictures
 
 struct Figures {
-  std::vector<double> pictures;  // milliseconds
+  std::vector<double> pictures;          // milliseconds
   double before = 0, with = 0, end = 0;  // megabytes
 };
 
@@ -145,10 +147,11 @@ void print(const char* name, Figures figures) {
   for (const double picture : figures.pictures) sum += picture;
   const size_t count = figures.pictures.size();
   const auto rank = static_cast<size_t>(std::ceil(static_cast<double>(count) * 0.999)) - 1;
-  std::printf("{\"table\": \"%s\", \"pages\": %zu, \"worst_ms\": %.3f, \"p999_ms\": %.3f, \"mean_ms\": %.3f, "
-              "\"mb_before\": %.1f, \"mb_with_window\": %.1f, \"mb_at_end\": %.1f}\n",
-              name, count, figures.pictures.back(), figures.pictures[rank], sum / static_cast<double>(count),
-              figures.before, figures.with, figures.end);
+  std::printf(
+      "{\"table\": \"%s\", \"pages\": %zu, \"worst_ms\": %.3f, \"p999_ms\": %.3f, \"mean_ms\": %.3f, "
+      "\"mb_before\": %.1f, \"mb_with_window\": %.1f, \"mb_at_end\": %.1f}\n",
+      name, count, figures.pictures.back(), figures.pictures[rank], sum / static_cast<double>(count),
+      figures.before, figures.with, figures.end);
 }
 
 void run(const char* name, size_t fields, uint32_t records, Qt::Orientation direction, int every) {
@@ -173,7 +176,8 @@ int main(int argc, char** argv) {
     if (std::strcmp(argv[i], "long") == 0 || std::strcmp(argv[i], "wide") == 0) all = false;
   }
   const auto wanted = [&](const char* name) {
-    return all || std::any_of(argv + 1, argv + argc, [name](const char* word) { return !std::strcmp(word, name); });
+    return all ||
+           std::any_of(argv + 1, argv + argc, [name](const char* word) { return !std::strcmp(word, name); });
   };
   if (wanted("long")) {
     rowvane::run("long", rowvane::kLongFields, rowvane::kLongRecords, Qt::Vertical, every);

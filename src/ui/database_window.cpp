@@ -82,7 +82,12 @@ CDatabaseWindow::Pane& CDatabaseWindow::pane_of(CWorkSheet& table) {
   views_->addWidget(pane.view);
   connect(pane.view, &CCellvaneView::place_changed, this, &CDatabaseWindow::state_changed);
   // Later, when all others know of the change.
-  connect(&pane.view->model(), &TableModel::outdated, this, &CDatabaseWindow::present, Qt::QueuedConnection);
+  connect(
+      &pane.view->model(), &TableModel::outdated, this,
+      [this, &table] {
+        if (&table == current_table_) present();
+      },
+      Qt::QueuedConnection);
   return pane;
 }
 
@@ -90,6 +95,7 @@ void CDatabaseWindow::show_table(CWorkSheet& table) {
   current_table_ = &table;
   views_->setCurrentWidget(pane_of(table).view);
   tree_->setCurrentIndex(tree_model_->index_of(table));
+  if (view()->model().is_outdated()) present();
   emit state_changed();
 }
 

@@ -272,15 +272,16 @@ void CMainFrame::update_state() {
 void CMainFrame::prepare_view(CCellvaneView& view) {
   if (!view.actions().isEmpty()) return;
   connect(&view, &CCellvaneView::escape_pressed, this, &CMainFrame::escape_pressed);
-  for (const Command command : {Command::kCut, Command::kCopy, Command::kPaste, Command::kClear,
-                                Command::kFillDown, Command::kFindByValue, Command::kOpenLink,
-                                Command::kInsertRecords, Command::kDuplicateRecords, Command::kDeleteRecords}) {
+  for (const Command command :
+       {Command::kCut, Command::kCopy, Command::kPaste, Command::kClear, Command::kFillDown,
+        Command::kFindByValue, Command::kOpenLink, Command::kInsertRecords, Command::kDuplicateRecords,
+        Command::kDeleteRecords}) {
     view.addAction(actions_.of(command));
   }
-  for (const Command command : {Command::kSortAscending, Command::kSortDescending, Command::kNoSorting,
-                                Command::kFreezeFields, Command::kUnfreeze, Command::kHideField,
-                                Command::kShowAllFields, Command::kRenameField, Command::kInsertField,
-                                Command::kDeleteField}) {
+  for (const Command command :
+       {Command::kSortAscending, Command::kSortDescending, Command::kNoSorting, Command::kFreezeFields,
+        Command::kUnfreeze, Command::kHideField, Command::kShowAllFields, Command::kRenameField,
+        Command::kInsertField, Command::kDeleteField}) {
     view.field_header().addAction(actions_.of(command));
   }
 }

@@ -110,7 +110,8 @@ TEST(LinkTargetTest, WebMailAndFiles) {
   EXPECT_EQ(link_target(" http://example.org:80/x ", {}), QUrl("http://example.org:80/x"));
   EXPECT_EQ(link_target("anna@example.org", {}), QUrl("mailto:anna@example.org"));
   EXPECT_EQ(link_target("/tmp/a b.txt", {}), QUrl::fromLocalFile("/tmp/a b.txt"));
-  EXPECT_EQ(link_target("README.md", ROWVANE_SOURCE_DIR), QUrl::fromLocalFile(ROWVANE_SOURCE_DIR "/README.md"));
+  EXPECT_EQ(link_target("README.md", ROWVANE_SOURCE_DIR),
+            QUrl::fromLocalFile(ROWVANE_SOURCE_DIR "/README.md"));
   for (const char* none : {"", "just words", "javascript:alert(1)", "unknown:thing"}) {
     EXPECT_FALSE(link_target(none, {}).isValid()) << none;
   }

@@ -90,7 +90,8 @@ TEST_F(GridEditingTest, FieldsWithoutEditors) {
   go_to(0, kName);
   type("x");
   EXPECT_EQ(open_editor(), nullptr);
-  EXPECT_THAT(dialogs.shown, ElementsAre("Encrypted fields can't be edited. You need to decrypt them first."));
+  EXPECT_THAT(dialogs.shown,
+              ElementsAre("Encrypted fields can't be edited. You need to decrypt them first."));
 }
 
 TEST_F(GridEditingTest, ReadOnlyRefusesEveryChange) {

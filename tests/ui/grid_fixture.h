@@ -1,12 +1,12 @@
 // A grid over a small table with a field of each type.
 #pragma once
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <QApplication>
 #include <QClipboard>
 #include <QTest>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "core/database.h"
 #include "ui/grid/cellvane_view.h"

@@ -14,9 +14,7 @@ class GridRecordsTest : public GridTest {
     for (const char name : names_in_order) set.push_back(static_cast<uint32_t>(name - 'A'));
     view->model().show_records(set);
   }
-  std::string current() const {
-    return text(view->model().record_at(view->current_place().row), kName);
-  }
+  std::string current() const { return text(view->model().record_at(view->current_place().row), kName); }
 };
 
 TEST_F(GridRecordsTest, InsertedRecordsStandBeforeTheSelectedOnes) {

@@ -19,8 +19,9 @@ class GridSelectionTest : public GridTest {
   }
   void drag(int row, int place, int to_row, int to_place, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     QTest::mousePress(view->viewport(), Qt::LeftButton, modifiers, middle(row, place));
-    QMouseEvent move(QEvent::MouseMove, middle(to_row, to_place), view->viewport()->mapToGlobal(middle(to_row, to_place)),
-                     Qt::NoButton, Qt::LeftButton, modifiers);
+    QMouseEvent move(QEvent::MouseMove, middle(to_row, to_place),
+                     view->viewport()->mapToGlobal(middle(to_row, to_place)), Qt::NoButton, Qt::LeftButton,
+                     modifiers);
     QApplication::sendEvent(view->viewport(), &move);
     QTest::mouseRelease(view->viewport(), Qt::LeftButton, modifiers, middle(to_row, to_place));
   }
@@ -29,7 +30,8 @@ class GridSelectionTest : public GridTest {
   }
   std::vector<std::pair<int64_t, std::vector<int>>> groups() const {
     std::vector<std::pair<int64_t, std::vector<int>>> all;
-    for (const CellGroup& group : view->selected_groups()) all.emplace_back(count_rows(group.rows), group.fields);
+    for (const CellGroup& group : view->selected_groups())
+      all.emplace_back(count_rows(group.rows), group.fields);
     return all;
   }
   std::optional<NumberSummary> summary() {
@@ -72,6 +74,18 @@ TEST_F(GridSelectionTest, ASelectionSpansMovedAndHiddenFields) {
   go_to(0, 0);
   extend_to(0, 2);
   EXPECT_THAT(groups(), ElementsAre(std::pair(1, std::vector{0, 4, 2})));
+}
+
+TEST_F(GridSelectionTest, AHiddenFieldLeavesItsPlaceToTheNext) {
+  go_to(2, kPrice);
+  set_field(kPrice, [](Field& field) { field.hidden = true; });
+  EXPECT_EQ(view->current_field(), kDay);
+  for (size_t i = 0; i < 6; ++i) set_field(i, [](Field& field) { field.hidden = true; });
+  EXPECT_EQ(view->current_field(), std::nullopt);
+  press(Qt::Key_Down);
+  view->grab();
+  undo();
+  EXPECT_EQ(view->grid_layout().place_count(), 1);
 }
 
 TEST_F(GridSelectionTest, NumbersOfTheSelectionAreSummedUp) {
@@ -150,7 +164,8 @@ TEST_F(GridSelectionTest, LinesOfARecordAreFromOneToTwenty) {
 
 TEST_F(GridSelectionTest, ZoomStaysWithinItsLimits) {
   for (int i = 0; i < 40; ++i) {
-    QWheelEvent wheel({50, 50}, {50, 50}, {}, {0, 120}, Qt::NoButton, Qt::ControlModifier, Qt::NoScrollPhase, false);
+    QWheelEvent wheel({50, 50}, {50, 50}, {}, {0, 120}, Qt::NoButton, Qt::ControlModifier, Qt::NoScrollPhase,
+                      false);
     QApplication::sendEvent(view->viewport(), &wheel);
   }
   EXPECT_EQ(view->zoom(), 300);
@@ -165,7 +180,8 @@ TEST_F(GridSelectionTest, ADraggedBorderStoresTheWidthInOneStep) {
   QTest::mousePress(&header, Qt::LeftButton, Qt::NoModifier, border);
   for (int x = 10; x <= 60; x += 10) {
     const QPoint to = border + QPoint(x, 0);
-    QMouseEvent move(QEvent::MouseMove, to, header.mapToGlobal(to), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QMouseEvent move(QEvent::MouseMove, to, header.mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                     Qt::NoModifier);
     QApplication::sendEvent(&header, &move);
   }
   EXPECT_EQ(view->grid_layout().width(0), 160);
@@ -178,7 +194,8 @@ TEST_F(GridSelectionTest, ADraggedBorderStoresTheWidthInOneStep) {
 }
 
 TEST_F(GridSelectionTest, ADoubleClickFitsTheWidth) {
-  ASSERT_EQ(table.set_value(3, kName, std::string("a text that needs much more room than that")), ErrorCode::kOk);
+  ASSERT_EQ(table.set_value(3, kName, std::string("a text that needs much more room than that")),
+            ErrorCode::kOk);
   QTest::mouseDClick(&view->field_header(), Qt::LeftButton, Qt::NoModifier, {99, 8});
   EXPECT_GT(table.field(kName).width, 200);
   view->fit_field(1);
@@ -189,7 +206,8 @@ TEST_F(GridSelectionTest, ADraggedHeadMovesTheFieldInOneStep) {
   FieldHeader& header = view->field_header();
   QTest::mousePress(&header, Qt::LeftButton, Qt::NoModifier, head(0));
   const QPoint to = head(2) + QPoint(30, 0);
-  QMouseEvent move(QEvent::MouseMove, to, header.mapToGlobal(to), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+  QMouseEvent move(QEvent::MouseMove, to, header.mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                   Qt::NoModifier);
   QApplication::sendEvent(&header, &move);
   QTest::mouseRelease(&header, Qt::LeftButton, Qt::NoModifier, to);
   const GridLayout& layout = view->grid_layout();

@@ -1,7 +1,5 @@
 #include "ui/grid/cell_editors.h"
 
-#include <Qsci/qsciscintilla.h>
-
 #include <QAction>
 #include <QCalendarWidget>
 #include <QComboBox>
@@ -13,6 +11,8 @@
 #include <QPointer>
 #include <QVBoxLayout>
 #include <cmath>
+
+#include <Qsci/qsciscintilla.h>
 
 #include "ui/icons.h"
 #include "ui/text.h"
@@ -39,7 +39,6 @@ class LineEditor : public QLineEdit, public CellEditor {
  public:
   LineEditor(const EditorSettings& settings, QWidget* parent) : QLineEdit(parent) {
     setFrame(false);
-    setTextMargins(2, 0, 2, 0);
     if (settings.field->type == FieldType::kNumber) setAlignment(Qt::AlignRight);
   }
 

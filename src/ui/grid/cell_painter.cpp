@@ -27,7 +27,8 @@ QString shortened(const QString& text, qsizetype most, bool shows_end) {
 
 }  // namespace
 
-CellPainter::CellPainter(QPainter& painter, const Look& look, const TextWidths& widths, Thumbnails& thumbnails)
+CellPainter::CellPainter(QPainter& painter, const Look& look, const TextWidths& widths,
+                         Thumbnails& thumbnails)
     : painter_(painter),
       look_(look),
       widths_(widths),
@@ -82,9 +83,9 @@ void CellPainter::draw_line(const QRect& rect, const ShownCell& cell) {
   int width = width_of(text);
   if (width > rect.width()) {
     // Half a number would be a wrong one.
-    text = cell.is_number ? to_qt(kNotShown)
-                          : metrics_.elidedText(text, cell.shows_end ? Qt::ElideLeft : Qt::ElideRight,
-                                                rect.width());
+    text = cell.is_number
+               ? to_qt(kNotShown)
+               : metrics_.elidedText(text, cell.shows_end ? Qt::ElideLeft : Qt::ElideRight, rect.width());
     width = metrics_.horizontalAdvance(text);
     if (width > rect.width()) return;
   }

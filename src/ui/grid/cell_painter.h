@@ -17,9 +17,9 @@ class CellPainter {
   struct Look {
     QPalette palette;
     QFont font;
-    QColor text;         // of cells without a colour of their own
-    int lines = 1;       // of text in a cell
-    int thumbnail = 0;   // largest side of a thumbnail; 0: none are shown
+    QColor text;        // of cells without a colour of their own
+    int lines = 1;      // of text in a cell
+    int thumbnail = 0;  // largest side of a thumbnail; 0: none are shown
   };
 
   // All must outlive this; WIDTHS are those of the look's font.

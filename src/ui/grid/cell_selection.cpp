@@ -66,8 +66,8 @@ QItemSelection selection_of(const QAbstractItemModel& model, const GridLayout& l
   for (size_t begin = 0; begin < fields.size();) {
     size_t end = begin + 1;
     while (end < fields.size() && fields[end] == fields[end - 1] + 1) ++end;
-    selection.append(QItemSelectionRange(model.index(rows.first, fields[begin]),
-                                         model.index(rows.last, fields[end - 1])));
+    selection.append(
+        QItemSelectionRange(model.index(rows.first, fields[begin]), model.index(rows.last, fields[end - 1])));
     begin = end;
   }
   return selection;

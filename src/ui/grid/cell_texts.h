@@ -13,13 +13,13 @@
 namespace rowvane {
 
 struct ShownCell {
-  QString text;           // with its line breaks
-  uint8_t color = 0;      // FormatColor, or the number of a [colorN]; 0: the usual one
+  QString text;       // with its line breaks
+  uint8_t color = 0;  // FormatColor, or the number of a [colorN]; 0: the usual one
   bool is_number = false;
   bool is_link = false;
-  bool shows_end = false;           // a text of which the end matters
-  bool wraps = false;               // over the lines of a record
-  QString fill;                     // repeated at `fill_position` up to the width of the field
+  bool shows_end = false;  // a text of which the end matters
+  bool wraps = false;      // over the lines of a record
+  QString fill;            // repeated at `fill_position` up to the width of the field
   qsizetype fill_position = 0;
   const FileList* files = nullptr;  // of an Images/Files cell
 };

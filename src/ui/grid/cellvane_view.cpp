@@ -253,7 +253,13 @@ void CCellvaneView::move_field(int place, int before) {
 // ---- what the table does
 
 void CCellvaneView::dataChanged(const QModelIndex&, const QModelIndex&, const QList<int>&) {
+  const CellPlace former = current_place();
   lay_out();
+  // A field that was hidden leaves its place to the next one.
+  const QModelIndex current = currentIndex();
+  if (current.isValid() && is_usable() && layout_.place_of(current.column()) < 0) {
+    go_to({current.row(), std::min(former.place, layout_.place_count() - 1)});
+  }
   show_headers();
   summary_->begin(cell_groups(selectionModel()->selection(), layout_));
   emit place_changed();

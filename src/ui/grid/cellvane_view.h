@@ -164,8 +164,8 @@ class CCellvaneView final : public QAbstractItemView {
   void drag_to(QPoint point);
   bool is_selected(CellPlace place) const;
 
-  void draw_cells(QPainter& painter, CellPainter& cells, std::pair<int, int> rows,
-                  std::pair<int, int> places, const QRect& clip) const;
+  void draw_cells(QPainter& painter, CellPainter& cells, std::pair<int, int> rows, std::pair<int, int> places,
+                  const QRect& clip) const;
   void draw_grounds(QPainter& painter, std::pair<int, int> rows, std::pair<int, int> places) const;
   void draw_cross(QPainter& painter, std::pair<int, int> rows, std::pair<int, int> places) const;
   void draw_selection(QPainter& painter, std::pair<int, int> rows, std::pair<int, int> places) const;
@@ -206,11 +206,11 @@ class CCellvaneView final : public QAbstractItemView {
   QFont normal_font_;
   bool in_geometry_ = false;
 
-  CellPlace anchor_;         // where the selection that is being made begins
-  CellPlace lead_;           // and where it ends
+  CellPlace anchor_;  // where the selection that is being made begins
+  CellPlace lead_;    // and where it ends
   Span span_ = Span::kCells;
-  bool removes_ = false;     // the cells are taken out of the selection
-  QItemSelection kept_;      // what was selected before it
+  bool removes_ = false;  // the cells are taken out of the selection
+  QItemSelection kept_;   // what was selected before it
   bool selecting_ = false;
   bool dragging_ = false;
   QPoint drag_point_;

@@ -14,7 +14,7 @@
 namespace rowvane {
 namespace {
 
-constexpr int64_t kMostCopiedCells = 5'000'000;
+constexpr int64_t kMostCopiedCells = 2'000'000;
 
 double today() {
   return static_cast<double>(QDate(1899, 12, 30).daysTo(QDate::currentDate()));
@@ -76,8 +76,9 @@ uint32_t CCellvaneView::appendable_records() const {
   return most > table().record_count() ? most - table().record_count() : 0;
 }
 
-// The cells that ROWS go to: from the first selected one on; a single row or column of them is repeated over the
-// selection. APPENDED gets the records to be added for it, LOST the cells that there is no room for.
+// The cells that ROWS go to: from the first selected one on; a single cell goes to all selected ones, a
+// single row to all selected records. APPENDED gets the records to be added for it, LOST the cells without
+// room.
 CellBlock CCellvaneView::paste_target(const ClipboardRows& rows, uint32_t& appended, int64_t& lost) const {
   const std::vector<CellGroup> groups = selected_groups();
   if (groups.empty()) return {};
@@ -138,7 +139,8 @@ void CCellvaneView::clear() {
   CellChanges changes;
   {
     const ChangeGroup step(document_.database(), "Clear");
-    for (const CellGroup& group : selected_groups()) add_changes(changes, clear_cells(table(), block_of(group)));
+    for (const CellGroup& group : selected_groups())
+      add_changes(changes, clear_cells(table(), block_of(group)));
   }
   report(changes);
 }
@@ -159,7 +161,8 @@ void CCellvaneView::insert_today() {
   if (!current.isValid()) return;
   const auto field = static_cast<size_t>(current.column());
   const bool is_number = table().field(field).type == FieldType::kNumber;
-  const QString text = is_number ? model_->number_entry_text(today(), field) : to_qt(standard_date_text(today()));
+  const QString text =
+      is_number ? model_->number_entry_text(today(), field) : to_qt(standard_date_text(today()));
   if (delegate_->editor() != nullptr) return delegate_->insert(text);
   if (!may_change()) return;
   if (table().field(field).encrypted) return report(ErrorCode::kEncryptedField);

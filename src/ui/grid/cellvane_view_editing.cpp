@@ -16,8 +16,8 @@ bool CCellvaneView::may_change() {
 }
 
 bool CCellvaneView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) {
-  const bool is_asked_for = trigger == DoubleClicked || trigger == EditKeyPressed || trigger == AnyKeyPressed ||
-                            trigger == AllEditTriggers;
+  const bool is_asked_for = trigger == DoubleClicked || trigger == EditKeyPressed ||
+                            trigger == AnyKeyPressed || trigger == AllEditTriggers;
   if (!index.isValid() || !is_asked_for || delegate_->editor() != nullptr) return false;
   const auto field = static_cast<size_t>(index.column());
   if (table().field(field).encrypted) {

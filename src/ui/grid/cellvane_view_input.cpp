@@ -75,8 +75,10 @@ void CCellvaneView::keyPressEvent(QKeyEvent* event) {
   event->accept();
   if (!is_usable() || !currentIndex().isValid()) return event->ignore();
   if (handle_command_key(*event)) return;
-  if (!event->modifiers().testFlag(Qt::AltModifier) && handle_move_key(event->key(), event->modifiers())) return;
-  const bool is_command = (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) != 0;
+  if (!event->modifiers().testFlag(Qt::AltModifier) && handle_move_key(event->key(), event->modifiers()))
+    return;
+  const bool is_command =
+      (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) != 0;
   const bool is_typed = !event->text().isEmpty() && event->text().at(0).isPrint();
   // AltGr is Ctrl and Alt to Windows.
   const bool is_alt_gr = event->modifiers().testFlags(Qt::ControlModifier | Qt::AltModifier);
@@ -95,8 +97,8 @@ QModelIndex CCellvaneView::moveCursor(CursorAction action, Qt::KeyboardModifiers
       break;
   }
   constexpr std::pair<CursorAction, Qt::Key> kKeys[] = {
-      {MoveUp, Qt::Key_Up},     {MoveDown, Qt::Key_Down}, {MoveLeft, Qt::Key_Left},
-      {MoveRight, Qt::Key_Right}, {MoveHome, Qt::Key_Home}, {MoveEnd, Qt::Key_End},
+      {MoveUp, Qt::Key_Up},         {MoveDown, Qt::Key_Down},        {MoveLeft, Qt::Key_Left},
+      {MoveRight, Qt::Key_Right},   {MoveHome, Qt::Key_Home},        {MoveEnd, Qt::Key_End},
       {MovePageUp, Qt::Key_PageUp}, {MovePageDown, Qt::Key_PageDown}};
   for (const auto& [move, key] : kKeys) {
     if (move == action) return index_of(arrow_target(key, modifiers, from, layout_, *model_).value_or(from));

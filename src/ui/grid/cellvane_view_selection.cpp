@@ -12,9 +12,9 @@ QModelIndex CCellvaneView::index_of(CellPlace place) const {
 }
 
 std::optional<size_t> CCellvaneView::current_field() const {
+  if (layout_.place_count() == 0) return std::nullopt;
   const QModelIndex current = currentIndex();
   if (current.isValid()) return static_cast<size_t>(current.column());
-  if (layout_.place_count() == 0) return std::nullopt;
   const bool is_shown = chosen_field_ >= 0 && static_cast<size_t>(chosen_field_) < table().field_count() &&
                         layout_.place_of(chosen_field_) >= 0;
   return static_cast<size_t>(is_shown ? chosen_field_ : layout_.field_at(0));

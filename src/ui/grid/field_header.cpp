@@ -53,8 +53,7 @@ void FieldHeader::show_place(int current, std::vector<bool> selected) {
 QString FieldHeader::criterion_text(int field) const {
   const auto criterion = document_.criteria().criterion(model_.table(), static_cast<size_t>(field));
   if (!criterion) return {};
-  return to_qt(
-      rowvane::criterion_text(*criterion, document_.database().settings().record_flag_types));
+  return to_qt(rowvane::criterion_text(*criterion, document_.database().settings().record_flag_types));
 }
 
 QString FieldHeader::sort_mark(int field) const {
@@ -88,7 +87,8 @@ void FieldHeader::draw_name(QPainter& painter, const QRect& rect, int field, boo
   const QColor muted = palette().color(QPalette::Disabled, QPalette::Text);
   QRect place = rect;
   if (rect.width() > 3 * kSignSide) {
-    draw_type_sign(painter, QRect(rect.left(), rect.top() + (rect.height() - kSignSide) / 2, kSignSide, kSignSide),
+    draw_type_sign(painter,
+                   QRect(rect.left(), rect.top() + (rect.height() - kSignSide) / 2, kSignSide, kSignSide),
                    definition, muted);
     place.setLeft(rect.left() + kSignSide + kMargin);
   }
@@ -174,8 +174,7 @@ int FieldHeader::border_at(int x) const {
     if (place >= 0 && std::abs(layout_.left(place) + layout_.width(place) - x) <= kBorderReach) return place;
   }
   const int last = layout_.place_count() - 1;
-  const bool at_end =
-      last >= 0 && std::abs(layout_.left(last) + layout_.width(last) - x) <= kBorderReach;
+  const bool at_end = last >= 0 && std::abs(layout_.left(last) + layout_.width(last) - x) <= kBorderReach;
   return at_end ? last : -1;
 }
 
@@ -218,7 +217,8 @@ void FieldHeader::mouseReleaseEvent(QMouseEvent*) {
   const Drag drag = std::exchange(drag_, Drag::kNone);
   const int gap = std::exchange(gap_, -1);
   if (drag == Drag::kWidth) emit width_chosen(dragged_);
-  if (drag == Drag::kMove && gap >= 0 && gap != dragged_ && gap != dragged_ + 1) emit move_wanted(dragged_, gap);
+  if (drag == Drag::kMove && gap >= 0 && gap != dragged_ && gap != dragged_ + 1)
+    emit move_wanted(dragged_, gap);
   update();
 }
 

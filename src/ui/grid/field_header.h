@@ -9,9 +9,9 @@
 
 namespace rowvane {
 
-// Shows name, type, sort key and criterion of each field. A click chooses a field, dragging moves it, dragging
-// its right border changes its width; what is to be done is told by signals. The actions that are added to the
-// header are its context menu.
+// Shows name, type, sort key and criterion of each field. A click chooses a field, dragging moves it,
+// dragging its right border changes its width; what is to be done is told by signals. The actions that are
+// added to the header are its context menu.
 class FieldHeader final : public QWidget {
   Q_OBJECT
 

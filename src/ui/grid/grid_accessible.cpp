@@ -79,7 +79,8 @@ QRect CellAccessible::rect() const {
   const QWidget& numbers = view_->record_header();
   if (row_ == kHead) {
     const int x = place_ == kHead ? 0 : layout.left(place_);
-    return {heads.mapToGlobal(QPoint(x, 0)), QSize(place_ == kHead ? 1 : layout.width(place_), heads.height())};
+    return {heads.mapToGlobal(QPoint(x, 0)),
+            QSize(place_ == kHead ? 1 : layout.width(place_), heads.height())};
   }
   if (place_ == kHead) {
     return {numbers.mapToGlobal(QPoint(0, layout.top(row_))), QSize(numbers.width(), layout.row_height())};
@@ -152,8 +153,7 @@ class GridAccessible final : public QAccessibleWidget, public QAccessibleTableIn
     if (child == nullptr) return -1;
     const auto* cell = const_cast<QAccessibleInterface*>(child)->tableCellInterface();
     if (cell == nullptr) return -1;
-    const int64_t index =
-        (int64_t{cell->rowIndex()} + 1) * (columnCount() + 1) + cell->columnIndex() + 1;
+    const int64_t index = (int64_t{cell->rowIndex()} + 1) * (columnCount() + 1) + cell->columnIndex() + 1;
     return index < childCount() ? static_cast<int>(index) : -1;
   }
   QAccessibleInterface* childAt(int x, int y) const override {
@@ -185,7 +185,8 @@ class GridAccessible final : public QAccessibleWidget, public QAccessibleTableIn
   QList<QAccessibleInterface*> selectedCells() const override;
   int selectedColumnCount() const override { return static_cast<int>(selectedColumns().size()); }
   int selectedRowCount() const override {
-    return whole_rows() ? static_cast<int>(count_rows(selected_rows(view_->selectionModel()->selection()))) : 0;
+    return whole_rows() ? static_cast<int>(count_rows(selected_rows(view_->selectionModel()->selection())))
+                        : 0;
   }
   QList<int> selectedColumns() const override;
   QList<int> selectedRows() const override;

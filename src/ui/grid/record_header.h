@@ -8,8 +8,8 @@
 
 namespace rowvane {
 
-// A click chooses a record, dragging several. The current record has a mark, one with a flag the colour of its
-// type.
+// A click chooses a record, dragging several. The current record has a mark, one with a flag the colour of
+// its type.
 class RecordHeader final : public QWidget {
   Q_OBJECT
 

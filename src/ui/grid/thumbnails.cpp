@@ -14,7 +14,7 @@ namespace rowvane {
 namespace {
 
 constexpr qsizetype kMostKeptBytes = qsizetype{64} << 20;  // more than any window shows at a time
-constexpr size_t kMostWanted = 200;  // older wishes have been scrolled away
+constexpr size_t kMostWanted = 200;                        // older wishes have been scrolled away
 constexpr uint64_t kMostImageBytes = uint64_t{64} << 20;
 
 // An inserted file by the address of its content, a file outside by its path.

@@ -12,8 +12,8 @@
 
 namespace rowvane {
 
-// Decodes an image a moment after it was first asked for, one between two events, at the size that is shown. What
-// was shown last is kept, up to a number of bytes.
+// Decodes an image a moment after it was first asked for, one between two events, at the size that is shown.
+// What was shown last is kept, up to a number of bytes.
 class Thumbnails final : public QObject {
   Q_OBJECT
 
