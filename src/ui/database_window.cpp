@@ -272,7 +272,7 @@ void CDatabaseWindow::present() {
 void CDatabaseWindow::find_by_value() {
   CCellvaneView* grid = view();
   const auto field = grid != nullptr ? grid->current_field() : std::nullopt;
-  if (!field) return;
+  if (!field || !grid->currentIndex().isValid()) return;
   const uint32_t record = grid->model().record_at(grid->currentIndex().row());
   const std::string text = current_table_->value_text(record, *field);
   const bool equal = current_table_->field(*field).type == FieldType::kNumber ||

@@ -68,6 +68,15 @@ TEST_F(GridSelectionTest, HeadsSelectFieldsAndRecords) {
   EXPECT_THAT(groups(), ElementsAre(std::pair(8, std::vector{0, 1, 2, 3, 4, 5})));
 }
 
+TEST_F(GridSelectionTest, ChoosingAHeadScrollsNowhere) {
+  ASSERT_EQ(table.insert_records(9, 500), ErrorCode::kOk);
+  go_to(0, 0);
+  view->verticalScrollBar()->setValue(200);
+  QTest::mouseClick(&view->field_header(), Qt::LeftButton, Qt::NoModifier, head(1));
+  EXPECT_NEAR(view->verticalScrollBar()->value(), 200, 1);
+  EXPECT_THAT(groups(), ElementsAre(std::pair(508, std::vector{1})));
+}
+
 TEST_F(GridSelectionTest, ASelectionSpansMovedAndHiddenFields) {
   view->move_field(4, 1);
   set_field(kPrice, [](Field& field) { field.hidden = true; });
