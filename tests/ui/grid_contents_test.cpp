@@ -143,7 +143,7 @@ TEST_F(GridContentsTest, ALinkIsOpenedByItsCommandAndByCtrlClick) {
   };
   QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::ControlModifier,
                     view->visualRect(view->model().index(1, kName)).center());
-  EXPECT_EQ(view->current_place(), (CellPlace{1, 0}));
+  EXPECT_EQ(view->current_place(), (GridPlace{1, 0}));
   EXPECT_TRUE(dialogs.shown.empty());
   view->open_link();
   EXPECT_THAT(opened, testing::ElementsAre(QUrl("https://www.example.org"), QUrl("https://www.example.org")));

@@ -19,12 +19,12 @@ TEST_F(GridEditingTest, TypingReplacesAndF2Changes) {
   EXPECT_EQ(typed(), "xy");
   press(Qt::Key_Return);
   EXPECT_EQ(text(1, kName), "xy");
-  EXPECT_EQ(view->current_place(), (CellPlace{1, kName}));
+  EXPECT_EQ(view->current_place(), (GridPlace{1, kName}));
   press(Qt::Key_F2);
   type("z");
   press(Qt::Key_Tab);
   EXPECT_EQ(text(2, kName), "Bz");
-  EXPECT_EQ(view->current_place(), (CellPlace{1, kPrice}));
+  EXPECT_EQ(view->current_place(), (GridPlace{1, kPrice}));
   undo();
   EXPECT_EQ(text(2, kName), "B");
   EXPECT_EQ(text(1, kName), "xy");
@@ -39,7 +39,7 @@ TEST_F(GridEditingTest, EscapeLeavesTheValueAndArrowsLeaveWhatIsTypedAnew) {
   type("q");
   press(Qt::Key_Right);
   EXPECT_EQ(text(1, kName), "q");
-  EXPECT_EQ(view->current_place(), (CellPlace{0, kPrice}));
+  EXPECT_EQ(view->current_place(), (GridPlace{0, kPrice}));
   go_to(0, kName);
   press(Qt::Key_F2);
   press(Qt::Key_Left);

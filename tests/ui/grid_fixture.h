@@ -58,7 +58,7 @@ class GridTest : public testing::Test {
   void go_to(int row, int place) { view->go_to({row, place}); }
   // Selects from the current cell to another one.
   void extend_to(int row, int place) {
-    const CellPlace from = view->current_place();
+    const GridPlace from = view->current_place();
     for (int i = from.row; i < row; ++i) press(Qt::Key_Down, Qt::ShiftModifier);
     for (int i = from.place; i < place; ++i) press(Qt::Key_Right, Qt::ShiftModifier);
   }

@@ -8,7 +8,7 @@ namespace {
 
 class GridKeysTest : public GridTest {
  protected:
-  CellPlace place() const { return view->current_place(); }
+  GridPlace place() const { return view->current_place(); }
   CellBlock block() const { return view->selected_block(); }
 };
 
@@ -16,17 +16,17 @@ TEST_F(GridKeysTest, ArrowsAndTheirFarEnds) {
   go_to(0, 0);
   press(Qt::Key_Down);
   press(Qt::Key_Right);
-  EXPECT_EQ(place(), (CellPlace{1, 1}));
+  EXPECT_EQ(place(), (GridPlace{1, 1}));
   press(Qt::Key_End);
-  EXPECT_EQ(place(), (CellPlace{1, 5}));
+  EXPECT_EQ(place(), (GridPlace{1, 5}));
   press(Qt::Key_Home);
-  EXPECT_EQ(place(), (CellPlace{1, 0}));
+  EXPECT_EQ(place(), (GridPlace{1, 0}));
   press(Qt::Key_End, Qt::ControlModifier);
-  EXPECT_EQ(place(), (CellPlace{7, 5}));
+  EXPECT_EQ(place(), (GridPlace{7, 5}));
   press(Qt::Key_Down);
-  EXPECT_EQ(place(), (CellPlace{7, 5}));
+  EXPECT_EQ(place(), (GridPlace{7, 5}));
   press(Qt::Key_Home, Qt::ControlModifier);
-  EXPECT_EQ(place(), (CellPlace{0, 0}));
+  EXPECT_EQ(place(), (GridPlace{0, 0}));
 }
 
 TEST_F(GridKeysTest, CtrlArrowsGoToTheEdgesOfTheData) {
@@ -48,12 +48,12 @@ TEST_F(GridKeysTest, CtrlArrowsGoToTheEdgesOfTheData) {
 TEST_F(GridKeysTest, TabWrapsToTheNextRecordAndBack) {
   go_to(0, 5);
   press(Qt::Key_Tab);
-  EXPECT_EQ(place(), (CellPlace{1, 0}));
+  EXPECT_EQ(place(), (GridPlace{1, 0}));
   press(Qt::Key_Backtab);
-  EXPECT_EQ(place(), (CellPlace{0, 5}));
+  EXPECT_EQ(place(), (GridPlace{0, 5}));
   go_to(7, 5);
   press(Qt::Key_Tab);
-  EXPECT_EQ(place(), (CellPlace{7, 5}));
+  EXPECT_EQ(place(), (GridPlace{7, 5}));
 }
 
 TEST_F(GridKeysTest, TabStaysInTheGrid) {
@@ -62,11 +62,11 @@ TEST_F(GridKeysTest, TabStaysInTheGrid) {
   go_to(0, 0);
   press(Qt::Key_Tab);
   EXPECT_TRUE(view->hasFocus());
-  EXPECT_EQ(place(), (CellPlace{0, 1}));
+  EXPECT_EQ(place(), (GridPlace{0, 1}));
 }
 
 TEST_F(GridKeysTest, EnterDoesWhatTheOptionSays) {
-  const std::pair<int, CellPlace> expected[] = {{0, {4, 2}}, {1, {3, 3}}, {2, {3, 2}}};
+  const std::pair<int, GridPlace> expected[] = {{0, {4, 2}}, {1, {3, 3}}, {2, {3, 2}}};
   for (const auto& [option, to] : expected) {
     settings.general_options.when_enter_pressed = static_cast<uint32_t>(option);
     go_to(3, 2);
@@ -74,7 +74,7 @@ TEST_F(GridKeysTest, EnterDoesWhatTheOptionSays) {
     EXPECT_EQ(place(), to) << option;
     if (option == 2) continue;
     press(Qt::Key_Return, Qt::ShiftModifier);
-    EXPECT_EQ(place(), (CellPlace{3, 2})) << option;
+    EXPECT_EQ(place(), (GridPlace{3, 2})) << option;
   }
   settings.general_options.when_enter_pressed = 3;
   go_to(3, 1);
@@ -106,7 +106,7 @@ TEST_F(GridKeysTest, ShiftExtendsAndShrinks) {
   press(Qt::Key_Up, Qt::ShiftModifier);
   EXPECT_THAT(block().records, testing::ElementsAre(3, 4));
   EXPECT_THAT(block().fields, testing::ElementsAre(kPrice, kDay));
-  EXPECT_EQ(place(), (CellPlace{2, 1}));
+  EXPECT_EQ(place(), (GridPlace{2, 1}));
   press(Qt::Key_Up, Qt::ShiftModifier);
   press(Qt::Key_Up, Qt::ShiftModifier);
   EXPECT_THAT(block().records, testing::ElementsAre(2, 3));
@@ -160,7 +160,7 @@ TEST_F(GridKeysTest, ATableWithoutRecordsTakesAllKeys) {
   view->freeze_records();
   view->insert_records();
   EXPECT_EQ(table.record_count(), 1u);
-  EXPECT_EQ(place(), (CellPlace{0, 0}));
+  EXPECT_EQ(place(), (GridPlace{0, 0}));
 }
 
 }  // namespace

@@ -22,7 +22,7 @@ TEST_F(GridRecordsTest, InsertedRecordsStandBeforeTheSelectedOnes) {
   extend_to(3, 1);
   view->insert_records();
   EXPECT_EQ(names(), "AB--CDEFGH");
-  EXPECT_EQ(view->current_place(), (CellPlace{2, 1}));
+  EXPECT_EQ(view->current_place(), (GridPlace{2, 1}));
   undo();
   EXPECT_EQ(names(), "ABCDEFGH");
 }
@@ -104,10 +104,10 @@ TEST_F(GridRecordsTest, AChangedValueMovesNothing) {
   type("Z");
   press(Qt::Key_Return);
   EXPECT_EQ(shown_names(), "HZDB");
-  EXPECT_EQ(view->current_place(), (CellPlace{2, 0}));
+  EXPECT_EQ(view->current_place(), (GridPlace{2, 0}));
   undo();
   EXPECT_EQ(shown_names(), "HFDB");
-  EXPECT_EQ(view->current_place(), (CellPlace{2, 0}));
+  EXPECT_EQ(view->current_place(), (GridPlace{2, 0}));
 }
 
 TEST_F(GridRecordsTest, TheCurrentRecordIsFoundAgainAtItsHeight) {
@@ -117,10 +117,10 @@ TEST_F(GridRecordsTest, TheCurrentRecordIsFoundAgainAtItsHeight) {
   RecordSet odd;
   for (uint32_t i = 0; i < 308; i += 2) odd.push_back(i);
   view->model().show_records(odd);
-  EXPECT_EQ(view->current_place(), (CellPlace{100, 2}));
+  EXPECT_EQ(view->current_place(), (GridPlace{100, 2}));
   EXPECT_EQ(view->verticalScrollBar()->value(), 95);
   view->model().show_records(std::nullopt);
-  EXPECT_EQ(view->current_place(), (CellPlace{200, 2}));
+  EXPECT_EQ(view->current_place(), (GridPlace{200, 2}));
   EXPECT_EQ(view->verticalScrollBar()->value(), 195);
 }
 

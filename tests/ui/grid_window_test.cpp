@@ -26,7 +26,7 @@ class GridWindowTest : public testing::Test {
   CCellvaneView& grid() { return *frame.current_window()->view(); }
   CWorkSheet& table() { return grid().table(); }
   void give(Command command) { frame.actions().of(command)->trigger(); }
-  void filter_by(CellPlace place) {
+  void filter_by(GridPlace place) {
     grid().go_to(place);
     give(Command::kFindByValue);
   }

@@ -254,7 +254,7 @@ void CCellvaneView::move_field(int place, int before) {
 // ---- what the table does
 
 void CCellvaneView::dataChanged(const QModelIndex&, const QModelIndex&, const QList<int>&) {
-  const CellPlace former = current_place();
+  const GridPlace former = current_place();
   lay_out();
   // A field that was hidden leaves its place to the next one.
   const QModelIndex current = currentIndex();

@@ -52,8 +52,8 @@ class CCellvaneView final : public QAbstractItemView {
   std::vector<uint32_t> selected_positions() const;
   // The field of the current cell, or the one that was chosen last; nothing where all are hidden.
   std::optional<size_t> current_field() const;
-  CellPlace current_place() const;
-  void go_to(CellPlace place);
+  GridPlace current_place() const;
+  void go_to(GridPlace place);
   void select_fields(int place, Qt::KeyboardModifiers modifiers);
   void select_records(int row, Qt::KeyboardModifiers modifiers);
   void select_fields_of_selection();
@@ -158,14 +158,14 @@ class CCellvaneView final : public QAbstractItemView {
   void show_headers();
   void set_scroll_ranges();
 
-  QModelIndex index_of(CellPlace place) const;
-  CellPlace seen_place() const;
+  QModelIndex index_of(GridPlace place) const;
+  GridPlace seen_place() const;
   bool is_usable() const { return layout_.row_count() > 0 && layout_.place_count() > 0; }
-  void begin_selection(CellPlace place, Span span, Qt::KeyboardModifiers modifiers);
-  void extend_selection(CellPlace to);
+  void begin_selection(GridPlace place, Span span, Qt::KeyboardModifiers modifiers);
+  void extend_selection(GridPlace to);
   void apply_selection();
   void drag_to(QPoint point);
-  bool is_selected(CellPlace place) const;
+  bool is_selected(GridPlace place) const;
 
   void draw_cells(QPainter& painter, CellPainter& cells, std::pair<int, int> rows, std::pair<int, int> places,
                   const QRect& clip) const;
@@ -210,8 +210,8 @@ class CCellvaneView final : public QAbstractItemView {
   QFont normal_font_;
   bool in_geometry_ = false;
 
-  CellPlace anchor_;  // where the selection that is being made begins
-  CellPlace lead_;    // and where it ends
+  GridPlace anchor_;  // where the selection that is being made begins
+  GridPlace lead_;    // and where it ends
   Span span_ = Span::kCells;
   bool removes_ = false;  // the cells are taken out of the selection
   QItemSelection kept_;   // what was selected before it

@@ -186,7 +186,7 @@ void CCellvaneView::copy_from_above() {
 void CCellvaneView::insert_records() {
   if (!may_change()) return;
   const RowRanges rows = selected_rows(selectionModel()->selection());
-  const CellPlace current = current_place();
+  const GridPlace current = current_place();
   const bool is_empty = model_->rowCount() == 0;
   const int row = rows.empty() ? current.row : rows.front().first;
   const auto count = static_cast<uint32_t>(std::max<int64_t>(count_rows(rows), 1));
@@ -200,7 +200,7 @@ void CCellvaneView::insert_records() {
 
 void CCellvaneView::append_record() {
   if (!may_change()) return;
-  const CellPlace current = current_place();
+  const GridPlace current = current_place();
   const uint32_t before = table().record_count() + 1;
   model_->expect_inserted(before, 1, model_->rowCount());
   const ErrorCode error = table().insert_records(before, 1);
@@ -226,7 +226,7 @@ void CCellvaneView::duplicate_records() {
   const std::vector<uint32_t> positions = selected_positions();
   if (positions.empty()) return;
   const RowRanges rows = selected_rows(selectionModel()->selection());
-  const CellPlace current = current_place();
+  const GridPlace current = current_place();
   const int row = (rows.empty() ? current.row : rows.back().last) + 1;
   const auto count = static_cast<uint32_t>(positions.size());
   const uint32_t before = model_->record_at(row - 1) + 1;
@@ -253,7 +253,7 @@ void CCellvaneView::delete_records() {
   const std::vector<uint32_t> positions = selected_positions();
   if (positions.empty()) return;
   const RowRanges rows = selected_rows(selectionModel()->selection());
-  const CellPlace current = current_place();
+  const GridPlace current = current_place();
   const int row = rows.empty() ? current.row : rows.front().first;
   model_->expect_deleted(positions);
   const ErrorCode error = table().delete_records(positions);

@@ -87,7 +87,7 @@ void CCellvaneView::keyPressEvent(QKeyEvent* event) {
 
 QModelIndex CCellvaneView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
   if (!is_usable()) return {};
-  const CellPlace from = current_place();
+  const GridPlace from = current_place();
   switch (action) {
     case MoveNext:
       return index_of(tab_target(from, 1, layout_));
@@ -113,7 +113,7 @@ void CCellvaneView::mousePressEvent(QMouseEvent* event) {
   const QPoint point = event->position().toPoint();
   const QModelIndex index = indexAt(point);
   if (!index.isValid()) return;
-  const CellPlace place{index.row(), layout_.place_of(index.column())};
+  const GridPlace place{index.row(), layout_.place_of(index.column())};
   if (event->button() == Qt::RightButton) {
     if (!is_selected(place)) go_to(place);
     return;
@@ -142,7 +142,7 @@ void CCellvaneView::mouseMoveEvent(QMouseEvent* event) {
 void CCellvaneView::drag_to(QPoint point) {
   if (!dragging_ || !is_usable()) return;
   drag_point_ = point;
-  const CellPlace to{layout_.nearest_row(std::min(point.y(), viewport()->height() - 1)),
+  const GridPlace to{layout_.nearest_row(std::min(point.y(), viewport()->height() - 1)),
                      layout_.nearest_place(std::min(point.x(), viewport()->width() - 1))};
   if (to != lead_) extend_selection(to);
   const bool outside = !viewport()->rect().contains(point);

@@ -104,7 +104,7 @@ void CCellvaneView::draw_cross(QPainter& painter, std::pair<int, int> rows,
                                std::pair<int, int> places) const {
   const profile::Crosshighlighting& cross = settings_.crosshighlighting;
   if ((!cross.rows && !cross.columns) || !currentIndex().isValid()) return;
-  const CellPlace current = current_place();
+  const GridPlace current = current_place();
   const int left = layout_.left(places.first);
   const int right = layout_.left(places.second - 1) + layout_.width(places.second - 1);
   const int top = layout_.top(rows.first);

@@ -7,7 +7,7 @@
 
 namespace rowvane {
 
-QModelIndex CCellvaneView::index_of(CellPlace place) const {
+QModelIndex CCellvaneView::index_of(GridPlace place) const {
   return model_->index(place.row, layout_.field_at(place.place));
 }
 
@@ -20,7 +20,7 @@ std::optional<size_t> CCellvaneView::current_field() const {
   return static_cast<size_t>(is_shown ? chosen_field_ : layout_.field_at(0));
 }
 
-CellPlace CCellvaneView::current_place() const {
+GridPlace CCellvaneView::current_place() const {
   const QModelIndex current = currentIndex();
   if (!current.isValid()) return {};
   return {current.row(), std::max(layout_.place_of(current.column()), 0)};
@@ -70,19 +70,19 @@ std::vector<uint32_t> CCellvaneView::selected_positions() const {
   return positions;
 }
 
-bool CCellvaneView::is_selected(CellPlace place) const {
+bool CCellvaneView::is_selected(GridPlace place) const {
   return selectionModel()->isSelected(index_of(place));
 }
 
 // ---- making a selection
 
-void CCellvaneView::go_to(CellPlace place) {
+void CCellvaneView::go_to(GridPlace place) {
   begin_selection(place, Span::kCells, Qt::NoModifier);
 }
 
 // With Shift the present selection goes on to PLACE, with Ctrl another block is added to it, or taken out
 // where PLACE is selected.
-void CCellvaneView::begin_selection(CellPlace place, Span span, Qt::KeyboardModifiers modifiers) {
+void CCellvaneView::begin_selection(GridPlace place, Span span, Qt::KeyboardModifiers modifiers) {
   if (!is_usable()) return;
   span_ = span;
   if (modifiers.testFlag(Qt::ShiftModifier)) return extend_selection(place);
@@ -97,7 +97,7 @@ void CCellvaneView::begin_selection(CellPlace place, Span span, Qt::KeyboardModi
   extend_selection(place);
 }
 
-void CCellvaneView::extend_selection(CellPlace to) {
+void CCellvaneView::extend_selection(GridPlace to) {
   lead_ = to;
   apply_selection();
   const QModelIndex lead = index_of(to);
@@ -107,7 +107,7 @@ void CCellvaneView::extend_selection(CellPlace to) {
 }
 
 void CCellvaneView::apply_selection() {
-  const CellPlace last{layout_.row_count() - 1, layout_.place_count() - 1};
+  const GridPlace last{layout_.row_count() - 1, layout_.place_count() - 1};
   anchor_ = {std::min(anchor_.row, last.row), std::min(anchor_.place, last.place)};
   RowRange rows{std::min(anchor_.row, lead_.row), std::max(anchor_.row, lead_.row)};
   auto [first, end] = std::minmax(anchor_.place, lead_.place);
@@ -127,8 +127,8 @@ void CCellvaneView::apply_selection() {
 }
 
 // The current cell, moved to where it is in view: heads are chosen without scrolling away from them.
-CellPlace CCellvaneView::seen_place() const {
-  CellPlace place = current_place();
+GridPlace CCellvaneView::seen_place() const {
+  GridPlace place = current_place();
   const auto [first_row, end_row] = layout_.scrolled_rows();
   const auto [first_place, end_place] = layout_.scrolled_places();
   if (place.row >= layout_.frozen_rows() && end_row > first_row) {
@@ -169,7 +169,7 @@ void CCellvaneView::select_records_of_selection() {
 
 void CCellvaneView::selectAll() {
   if (!finish_editing() || !is_usable()) return;
-  const CellPlace lead = lead_;
+  const GridPlace lead = lead_;
   anchor_ = {0, 0};
   lead_ = {layout_.row_count() - 1, layout_.place_count() - 1};
   kept_ = {};

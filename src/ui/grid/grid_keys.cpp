@@ -29,13 +29,13 @@ bool is_empty_cell(const Column& column, size_t position) {
   return std::get<FilesColumn>(column).cells[position] == 0;
 }
 
-int record_edge(CellPlace from, int step, const GridLayout& layout, const TableModel& model) {
+int record_edge(GridPlace from, int step, const GridLayout& layout, const TableModel& model) {
   const Column& column = model.table().column(static_cast<size_t>(layout.field_at(from.place)));
   return data_edge(from.row, step, layout.row_count(),
                    [&](int row) { return is_empty_cell(column, model.record_at(row) - 1); });
 }
 
-int field_edge(CellPlace from, int step, const GridLayout& layout, const TableModel& model) {
+int field_edge(GridPlace from, int step, const GridLayout& layout, const TableModel& model) {
   const size_t position = model.record_at(from.row) - 1;
   return data_edge(from.place, step, layout.place_count(), [&](int place) {
     return is_empty_cell(model.table().column(static_cast<size_t>(layout.field_at(place))), position);
@@ -44,11 +44,11 @@ int field_edge(CellPlace from, int step, const GridLayout& layout, const TableMo
 
 }  // namespace
 
-std::optional<CellPlace> arrow_target(int key, Qt::KeyboardModifiers modifiers, CellPlace from,
+std::optional<GridPlace> arrow_target(int key, Qt::KeyboardModifiers modifiers, GridPlace from,
                                       const GridLayout& layout, const TableModel& model) {
   const bool far = modifiers.testFlag(Qt::ControlModifier);
-  const CellPlace last{layout.row_count() - 1, layout.place_count() - 1};
-  CellPlace to = from;
+  const GridPlace last{layout.row_count() - 1, layout.place_count() - 1};
+  GridPlace to = from;
   switch (key) {
     case Qt::Key_Up:
       to.row = far ? record_edge(from, -1, layout, model) : from.row - 1;
@@ -77,17 +77,17 @@ std::optional<CellPlace> arrow_target(int key, Qt::KeyboardModifiers modifiers, 
     default:
       return std::nullopt;
   }
-  return CellPlace{std::clamp(to.row, 0, last.row), std::clamp(to.place, 0, last.place)};
+  return GridPlace{std::clamp(to.row, 0, last.row), std::clamp(to.place, 0, last.place)};
 }
 
-CellPlace tab_target(CellPlace from, int step, const GridLayout& layout) {
-  CellPlace to{from.row, from.place + step};
+GridPlace tab_target(GridPlace from, int step, const GridLayout& layout) {
+  GridPlace to{from.row, from.place + step};
   if (to.place < 0) to = {from.row - 1, layout.place_count() - 1};
   if (to.place >= layout.place_count()) to = {from.row + 1, 0};
   return to.row >= 0 && to.row < layout.row_count() ? to : from;
 }
 
-CellPlace enter_target(EnterKey enter, CellPlace from, int step, const GridLayout& layout) {
+GridPlace enter_target(EnterKey enter, GridPlace from, int step, const GridLayout& layout) {
   switch (enter) {
     case EnterKey::kRecordBelow:
       return {std::clamp(from.row + step, 0, layout.row_count() - 1), from.place};
