@@ -81,7 +81,12 @@ CDatabaseWindow::Pane& CDatabaseWindow::pane_of(CWorkSheet& table) {
   views_->addWidget(pane.view);
   connect(pane.view, &CCellvaneView::place_changed, this, &CDatabaseWindow::state_changed);
   // Later, when all others know of the change.
-  connect(&pane.view->model(), &TableModel::outdated, this, &CDatabaseWindow::present, Qt::QueuedConnection);
+  connect(
+      &pane.view->model(), &TableModel::outdated, this,
+      [this, &table] {
+        if (&table == current_table_) present();
+      },
+      Qt::QueuedConnection);
   return pane;
 }
 
@@ -89,6 +94,7 @@ void CDatabaseWindow::show_table(CWorkSheet& table) {
   current_table_ = &table;
   views_->setCurrentWidget(pane_of(table).view);
   explorer_->set_current_item({nullptr, &table});
+  if (view()->model().is_outdated()) present();
   emit state_changed();
 }
 
@@ -221,7 +227,7 @@ void CDatabaseWindow::present() {
 void CDatabaseWindow::find_by_value() {
   CCellvaneView* grid = view();
   const auto field = grid != nullptr ? grid->current_field() : std::nullopt;
-  if (!field) return;
+  if (!field || !grid->currentIndex().isValid()) return;
   const uint32_t record = grid->model().record_at(grid->currentIndex().row());
   const std::string text = current_table_->value_text(record, *field);
   const bool equal = current_table_->field(*field).type == FieldType::kNumber ||

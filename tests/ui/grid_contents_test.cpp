@@ -104,6 +104,21 @@ TEST_F(GridContentsTest, ThumbnailsAreDecodedAtTheirSizeAndDamagedOnesMarked) {
   EXPECT_GT(red, 20);
 }
 
+TEST_F(GridContentsTest, TheRowAndTheColumnOfTheCurrentCellAreHighlighted) {
+  settings.crosshighlighting.rows = true;
+  settings.crosshighlighting.columns = true;
+  settings.crosshighlighting.contrast = 100;
+  go_to(2, 1);
+  const QImage picture = view->viewport()->grab().toImage();
+  const auto ground = [&](int row, int place) {
+    const GridLayout& layout = view->grid_layout();
+    return picture.pixel(layout.left(place) + 2, layout.top(row) + layout.row_height() - 3) & 0xFFFFFF;
+  };
+  EXPECT_EQ(ground(2, 4), 0xFFF2CCu);
+  EXPECT_EQ(ground(6, 1), 0xFFF2CCu);
+  EXPECT_NE(ground(6, 4), 0xFFF2CCu);
+}
+
 TEST(LinkTargetTest, WebMailAndFiles) {
   EXPECT_EQ(link_target("www.example.org/a", {}), QUrl("https://www.example.org/a"));
   EXPECT_EQ(link_target("example.org", {}), QUrl("https://example.org"));

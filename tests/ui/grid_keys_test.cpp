@@ -1,3 +1,4 @@
+#include <QLineEdit>
 #include <QScrollBar>
 
 #include "ui/grid_fixture.h"
@@ -53,6 +54,15 @@ TEST_F(GridKeysTest, TabWrapsToTheNextRecordAndBack) {
   go_to(7, 5);
   press(Qt::Key_Tab);
   EXPECT_EQ(place(), (GridPlace{7, 5}));
+}
+
+TEST_F(GridKeysTest, TabStaysInTheGrid) {
+  QLineEdit other(view.get());
+  other.show();
+  go_to(0, 0);
+  press(Qt::Key_Tab);
+  EXPECT_TRUE(view->hasFocus());
+  EXPECT_EQ(place(), (GridPlace{0, 1}));
 }
 
 TEST_F(GridKeysTest, EnterDoesWhatTheOptionSays) {

@@ -68,12 +68,33 @@ TEST_F(GridSelectionTest, HeadsSelectFieldsAndRecords) {
   EXPECT_THAT(groups(), ElementsAre(std::pair(8, std::vector{0, 1, 2, 3, 4, 5})));
 }
 
+TEST_F(GridSelectionTest, ChoosingAHeadScrollsNowhere) {
+  ASSERT_EQ(table.insert_records(9, 500), ErrorCode::kOk);
+  go_to(0, 0);
+  view->verticalScrollBar()->setValue(200);
+  QTest::mouseClick(&view->field_header(), Qt::LeftButton, Qt::NoModifier, head(1));
+  EXPECT_NEAR(view->verticalScrollBar()->value(), 200, 1);
+  EXPECT_THAT(groups(), ElementsAre(std::pair(508, std::vector{1})));
+}
+
 TEST_F(GridSelectionTest, ASelectionSpansMovedAndHiddenFields) {
   view->move_field(4, 1);
   set_field(kPrice, [](Field& field) { field.hidden = true; });
   go_to(0, 0);
   extend_to(0, 2);
   EXPECT_THAT(groups(), ElementsAre(std::pair(1, std::vector{0, 4, 2})));
+}
+
+TEST_F(GridSelectionTest, AHiddenFieldLeavesItsPlaceToTheNext) {
+  go_to(2, kPrice);
+  set_field(kPrice, [](Field& field) { field.hidden = true; });
+  EXPECT_EQ(view->current_field(), kDay);
+  for (size_t i = 0; i < 6; ++i) set_field(i, [](Field& field) { field.hidden = true; });
+  EXPECT_EQ(view->current_field(), std::nullopt);
+  press(Qt::Key_Down);
+  view->grab();
+  undo();
+  EXPECT_EQ(view->grid_layout().place_count(), 1);
 }
 
 TEST_F(GridSelectionTest, NumbersOfTheSelectionAreSummedUp) {

@@ -102,7 +102,10 @@ void CellDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewI
   QRect rect(option.rect.topLeft(), cell->wanted_size(option.rect.size()).boundedTo(room));
   rect.moveLeft(std::max(std::min(rect.left(), room.width() - rect.width()), 0));
   rect.moveTop(std::max(std::min(rect.top(), room.height() - rect.height()), 0));
-  editor->setGeometry(rect);
+  // One on a single line leaves the frame of the current cell to be seen.
+  constexpr int kFrame = 2;
+  const bool is_line = rect.height() == option.rect.height();
+  editor->setGeometry(is_line ? rect.adjusted(kFrame, kFrame, -kFrame, -kFrame) : rect);
 }
 
 // ---- keys

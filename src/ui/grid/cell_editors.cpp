@@ -39,7 +39,6 @@ class LineEditor : public QLineEdit, public CellEditor {
  public:
   LineEditor(const EditorSettings& settings, QWidget* parent) : QLineEdit(parent) {
     setFrame(false);
-    setTextMargins(2, 0, 2, 0);
     if (settings.field->type == FieldType::kNumber) setAlignment(Qt::AlignRight);
   }
 

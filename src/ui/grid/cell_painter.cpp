@@ -11,6 +11,8 @@
 namespace rowvane {
 namespace {
 
+constexpr int kMargin = 4;
+
 // Line breaks and tabs have no place on a single line.
 QString on_one_line(QString text) {
   for (QChar& character : text) {
@@ -47,10 +49,10 @@ int CellPainter::width_of(const QString& text) const {
   return width ? static_cast<int>(std::ceil(*width)) : metrics_.horizontalAdvance(text);
 }
 
-int CellPainter::wanted_width(const ShownCell& cell) const {
+int wanted_cell_width(const ShownCell& cell, const QFontMetrics& metrics) {
   int widest = 0;
   for (const QString& line : shortened(cell.text, 500, cell.shows_end).split(u'\n')) {
-    widest = std::max(widest, metrics_.horizontalAdvance(line));
+    widest = std::max(widest, metrics.horizontalAdvance(line));
   }
   return widest + 2 * kMargin + 2;
 }

@@ -27,8 +27,6 @@ class CellPainter {
 
   // The contents of a cell on a ground that is already drawn.
   void draw(const QRect& rect, const ShownCell& cell);
-  // The same, of a width that shows all of it.
-  int wanted_width(const ShownCell& cell) const;
 
  private:
   void draw_line(const QRect& rect, const ShownCell& cell);
@@ -39,8 +37,6 @@ class CellPainter {
   // Exact for numbers; for other texts it may be too much by what kerning takes.
   int width_of(const QString& text) const;
 
-  static constexpr int kMargin = 4;
-
   QPainter& painter_;
   const Look& look_;
   const TextWidths& widths_;
@@ -48,5 +44,8 @@ class CellPainter {
   QFontMetrics metrics_;
   QFont link_font_;
 };
+
+// The width that shows the text of CELL whole, up to what one would still read in a grid.
+int wanted_cell_width(const ShownCell& cell, const QFontMetrics& metrics);
 
 }  // namespace rowvane

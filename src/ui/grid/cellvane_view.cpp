@@ -47,6 +47,7 @@ CCellvaneView::CCellvaneView(DatabaseDocument& document, CWorkSheet& table, cons
   setItemDelegate(delegate_);
   setSelectionMode(ExtendedSelection);
   setEditTriggers(DoubleClicked | EditKeyPressed | AnyKeyPressed);
+  setTabKeyNavigation(true);
   setContextMenuPolicy(Qt::ActionsContextMenu);
   setAccessibleName(to_qt(table.name()));
   viewport()->setMouseTracking(true);
@@ -211,18 +212,14 @@ void CCellvaneView::keep_width(int place) {
 
 void CCellvaneView::fit_field(int place) {
   const int field = layout_.field_at(place);
-  QPixmap unused(1, 1);
-  QPainter painter(&unused);
-  const CellPainter::Look cell_look = look();
-  const CellPainter cells(painter, cell_look, *widths_, thumbnails_);
   int width = field_header_->wanted_width(field);
-  const auto [first, end] = layout_.scrolled_rows();
-  for (int row = first; row < end; ++row) {
-    width = std::max(width, cells.wanted_width(model_->shown_cell(row, field)));
-  }
-  for (int row = 0; row < layout_.frozen_rows(); ++row) {
-    width = std::max(width, cells.wanted_width(model_->shown_cell(row, field)));
-  }
+  const auto fit = [&](int first, int end) {
+    for (int row = first; row < end; ++row) {
+      width = std::max(width, wanted_cell_width(model_->shown_cell(row, field), fontMetrics()));
+    }
+  };
+  fit(0, layout_.frozen_rows());
+  fit(layout_.scrolled_rows().first, layout_.scrolled_rows().second);
   layout_.set_width(place, std::min(width, kMostWidth * zoom_ / 100));
   keep_width(place);
 }
@@ -241,19 +238,29 @@ void CCellvaneView::move_field(int place, int before) {
   for (size_t& field : order) {
     if (!table().field(field).hidden) field = static_cast<size_t>(*next++);
   }
-  const ChangeGroup step(document_.database(), "Move Field");
-  for (size_t position = 0; position < order.size(); ++position) {
-    Field definition = table().field(order[position]);
-    if (definition.position == position) continue;
-    definition.position = static_cast<uint16_t>(position);
-    report(table().change_field(order[position], definition));
+  ErrorCode error = ErrorCode::kOk;
+  {
+    const ChangeGroup step(document_.database(), "Move Field");
+    for (size_t position = 0; position < order.size() && error == ErrorCode::kOk; ++position) {
+      Field definition = table().field(order[position]);
+      if (definition.position == position) continue;
+      definition.position = static_cast<uint16_t>(position);
+      error = table().change_field(order[position], definition);
+    }
   }
+  report(error);
 }
 
 // ---- what the table does
 
 void CCellvaneView::dataChanged(const QModelIndex&, const QModelIndex&, const QList<int>&) {
+  const GridPlace former = current_place();
   lay_out();
+  // A field that was hidden leaves its place to the next one.
+  const QModelIndex current = currentIndex();
+  if (current.isValid() && is_usable() && layout_.place_of(current.column()) < 0) {
+    go_to({current.row(), std::min(former.place, layout_.place_count() - 1)});
+  }
   show_headers();
   summary_->begin(cell_groups(selectionModel()->selection(), layout_));
   emit place_changed();

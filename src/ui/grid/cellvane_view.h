@@ -81,6 +81,8 @@ class CCellvaneView final : public QAbstractItemView {
 
   // ---- the looks
 
+  // A criterion is another one, though other records are not shown yet.
+  void show_criteria() { updateGeometries(); }
   // Percent of the normal size, from 50 to 300.
   int zoom() const { return zoom_; }
   void set_zoom(int percent);
@@ -157,6 +159,7 @@ class CCellvaneView final : public QAbstractItemView {
   void set_scroll_ranges();
 
   QModelIndex index_of(GridPlace place) const;
+  GridPlace seen_place() const;
   bool is_usable() const { return layout_.row_count() > 0 && layout_.place_count() > 0; }
   void begin_selection(GridPlace place, Span span, Qt::KeyboardModifiers modifiers);
   void extend_selection(GridPlace to);
@@ -186,6 +189,7 @@ class CCellvaneView final : public QAbstractItemView {
   CellBlock block_of(const CellGroup& group) const;
   CellBlock paste_target(const ClipboardRows& rows, uint32_t& appended, int64_t& lost) const;
   uint32_t appendable_records() const;
+  void copy_values(const std::vector<uint32_t>& originals, uint32_t first);
   QUrl link_at(const QModelIndex& index) const;
   void keep_width(int place);
 

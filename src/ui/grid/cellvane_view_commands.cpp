@@ -4,6 +4,7 @@
 #include <QDate>
 #include <QFileInfo>
 #include <algorithm>
+#include <numeric>
 
 #include "core/database.h"
 #include "core/date_text.h"
@@ -14,7 +15,7 @@
 namespace rowvane {
 namespace {
 
-constexpr int64_t kMostCopiedCells = 5'000'000;
+constexpr int64_t kMostCopiedCells = 2'000'000;
 
 double today() {
   return static_cast<double>(QDate(1899, 12, 30).daysTo(QDate::currentDate()));
@@ -76,8 +77,9 @@ uint32_t CCellvaneView::appendable_records() const {
   return most > table().record_count() ? most - table().record_count() : 0;
 }
 
-// The cells that ROWS go to: from the first selected one on; a single row or column of them is repeated over
-// the selection. APPENDED gets the records to be added for it, LOST the cells that there is no room for.
+// The cells that ROWS go to: from the first selected one on; a single cell goes to all selected ones, a
+// single row to all selected records. APPENDED gets the records to be added for it, LOST counts what finds no
+// room.
 CellBlock CCellvaneView::paste_target(const ClipboardRows& rows, uint32_t& appended, int64_t& lost) const {
   const std::vector<CellGroup> groups = selected_groups();
   if (groups.empty()) return {};
@@ -207,6 +209,18 @@ void CCellvaneView::append_record() {
   if (error == ErrorCode::kOk && is_usable()) go_to({layout_.row_count() - 1, current.place});
 }
 
+// The entered values of the records at ORIGINALS to as many records from FIRST on, both 0-based.
+void CCellvaneView::copy_values(const std::vector<uint32_t>& originals, uint32_t first) {
+  std::vector<uint32_t> copies(originals.size());
+  std::iota(copies.begin(), copies.end(), first);
+  for (size_t field = 0; field < table().field_count(); ++field) {
+    if (!table().field(field).formula.empty() || table().field(field).encrypted) continue;
+    std::vector<RefusedValue> refused;
+    static_cast<void>(
+        table().set_values(field, copies, select_cells(table().column(field), originals), refused));
+  }
+}
+
 void CCellvaneView::duplicate_records() {
   if (!may_change()) return;
   const std::vector<uint32_t> positions = selected_positions();
@@ -220,22 +234,16 @@ void CCellvaneView::duplicate_records() {
   for (uint32_t& position : originals) {
     if (position >= before - 1) position += count;
   }
+  ErrorCode error = ErrorCode::kOk;
   {
     const ChangeGroup step(document_.database(), "Duplicate Records");
     model_->expect_inserted(before, count, row);
-    const ErrorCode error = table().insert_records(before, count);
-    if (error != ErrorCode::kOk) {
-      model_->expect_nothing();
-      return report(error);
-    }
-    std::vector<uint32_t> copies(count);
-    for (uint32_t i = 0; i < count; ++i) copies[i] = before - 1 + i;
-    for (size_t field = 0; field < table().field_count(); ++field) {
-      if (!table().field(field).formula.empty() || table().field(field).encrypted) continue;
-      std::vector<RefusedValue> refused;
-      static_cast<void>(
-          table().set_values(field, copies, select_cells(table().column(field), originals), refused));
-    }
+    error = table().insert_records(before, count);
+    if (error == ErrorCode::kOk) copy_values(originals, before - 1);
+  }
+  if (error != ErrorCode::kOk) {
+    model_->expect_nothing();
+    return report(error);
   }
   if (is_usable()) go_to({std::min(row, layout_.row_count() - 1), current.place});
 }

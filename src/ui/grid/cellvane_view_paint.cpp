@@ -12,6 +12,12 @@ QColor with_alpha(QColor color, float alpha) {
   return color;
 }
 
+// Whether AT is one of NUMBER places, of which BEFORE stand before the current one.
+bool is_within(int at, int current, int64_t before, int64_t number) {
+  const int64_t first = current - before;
+  return at >= first && at < first + number;
+}
+
 }  // namespace
 
 CellPainter::Look CCellvaneView::look() const {
@@ -98,25 +104,25 @@ void CCellvaneView::draw_cross(QPainter& painter, std::pair<int, int> rows,
                                std::pair<int, int> places) const {
   const profile::Crosshighlighting& cross = settings_.crosshighlighting;
   if ((!cross.rows && !cross.columns) || !currentIndex().isValid()) return;
-  const QColor color = with_alpha(QColor::fromRgb(cross.color), static_cast<float>(cross.contrast) / 100.0F);
   const GridPlace current = current_place();
   const int left = layout_.left(places.first);
   const int right = layout_.left(places.second - 1) + layout_.width(places.second - 1);
   const int top = layout_.top(rows.first);
   const int bottom = layout_.top(rows.second - 1) + layout_.row_height();
-  if (cross.rows) {
-    const int64_t first = int64_t{current.row} - static_cast<int64_t>(cross.row_position);
-    for (int row = rows.first; row < rows.second; ++row) {
-      if (row < first || row >= first + static_cast<int64_t>(cross.row_number)) continue;
-      painter.fillRect(QRect(left, layout_.top(row), right - left, layout_.row_height() - 1), color);
-    }
+  QRegion region;
+  for (int row = rows.first; cross.rows && row < rows.second; ++row) {
+    if (!is_within(row, current.row, cross.row_position, cross.row_number)) continue;
+    region += QRect(left, layout_.top(row), right - left, layout_.row_height() - 1);
   }
-  if (!cross.columns) return;
-  const int64_t first = int64_t{current.place} - static_cast<int64_t>(cross.column_position);
-  for (int place = places.first; place < places.second; ++place) {
-    if (place < first || place >= first + static_cast<int64_t>(cross.column_number)) continue;
-    painter.fillRect(QRect(layout_.left(place), top, layout_.width(place) - 1, bottom - top), color);
+  for (int place = places.first; cross.columns && place < places.second; ++place) {
+    if (!is_within(place, current.place, cross.column_position, cross.column_number)) continue;
+    region += QRect(layout_.left(place), top, layout_.width(place) - 1, bottom - top);
   }
+  // Bright colours would outshine the texts on a dark ground.
+  const float strength = palette().color(QPalette::Base).lightness() < 128 ? 0.3F : 1.0F;
+  const QColor color =
+      with_alpha(QColor::fromRgb(cross.color), strength * static_cast<float>(cross.contrast) / 100.0F);
+  for (const QRect& rect : region) painter.fillRect(rect, color);
 }
 
 void CCellvaneView::draw_selection(QPainter& painter, std::pair<int, int> rows,

@@ -12,9 +12,9 @@ QModelIndex CCellvaneView::index_of(GridPlace place) const {
 }
 
 std::optional<size_t> CCellvaneView::current_field() const {
+  if (layout_.place_count() == 0) return std::nullopt;
   const QModelIndex current = currentIndex();
   if (current.isValid()) return static_cast<size_t>(current.column());
-  if (layout_.place_count() == 0) return std::nullopt;
   const bool is_shown = chosen_field_ >= 0 && static_cast<size_t>(chosen_field_) < table().field_count() &&
                         layout_.place_of(chosen_field_) >= 0;
   return static_cast<size_t>(is_shown ? chosen_field_ : layout_.field_at(0));
@@ -126,21 +126,35 @@ void CCellvaneView::apply_selection() {
   selecting_ = false;
 }
 
+// The current cell, moved to where it is in view: heads are chosen without scrolling away from them.
+GridPlace CCellvaneView::seen_place() const {
+  GridPlace place = current_place();
+  const auto [first_row, end_row] = layout_.scrolled_rows();
+  const auto [first_place, end_place] = layout_.scrolled_places();
+  if (place.row >= layout_.frozen_rows() && end_row > first_row) {
+    place.row = std::clamp(place.row, first_row, end_row - 1);
+  }
+  if (place.place >= layout_.frozen_places() && end_place > first_place) {
+    place.place = std::clamp(place.place, first_place, end_place - 1);
+  }
+  return place;
+}
+
 void CCellvaneView::select_fields(int place, Qt::KeyboardModifiers modifiers) {
   if (!finish_editing()) return;
   chosen_field_ = layout_.field_at(place);
   setFocus();
   if (!is_usable()) return show_headers();
-  const int row = std::clamp(currentIndex().row(), 0, layout_.row_count() - 1);
-  begin_selection({row, place}, Span::kFields, modifiers);
+  begin_selection({seen_place().row, place}, Span::kFields, modifiers);
 }
 
 void CCellvaneView::select_records(int row, Qt::KeyboardModifiers modifiers) {
   if (!finish_editing() || !is_usable()) return;
   setFocus();
   dragging_ = true;
-  drag_point_ = QPoint(layout_.left(current_place().place) + 1, 0);
-  begin_selection({row, current_place().place}, Span::kRecords, modifiers);
+  const int place = seen_place().place;
+  drag_point_ = QPoint(layout_.left(place) + 1, 0);
+  begin_selection({row, place}, Span::kRecords, modifiers);
 }
 
 void CCellvaneView::select_fields_of_selection() {

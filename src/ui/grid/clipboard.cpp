@@ -10,6 +10,8 @@
 namespace rowvane {
 namespace {
 
+constexpr int64_t kMostHtmlCells = 200'000;  // more are copied as text alone
+
 void append_text_cell(const QString& text, QString& out) {
   if (!text.contains(u'\t') && !text.contains(u'\n') && !text.contains(u'"')) {
     out += text;
@@ -106,6 +108,7 @@ ClipboardRows clipboard_rows(const QMimeData& data) {
 }
 
 std::unique_ptr<QMimeData> clipboard_data(const TableModel& model, const CellGroup& cells) {
+  const bool with_html = cells.size() <= kMostHtmlCells;
   QString text;
   QString html = "<meta charset=\"utf-8\"><table>";
   for (const RowRange& range : cells.rows) {
@@ -117,7 +120,7 @@ std::unique_ptr<QMimeData> clipboard_data(const TableModel& model, const CellGro
         const QString cell = model.entry_text(record, field);
         if (i > 0) text += u'\t';
         append_text_cell(cell, text);
-        append_html_cell(cell, model.table().field(field).type == FieldType::kNumber, html);
+        if (with_html) append_html_cell(cell, model.table().field(field).type == FieldType::kNumber, html);
       }
       text += u'\n';
       html += "</tr>";
@@ -125,7 +128,7 @@ std::unique_ptr<QMimeData> clipboard_data(const TableModel& model, const CellGro
   }
   auto data = std::make_unique<QMimeData>();
   data->setText(text);
-  data->setHtml(html + "</table>");
+  if (with_html) data->setHtml(html + "</table>");
   return data;
 }
 

@@ -20,7 +20,7 @@ ClipboardRows parse_clipboard_html(const QString& html);
 // The text of DATA, or its table where the text tells no cells apart.
 ClipboardRows clipboard_rows(const QMimeData& data);
 
-// The cells as text and as HTML table.
+// The cells as text and, where they are not too many, as HTML table.
 std::unique_ptr<QMimeData> clipboard_data(const TableModel& model, const CellGroup& cells);
 
 }  // namespace rowvane

@@ -1,7 +1,6 @@
 // Where the keys lead to in a grid.
 #pragma once
 
-#include <Qt>
 #include <optional>
 
 #include "ui/grid/grid_layout.h"

@@ -51,6 +51,7 @@ void TableModel::make_texts() {
 void TableModel::show_records(std::optional<RecordSet> records) {
   beginResetModel();
   records_ = std::move(records);
+  is_outdated_ = false;
   endResetModel();
 }
 
@@ -103,15 +104,16 @@ void TableModel::follow(const CWorkSheet* changed) {
   beginResetModel();
   record_count_ = table_.record_count();
   field_count_ = table_.field_count();
-  const bool is_outdated = records_ && !same_records && !expected;
-  if (is_outdated) {
+  const bool loses_records = records_ && !same_records && !expected;
+  if (loses_records) {
+    is_outdated_ = true;
     std::erase_if(*records_, [this](uint32_t position) { return position >= record_count_; });
   } else if (!same_records && expected) {
     records_ = expected;
   }
   make_texts();
   endResetModel();
-  if (is_outdated) emit outdated();
+  if (loses_records) emit outdated();
 }
 
 int TableModel::rowCount(const QModelIndex& parent) const {

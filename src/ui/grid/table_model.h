@@ -27,6 +27,8 @@ class TableModel final : public QAbstractTableModel {
   void show_records(std::optional<RecordSet> records);
   bool shows_all() const { return !records_; }
   const std::optional<RecordSet>& records() const { return records_; }
+  // True from `outdated` until other records are shown.
+  bool is_outdated() const { return is_outdated_; }
   // The 1-based number of the record in ROW.
   uint32_t record_at(int row) const;
   // The row of a record, or -1.
@@ -77,6 +79,7 @@ class TableModel final : public QAbstractTableModel {
   std::unique_ptr<CellTexts> texts_;
   std::optional<RecordSet> records_;
   std::optional<RecordSet> expected_;
+  bool is_outdated_ = false;
   uint32_t record_count_ = 0;  // that the views know of
   size_t field_count_ = 0;
 };
