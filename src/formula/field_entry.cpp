@@ -45,17 +45,22 @@ class EntryCheck {
     check_.refusal = text;
   }
 
+  void refuse(FieldPart part, const Notice& notice) {
+    if (!check_.refusal.empty()) return;
+    refuse(part, notice_text(notice));
+    check_.notice = notice;
+  }
+
   void check_name() {
-    if (!is_valid_field_name(field_.name))
-      refuse(FieldPart::kName, message_text(MessageId::kFieldNameNeedsLetter));
+    if (!is_valid_field_name(field_.name)) refuse(FieldPart::kName, Notice(MessageId::kFieldNameNeedsLetter));
     const auto taken = table_.find_field(field_.name);
-    if (taken && taken != entry_.index) refuse(FieldPart::kName, message_text(MessageId::kFieldNameExists));
+    if (taken && taken != entry_.index) refuse(FieldPart::kName, Notice(MessageId::kFieldNameExists));
   }
 
   void check_encryption() {
     const Field* before = present();
     if (before == nullptr || !before->encrypted) return;
-    const std::string_view refusal = error_text(ErrorCode::kEncryptedField);
+    const Notice refusal = ErrorCode::kEncryptedField;
     if (field_.type != before->type || field_.link != before->link) refuse(FieldPart::kType, refusal);
     if (field_.formula != before->formula) refuse(FieldPart::kFormula, refusal);
     if (field_.default_value != before->default_value) refuse(FieldPart::kDefaultValue, refusal);
@@ -121,7 +126,7 @@ std::optional<std::string> stored_default(const FieldEntry& entry) {
 }
 
 void EntryCheck::check_default_value() {
-  if (!stored_default(entry_)) refuse(FieldPart::kDefaultValue, error_text(ErrorCode::kFieldTypeMismatch));
+  if (!stored_default(entry_)) refuse(FieldPart::kDefaultValue, Notice(ErrorCode::kFieldTypeMismatch));
 }
 
 ErrorCode convert(CWorkSheet& table, const FieldEntry& entry, Progress& progress, FieldEntryResult& result) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/progress.h"
+#include "core/status.h"
 #include "core/work_sheet.h"
 #include "formula/formula_settings.h"
 #include "platform/regional_settings.h"
@@ -27,6 +28,7 @@ enum class FieldPart { kNone, kName, kType, kFormat, kFormula, kValidation, kDef
 struct FieldCheck {
   FieldPart part = FieldPart::kNone;  // what is wrong
   std::string refusal;                // not empty: the field can't be so
+  std::optional<Notice> notice;       // the refusal, where it is a message or error with a number
   std::string question;               // not empty: to be answered with Yes before it is changed
 };
 

@@ -279,7 +279,7 @@ TEST_F(CommandTest, DisplayFormats) {
   EXPECT_EQ(refused.status, 1);
   EXPECT_THAT(refused.err, HasSubstr("must stand in quotes (at byte 3)"));
   refused = rvb({"field", database, "fruit", "change", "Name", "--format", "0"});
-  EXPECT_THAT(refused.err, HasSubstr("only Number fields have a display format"));
+  EXPECT_THAT(refused.err, HasSubstr("Only Number fields have a display format"));
   output({"field", database, "fruit", "change", "Price", "--format", "default"});
   EXPECT_THAT(output({"show", database, "fruit", "--limit", "1", "--fields", "Price"}),
               HasSubstr("\n -1.5\n"));

@@ -6,10 +6,9 @@
 #include "cli/commands/commands.h"
 #include "cli/report.h"
 #include "cli/session.h"
-#include "core/field_conversion.h"
-#include "core/names.h"
+#include "formula/field_entry.h"
 #include "formula/format_style_text.h"
-#include "formula/number_format.h"
+#include "formula/formula_hooks.h"
 
 namespace rowvane::cli {
 namespace {
@@ -43,33 +42,16 @@ const NamedType& named_type(const std::string& name) {
                        [&name](const NamedType& type) { return type.name == name; });
 }
 
-int check_name(const CWorkSheet& table, const std::string& name, std::optional<size_t> own) {
-  if (!is_valid_field_name(name)) return fail(MessageId::kFieldNameNeedsLetter);
-  const auto taken = table.find_field(name);
-  return taken && taken != own ? fail(MessageId::kFieldNameExists) : kDone;
-}
-
 int done(ErrorCode error) {
   return error == ErrorCode::kOk ? kDone : fail(error);
 }
 
-// FORMULA as the field definition stores it, into STORED.
-int read_formula(const CWorkSheet& table, const std::optional<std::string>& formula, std::string& stored) {
-  if (!formula) return kDone;
-  const FormulaEntry entry = check_formula_entry(*formula);
+// FORMULA, cut to what fields can hold, into STORED.
+void read_formula(const std::optional<std::string>& formula, std::string& stored) {
+  if (!formula) return;
+  FormulaEntry entry = check_formula_entry(*formula);
   if (entry.warning) warn(texts::kEntryTruncated);
-  if (!entry.text.empty() && !is_valid_formula(entry.text, &table, FormulaSettings()))
-    return fail(kInvalidFormula);
-  stored = entry.text;
-  return kDone;
-}
-
-int read_formulas(const CWorkSheet& table, const FieldArguments& arguments, Field& field) {
-  if (const int status = read_formula(table, arguments.formula, field.formula); status != kDone)
-    return status;
-  if (!field.formula.empty() && !can_be_calculated(field))
-    return fail("only Text and Number fields can be calculated");
-  return read_formula(table, arguments.validation, field.validation);
+  stored = std::move(entry.text);
 }
 
 // The format code of the typed style, into FIELD. Dates take the user's separator and order.
@@ -78,69 +60,72 @@ int read_format(const std::optional<std::string>& typed, Field& field) {
   const platform::RegionalSettings region = platform::user_regional_settings();
   const StyleEntry entry = read_format_style(*typed, region.currency_symbol);
   if (!entry.problem.empty()) return fail(entry.problem);
-  const std::string code = entry.style.kind == FormatKind::kCustom
-                               ? *typed
-                               : build_format_code(entry.style, stored_format_separators(region));
-  const FormatCode check(code);
-  if (!check.problem().empty()) return fail(check.problem());
-  if (!code.empty() && field.type != FieldType::kNumber)
-    return fail("only Number fields have a display format");
-  field.format = code;
+  field.format = entry.style.kind == FormatKind::kCustom
+                     ? *typed
+                     : build_format_code(entry.style, stored_format_separators(region));
   return kDone;
 }
 
-// Formulas that need each other's results are refused before anything is saved.
-int check_circles(Session& session) {
-  const RecalculationCheck check =
-      check_recalculation(session.database(), Recalculation(), FormulaSettings());
-  return check.refusal.empty() ? kDone : fail(check.refusal);
+int read_arguments(const FieldArguments& arguments, Field& field) {
+  if (!arguments.type.empty()) {
+    const NamedType& type = named_type(arguments.type);
+    field.type = type.type;
+    field.link = type.link;
+  }
+  if (arguments.default_value) field.default_value = *arguments.default_value;
+  read_formula(arguments.formula, field.formula);
+  read_formula(arguments.validation, field.validation);
+  return read_format(arguments.format, field);
 }
 
-int add_field(CWorkSheet& table, const FieldArguments& arguments, const std::string& name) {
-  if (const int status = check_name(table, name, std::nullopt); status != kDone) return status;
-  const NamedType& type = named_type(arguments.type.empty() ? "text" : arguments.type);
-  Field field;
-  field.name = name;
-  field.type = type.type;
-  field.link = type.link;
-  field.default_value = arguments.default_value.value_or("");
-  field.position = static_cast<uint16_t>(table.field_count());
-  if (const int status = read_formulas(table, arguments, field); status != kDone) return status;
-  if (const int status = read_format(arguments.format, field); status != kDone) return status;
-  return done(table.insert_field(table.field_count(), std::move(field)));
+int fail_check(const FieldCheck& check) {
+  if (check.refusal == texts::kInvalidFormula) return fail(kInvalidFormula);
+  if (!check.notice) return fail(check.refusal);
+  const auto* id = std::get_if<MessageId>(&*check.notice);
+  return id != nullptr ? fail(*id) : fail(std::get<ErrorCode>(*check.notice));
 }
 
-int convert(Session& session, CWorkSheet& table, size_t index, const NamedType& type) {
-  FieldConversion settings;
-  settings.field = index;
-  settings.type = type.type;
-  settings.link = type.link;
-  const ConversionCheck check = check_conversion(table, settings);
-  if (!check.refusal.empty()) return fail(check.refusal);
+// Inserts or changes a field as ENTRY says.
+int apply(Session& session, CWorkSheet& table, const FieldEntry& entry) {
+  const FormulaSettings formulas;
+  const FieldCheck check = check_field_entry(table, entry, formulas);
+  if (!check.refusal.empty()) return fail_check(check);
   if (!check.question.empty() && !session.questions().ask(check.question))
     return fail("not changed: " + check.question);
-  session.progress().begin("Converting Field Data");
-  const ConversionResult result = convert_field(table, settings, session.progress());
+  session.progress().begin("Changing the field");
+  const FieldEntryResult result = apply_field_entry(table, entry, formulas, session.progress());
   for (const std::string& text : result.messages) warn(text);
-  return done(result.error);
+  if (!result.refusal.empty()) return fail(result.refusal);
+  return result.cancelled ? fail(Status::kCancelled) : done(result.error);
+}
+
+int add_field(Session& session, CWorkSheet& table, const FieldArguments& arguments, const std::string& name) {
+  FieldEntry entry;
+  entry.before = table.field_count();
+  entry.field.name = name;
+  entry.field.position = static_cast<uint16_t>(table.field_count());
+  if (const int status = read_arguments(arguments, entry.field); status != kDone) return status;
+  return apply(session, table, entry);
 }
 
 int change_field(Session& session, CWorkSheet& table, const FieldArguments& arguments, size_t index) {
-  if (!arguments.type.empty()) {
-    const int status = convert(session, table, index, named_type(arguments.type));
-    if (status != kDone) return status;
-  }
-  Field definition = table.field(index);
-  if (arguments.default_value) definition.default_value = *arguments.default_value;
-  if (const int status = read_formulas(table, arguments, definition); status != kDone) return status;
-  if (const int status = read_format(arguments.format, definition); status != kDone) return status;
-  return done(table.change_field(index, std::move(definition)));
+  FieldEntry entry;
+  entry.index = index;
+  entry.field = table.field(index);
+  // A format of numbers goes with them.
+  if (!arguments.type.empty() && named_type(arguments.type).type != FieldType::kNumber)
+    entry.field.format.clear();
+  if (const int status = read_arguments(arguments, entry.field); status != kDone) return status;
+  return apply(session, table, entry);
 }
 
-int rename_field(CWorkSheet& table, const std::vector<std::string>& words, size_t index) {
+int rename_field(Session& session, CWorkSheet& table, const std::vector<std::string>& words, size_t index) {
   if (words.size() != 3) return fail_usage("field rename needs the name and the new name");
-  if (const int status = check_name(table, words[2], index); status != kDone) return status;
-  return done(table.rename_field(index, words[2]));
+  FieldEntry entry;
+  entry.index = index;
+  entry.field = table.field(index);
+  entry.field.name = words[2];
+  return apply(session, table, entry);
 }
 
 int run_action(Session& session, CWorkSheet& table, const FieldArguments& arguments) {
@@ -148,11 +133,11 @@ int run_action(Session& session, CWorkSheet& table, const FieldArguments& argume
   if (words.size() < 2)
     return fail_usage("field needs add, change, rename or delete, and the name of a field");
   const std::string& action = words[0];
-  if (action == "add") return add_field(table, arguments, words[1]);
+  if (action == "add") return add_field(session, table, arguments, words[1]);
   std::vector<size_t> fields;
   if (const int status = session.find_fields(table, {words[1]}, fields); status != kDone) return status;
   if (action == "change") return change_field(session, table, arguments, fields[0]);
-  if (action == "rename") return rename_field(table, words, fields[0]);
+  if (action == "rename") return rename_field(session, table, words, fields[0]);
   if (action == "delete") return done(table.delete_field(fields[0]));
   return fail_usage("field knows add, change, rename and delete, not \"" + action + "\"");
 }
@@ -162,8 +147,7 @@ int run_field(const GlobalOptions& global, FieldArguments& arguments) {
   if (const int status = session.open(arguments.database, arguments.text); status != kDone) return status;
   CWorkSheet* table = session.take_table(arguments.words);
   if (table == nullptr) return kFailed;
-  int status = run_action(session, *table, arguments);
-  if (status == kDone && arguments.formula) status = check_circles(session);
+  const int status = run_action(session, *table, arguments);
   return status == kDone ? session.save(arguments.save) : status;
 }
 

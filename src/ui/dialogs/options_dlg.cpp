@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 
 #include "app/options_change.h"
+#include "exchange/text_settings_dialog.h"
 #include "ui/dialogs.h"
 #include "ui/text.h"
 
@@ -53,11 +54,12 @@ QFormLayout& COptionsDlg::add_page(const QString& title) {
   return *form;
 }
 
-void COptionsDlg::add_flag(QFormLayout& page, const QString& text, bool& option) {
+QCheckBox* COptionsDlg::add_flag(QFormLayout& page, const QString& text, bool& option) {
   auto* box = new QCheckBox(text, this);
   box->setChecked(option);
   connect(box, &QCheckBox::toggled, this, [&option](bool on) { option = on; });
   page.addRow(box);
+  return box;
 }
 
 QSpinBox* COptionsDlg::add_number(QFormLayout& page, const QString& text, int& option, const QString& suffix,
@@ -127,11 +129,16 @@ void COptionsDlg::add_file_page() {
   add_flag(page, tr("Keep the former file as a &backup when saving"), general.backups);
   add_number(page, tr("Save &automatically every:"), general.auto_save, tr(" min"), tr("Never"));
   add_number(page, tr("&Row limit of saved text files:"), general.text_export_row_limit, {}, tr("None"));
-  add_flag(page, tr("Fit column &widths when text files are opened"),
-           entered_.check_box_options.auto_col_width_on_import);
+  QCheckBox* fit = add_flag(page, tr("Fit column &widths when text files are opened"),
+                            entered_.check_box_options.auto_col_width_on_import);
+  connect(fit, &QCheckBox::clicked, this, [this, fit](bool on) {
+    const std::string question = check_auto_fit(on, false);
+    if (!question.empty() && !dialogs_.ask(question)) fit->setChecked(false);
+  });
   add_flag(page, tr("&List opened files among the recent ones"),
            entered_.check_box_options.add_recently_used_files);
   extensions_ = new QLineEdit(words_text(general.non_deflate_files), this);
+  extensions_->setCursorPosition(0);
   extensions_->setAccessibleName(tr("Files stored without compression"));
   auto* label = new QLabel(tr("Files stored without &compression, by their extensions:"), this);
   label->setBuddy(extensions_);

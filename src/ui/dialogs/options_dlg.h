@@ -5,6 +5,7 @@
 
 #include "app/profile_settings.h"
 
+class QCheckBox;
 class QFormLayout;
 class QLineEdit;
 class QSpinBox;
@@ -31,7 +32,7 @@ class COptionsDlg final : public QDialog {
   void add_table_page();
   void add_file_page();
   // A control for one option, which it changes in `entered_`.
-  void add_flag(QFormLayout& page, const QString& text, bool& option);
+  QCheckBox* add_flag(QFormLayout& page, const QString& text, bool& option);
   // AT_LEAST: what the box says instead of the smallest number; empty for the number.
   QSpinBox* add_number(QFormLayout& page, const QString& text, int& option, const QString& suffix = {},
                        const QString& at_least = {});
