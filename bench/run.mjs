@@ -495,6 +495,27 @@ function largeTable() {
   return table(['large tables', 'found', 'goal', ''], rows);
 }
 
+function windowTable() {
+  const rows = [];
+  const ofWindow = (...words) => JSON.parse(run(join(root, 'build/bench/bench/window_bench'), words, { stdio: ['ignore', 'pipe', 'ignore'] }));
+  const row = (name, value, unit, most) => {
+    rows.push([name, `${value.toFixed(1)} ${unit}`, most ? `<= ${most} ${unit}` : '', most ? verdict(value, most) : '']);
+    console.error(rows.at(-1).join(' '));
+  };
+  const sample = output(onDisk('sample.rvb'));
+  run(join(root, 'samples/make-sample'), [join(root, 'build/bench/src/cli/rvb'), sample]);
+  const starts = Array.from({ length: options.rounds }, () => ofWindow('start', sample).ms);
+  row('from the start to the first picture of the sample', Math.min(...starts), 'ms', 300);
+  for (const [name, what, every] of [['long', '12,582,912 records', 20], ['wide', '2,000 fields', 1]]) {
+    const found = ofWindow(name, String(every));
+    row(`${what}: the slowest of ${found.pages} pages`, found.worst_ms, 'ms', 16);
+    row(`${what}: 999 of 1,000 pages at most`, found.p999_ms, 'ms');
+    row(`${what}: a page on average`, found.mean_ms, 'ms');
+    row(`${what}: memory beside the table`, found.mb_at_end - found.mb_before, 'MB', 150);
+  }
+  return table(['the window, 1280 by 800', 'found', 'goal', ''], rows);
+}
+
 // ---- reporting
 
 const firstLine = (text) => text.trim().split('\n')[0];
@@ -558,6 +579,7 @@ const operations = [
 const results = measure(operations);
 const parts = [machine(), timesTable(results), memoryTable(results[0].best.Rowvane), levelsTable()];
 if (options.large) parts.push(largeTable());
+parts.push(windowTable());
 const report = parts.join('\n\n');
 console.log(report);
 if (options.doc) writeDocument(report);

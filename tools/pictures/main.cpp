@@ -4,6 +4,8 @@
 // of 200 percent.
 #include <QApplication>
 #include <QDir>
+#include <QEventLoop>
+#include <QTimer>
 #include <cstdio>
 #include <functional>
 
@@ -26,6 +28,8 @@
 namespace {
 
 using namespace rowvane;
+
+constexpr int kSampleMilliseconds = 1000;  // that a dialog has for reading its sample
 
 class Pictures {
  public:
@@ -50,7 +54,7 @@ class Pictures {
   void make_dialogs(DatabaseDocument& document, CWorkSheet& table, ProgramProfile& profile) {
     profile::Settings& settings = profile.settings();
     COpenTextFileDlg open(text_file_, settings, dialogs_);
-    save(open, "open-text");
+    save(open, "open-text", kSampleMilliseconds);
     CSaveTextFileDlg text(table, settings, dialogs_);
     save(text, "save-text");
     CFieldDlg field(document, *document.database().find_table("products"), 3, 3, profile.settings(),
@@ -74,8 +78,10 @@ class Pictures {
     save(keyboard, "keyboard");
   }
 
-  void save(QWidget& widget, const QString& name) {
+  void save(QWidget& widget, const QString& name, int wait = 0) {
     widget.show();
+    QTimer::singleShot(wait, &wait_, &QEventLoop::quit);
+    wait_.exec();
     QApplication::processEvents();
     const QString path = QDir(folder_).filePath(name + "-" + colors_ + ".png");
     saved_ = widget.grab().save(path) && saved_;
@@ -86,6 +92,7 @@ class Pictures {
   QString text_file_;
   QString folder_;
   QString colors_;
+  QEventLoop wait_;
   MessageBoxes dialogs_;
   bool saved_ = true;
 };
