@@ -6,11 +6,13 @@
 #include <QStackedWidget>
 #include <algorithm>
 
+#include "app/engine_options.h"
 #include "core/messages.h"
 #include "core/names.h"
 #include "ui/dialogs/drop_down_lists_dlg.h"
 #include "ui/dialogs/field_dlg.h"
 #include "ui/dialogs/field_encryption_dlg.h"
+#include "ui/dialogs/field_filter_dlg.h"
 #include "ui/dialogs/record_flag_types_dlg.h"
 #include "ui/long_task.h"
 #include "ui/text.h"
@@ -221,6 +223,41 @@ void CDatabaseWindow::present() {
     pane->view->model().show_records(std::move(shown.records));
   }
   emit state_changed();
+}
+
+void CDatabaseWindow::set_filter() {
+  CCellvaneView* grid = view();
+  const auto field = grid != nullptr ? grid->current_field() : std::nullopt;
+  if (!field) return;
+  const FieldFilterContext context{*current_table_, document_->database().settings(),
+                                   document_->formula_settings(), document_->recent_texts()};
+  CFieldFilterDlg dialog(context, *field, document_->criteria().criterion(*current_table_, *field),
+                         document_->search_options(), dialogs_, this);
+  const bool accepted = dialog.exec() == QDialog::Accepted;
+  document_->search_options() = dialog.options();
+  store_search_options(dialog.options(), settings_);
+  if (!accepted) return;
+  document_->criteria().set(*current_table_, *field, dialog.criterion());
+  if (dialog.options().search_now) {
+    present();
+  } else {
+    grid->show_criteria();
+  }
+}
+
+void CDatabaseWindow::filter_by(const std::map<size_t, Criterion>& filters) {
+  if (filters.empty() || current_table_ == nullptr) return;
+  for (const auto& [field, criterion] : filters) {
+    if (field < current_table_->field_count()) document_->criteria().set(*current_table_, field, criterion);
+  }
+  present();
+}
+
+void CDatabaseWindow::clear_filter() {
+  const auto field = view() != nullptr ? view()->current_field() : std::nullopt;
+  if (!field) return;
+  document_->criteria().clear(*current_table_, *field);
+  present();
 }
 
 // The value that the current cell holds becomes the criterion of its field.

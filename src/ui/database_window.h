@@ -50,6 +50,11 @@ class CDatabaseWindow final : public QWidget {
   void edit_record_flag_types();
 
   // The commands that choose and order records.
+  void set_filter();
+  void clear_filter();
+  void search() { present(); }
+  // Sets the filters of the table in view, by the number of the field, and searches.
+  void filter_by(const std::map<size_t, Criterion>& filters);
   void find_by_value();
   void show_all_records();
   void sort_by_current_field(bool descending, bool with_shift);

@@ -137,7 +137,8 @@ void CMainFrame::make_toolbar() {
       {Command::kUndo, Command::kRedo},
       {Command::kCut, Command::kCopy, Command::kPaste},
       {Command::kInsertRecords, Command::kDeleteRecords, Command::kInsertField},
-      {Command::kFind, Command::kFindByValue, Command::kSortAscending, Command::kSortDescending},
+      {Command::kFind, Command::kSetFilter, Command::kFindByValue, Command::kSortAscending,
+       Command::kSortDescending},
       {Command::kImport, Command::kExport},
   };
   for (const auto& group : groups) {
@@ -194,7 +195,11 @@ void CMainFrame::connect_commands() {
   on(Command::kSaveCopyAs, [this] { files_.save_copy_as(current_window()->document()); });
   on(Command::kImport, [this] {
     CDatabaseWindow* window = current_window();
-    if (CWorkSheet* table = files_.import_table(window->document())) window->show_table(*table);
+    std::map<size_t, Criterion> filters;
+    CWorkSheet* table = files_.import_table(window->document(), filters);
+    if (table == nullptr) return;
+    window->show_table(*table);
+    window->filter_by(filters);
   });
   on(Command::kExport, [this] {
     CDatabaseWindow* window = current_window();
@@ -242,6 +247,9 @@ void CMainFrame::connect_commands() {
   on(Command::kFind, [this] { find_bar_->open(); });
   on(Command::kFindNext, [this] { find_bar_->find_next(); });
   on(Command::kFindPrevious, [this] { find_bar_->find_previous(); });
+  on(Command::kSetFilter, &CDatabaseWindow::set_filter);
+  on(Command::kClearFilter, &CDatabaseWindow::clear_filter);
+  on(Command::kSearch, &CDatabaseWindow::search);
   on(Command::kFindByValue, &CDatabaseWindow::find_by_value);
   on(Command::kShowAllRecords, &CDatabaseWindow::show_all_records);
   on(Command::kSortAscending, [this] { sort(false); });
@@ -347,6 +355,7 @@ void CMainFrame::update_state() {
 void CMainFrame::prepare_view(CCellvaneView& view) {
   if (!view.actions().isEmpty()) return;
   connect(&view, &CCellvaneView::escape_pressed, this, &CMainFrame::escape_pressed);
+  connect(&view, &CCellvaneView::search_wanted, actions_.of(Command::kSearch), &QAction::trigger);
   for (const Command command :
        {Command::kCut, Command::kCopy, Command::kPaste, Command::kClear, Command::kFillDown,
         Command::kFindByValue, Command::kOpenLink, Command::kInsertRecords, Command::kDuplicateRecords,
@@ -354,9 +363,9 @@ void CMainFrame::prepare_view(CCellvaneView& view) {
     view.addAction(actions_.of(command));
   }
   for (const Command command :
-       {Command::kSortAscending, Command::kSortDescending, Command::kNoSorting, Command::kFreezeFields,
-        Command::kUnfreeze, Command::kHideField, Command::kShowAllFields, Command::kRenameField,
-        Command::kInsertField, Command::kDeleteField}) {
+       {Command::kSetFilter, Command::kClearFilter, Command::kSortAscending, Command::kSortDescending,
+        Command::kNoSorting, Command::kFreezeFields, Command::kUnfreeze, Command::kHideField,
+        Command::kShowAllFields, Command::kRenameField, Command::kInsertField, Command::kDeleteField}) {
     view.field_header().addAction(actions_.of(command));
   }
 }
@@ -424,7 +433,8 @@ void CMainFrame::open_chosen_text_file() {
   const QString path = files_.choose_text_file(tr("Open Text File"));
   if (path.isEmpty()) return;
   COpenTextFileDlg dialog(path, profile_.settings(), dialogs_, this);
-  if (dialog.exec() == QDialog::Accepted) open_file(path, dialog.settings());
+  if (dialog.exec() == QDialog::Accepted && open_file(path, dialog.settings()))
+    current_window()->filter_by(dialog.filters());
 }
 
 void CMainFrame::offer_recovery() {

@@ -55,18 +55,22 @@ class WindowStyle final : public QProxyStyle {
                      const QWidget* widget) const override {
     if (element == PE_IndicatorTabClose) return draw_tab_close(*option, *painter);
     QProxyStyle::drawPrimitive(element, option, painter, widget);
-    const bool is_box = element == PE_FrameLineEdit || element == PE_IndicatorCheckBox || element == PE_Frame;
-    if (is_box && !option->state.testFlag(State_HasFocus)) draw_frame(*option, *painter);
+    const bool is_box = element == PE_FrameLineEdit || element == PE_IndicatorCheckBox ||
+                        element == PE_IndicatorRadioButton || element == PE_Frame;
+    if (is_box && !option->state.testFlag(State_HasFocus))
+      draw_frame(*option, *painter, element == PE_IndicatorRadioButton);
   }
 
  private:
   // Fusion makes frames darker than the window, which is invisible on a dark one.
-  static void draw_frame(const QStyleOption& option, QPainter& painter) {
+  static void draw_frame(const QStyleOption& option, QPainter& painter, bool round) {
     if (option.palette.color(QPalette::Window).lightness() > 128) return;
     painter.save();
     painter.setPen(option.palette.color(QPalette::Mid));
     painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), 2, 2);
+    painter.setRenderHint(QPainter::Antialiasing, round);
+    const qreal radius = round ? option.rect.width() / 2.0 : 2;
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
     painter.restore();
   }
 

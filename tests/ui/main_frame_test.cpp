@@ -153,6 +153,21 @@ TEST_F(MainFrameTest, QuickSearchShowsTheRecordsWithTheValueUntilTwiceEscape) {
   EXPECT_THAT(to_utf8(status()), testing::Not(HasSubstr("Filtered")));
 }
 
+TEST_F(MainFrameTest, FiltersNarrowTheRecordsUntilTheyAreTakenAway) {
+  open_towns();
+  frame.current_window()->filter_by(
+      {{1, {CriterionKind::kEqual, "AT"}}, {2, {CriterionKind::kGreaterThan, "300"}}});
+  EXPECT_THAT(shown(0), ElementsAre("Wien"));
+  go_to(0, 2);
+  action(Command::kClearFilter).trigger();
+  EXPECT_THAT(shown(0), ElementsAre("Graz", "Wien"));
+  // What is typed does not vanish at once, but with the next search.
+  ASSERT_EQ(table().set_value(2, 1, std::string("A")), ErrorCode::kOk);
+  EXPECT_EQ(view().model().rowCount(), 2);
+  QTest::keyClick(&view(), Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_THAT(shown(0), ElementsAre("Wien"));
+}
+
 TEST_F(MainFrameTest, FindGoesFromMatchToMatchAndRoundAgain) {
   open_towns();
   go_to(0, 0);

@@ -1,15 +1,19 @@
 #include "ui/dialogs/open_text_file_dlg.h"
 
 #include <QAbstractItemModel>
+#include <QApplication>
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QProcess>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QTimer>
 
 #include <gmock/gmock.h>
 
 #include "core/messages.h"
 #include "text_dialog_support.h"
+#include "ui/dialogs/field_filter_dlg.h"
 #include "ui/dialogs/named_text_settings.h"
 #include "ui/scripted_dialogs.h"
 #include "ui/text.h"
@@ -219,6 +223,27 @@ TEST_F(OpenTextFileDlgTest, ScrollsManyColumnsAsOneWithoutAWidgetForEach) {
   EXPECT_EQ(records.columnViewportPosition(16'000), list.columnViewportPosition(16'000));
   list.setColumnWidth(16'000, 333);
   EXPECT_EQ(records.columnWidth(16'000), 333);
+}
+
+TEST_F(OpenTextFileDlgTest, FiltersBelongToTheirColumnsAndGoWithThem) {
+  open_text("Town,People\nGraz,292\nWien,1982\n");
+  dialog->fields().choices().setCurrentIndex(choices().index(0, 1));
+  QTimer::singleShot(0, dialog.get(), [] {
+    auto* filter = qobject_cast<CFieldFilterDlg*>(QApplication::activeModalWidget());
+    ASSERT_NE(filter, nullptr);
+    EXPECT_EQ(filter->windowTitle(), "Set Search Filter For 'People'");
+    filter->findChild<QLineEdit*>()->setText("292");
+    filter->accept();
+  });
+  for (QPushButton* button : dialog->findChildren<QPushButton*>())
+    if (button->text() == "Set Filter...") button->click();
+  ASSERT_EQ(dialog->filters().size(), 1U);
+  EXPECT_EQ(dialog->filters().at(1).text, "292");
+  TextFileSettings one_column = dialog->settings();
+  one_column.separator = ';';
+  dialog->show_settings(one_column);
+  wait();
+  EXPECT_TRUE(dialog->filters().empty());
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "ui/dialogs/drop_down_lists_dlg.h"
 #include "ui/dialogs/field_dlg.h"
 #include "ui/dialogs/field_encryption_dlg.h"
+#include "ui/dialogs/field_filter_dlg.h"
 #include "ui/dialogs/insert_password_dlg.h"
 #include "ui/dialogs/keyboard_dlg.h"
 #include "ui/dialogs/open_text_file_dlg.h"
@@ -66,6 +67,11 @@ class Pictures {
     save(flags, "record-flag-types");
     COptionsDlg options(settings, dialogs_);
     save(options, "options");
+    const FieldFilterContext filter_context{table, document.database().settings(),
+                                            document.formula_settings(), document.recent_texts()};
+    CFieldFilterDlg filter(filter_context, 3, Criterion{CriterionKind::kStartsWith, "Gal"}, SearchOptions(),
+                           dialogs_);
+    save(filter, "field-filter");
     CInsertPasswordDlg password(database_);
     save(password, "password");
     CProtectDlg protect(nullptr, dialogs_);

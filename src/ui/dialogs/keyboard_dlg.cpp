@@ -28,6 +28,7 @@ constexpr GridKeys kGridKeys[] = {
     {"Any character", "Type over the cell"},
     {"Alt+Down", "Open the list of values while typing"},
     {"Ctrl+Enter", "Put what is typed into all selected cells"},
+    {"Ctrl+Enter", "Search again with the filters that are set, when nothing is typed"},
     {"Ctrl+;", "Enter today's date"},
     {"Ctrl+'", "Enter the value of the record above"},
     {"Escape", "Leave the cell as it was; twice: show all records"},

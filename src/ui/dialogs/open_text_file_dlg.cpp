@@ -8,8 +8,11 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "app/engine_options.h"
 #include "file/document.h"
+#include "platform/regional_settings.h"
 #include "ui/dialogs.h"
+#include "ui/dialogs/field_filter_dlg.h"
 #include "ui/dialogs/named_text_settings.h"
 #include "ui/text.h"
 
@@ -90,9 +93,14 @@ QLayout* COpenTextFileDlg::sample_part() {
   auto* reload_button = new QPushButton(tr("Reload fields"), this);
   reload_button->setAutoDefault(false);
   connect(reload_button, &QPushButton::clicked, this, &COpenTextFileDlg::reload);
+  auto* filter_button = new QPushButton(tr("Set Filter..."), this);
+  filter_button->setAutoDefault(false);
+  filter_button->setToolTip(tr("Of the chosen column: only records that satisfy it are shown at first"));
+  connect(filter_button, &QPushButton::clicked, this, &COpenTextFileDlg::set_filter);
   auto* heading = new QHBoxLayout();
   heading->setSpacing(6);
   heading->addWidget(label, 1);
+  heading->addWidget(filter_button);
   heading->addWidget(reload_button);
   auto* part = new QVBoxLayout();
   part->setSpacing(6);
@@ -136,12 +144,28 @@ void COpenTextFileDlg::reload() {
 
 void COpenTextFileDlg::show_sample(const TextImportResult& sample,
                                    const std::shared_ptr<const CWorkSheet>& table) {
+  sample_ = table;
   if (table == nullptr) {
     fields_->clear_sample();
     problem_->setText(to_qt(error_text(sample.error)));
     return;
   }
   fields_->show_sample(table);
+  std::erase_if(filters_, [&](const auto& filter) { return filter.first >= table->field_count(); });
+}
+
+void COpenTextFileDlg::set_filter() {
+  if (sample_ == nullptr) return;
+  const auto column = static_cast<size_t>(std::max(fields_->choices().currentIndex().column(), 0));
+  const DatabaseSettings no_flags;
+  const FormulaSettings formulas = formula_settings_of(platform::user_regional_settings());
+  const auto present = filters_.find(column);
+  CFieldFilterDlg dialog({*sample_, no_flags, formulas, recent_texts_}, column,
+                         present != filters_.end() ? std::optional(present->second) : std::nullopt,
+                         search_options(profile_), dialogs_, this);
+  const bool accepted = dialog.exec() == QDialog::Accepted;
+  store_search_options(dialog.options(), profile_);
+  if (accepted) filters_.insert_or_assign(column, dialog.criterion());
 }
 
 void COpenTextFileDlg::ask_about_fitting(bool on) {

@@ -2,10 +2,13 @@
 #pragma once
 
 #include <QDialog>
+#include <map>
 #include <memory>
 #include <optional>
 
 #include "app/profile_settings.h"
+#include "recordset/criterion.h"
+#include "recordset/recent_texts.h"
 #include "ui/dialogs/sample_reader.h"
 #include "ui/dialogs/text_field_list.h"
 #include "ui/dialogs/text_settings_box.h"
@@ -28,6 +31,8 @@ class COpenTextFileDlg final : public QDialog {
   // What was chosen, once the dialog has been accepted.
   const TextFileSettings& settings() const { return settings_; }
   bool fits_column_widths() const;
+  // The search filters that the opened table begins with, by the number of the column, from 0.
+  const std::map<size_t, Criterion>& filters() const { return filters_; }
 
   TextSettingsBox& box() { return *box_; }
   CTextFieldList& fields() { return *fields_; }
@@ -49,10 +54,15 @@ class COpenTextFileDlg final : public QDialog {
   // Nothing when the controls can't be read; the problem is shown then.
   std::optional<TextFileSettings> current_settings();
   void ask_about_fitting(bool on);
+  // Of the chosen column.
+  void set_filter();
 
   profile::Settings& profile_;
   Dialogs& dialogs_;
   TextFileSettings settings_;
+  std::shared_ptr<const CWorkSheet> sample_;
+  std::map<size_t, Criterion> filters_;
+  RecentFieldTexts recent_texts_;
   TextSettingsBox* box_;
   CTextFieldList* fields_;
   QCheckBox* fit_widths_;

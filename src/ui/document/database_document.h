@@ -11,6 +11,7 @@
 #include "formula/formula_hooks.h"
 #include "platform/regional_settings.h"
 #include "recordset/current_criteria.h"
+#include "recordset/recent_texts.h"
 
 namespace rowvane {
 
@@ -42,6 +43,7 @@ class DatabaseDocument final : public QObject, private DatabaseObserver {
   // The filters of its tables.
   CurrentCriteria& criteria() { return *criteria_; }
   SearchOptions& search_options() { return search_options_; }
+  RecentFieldTexts& recent_texts() { return recent_texts_; }
   const FormulaSettings& formula_settings() const { return formulas_->settings(); }
 
   // What the tab and the title bar say, without the mark of changes.
@@ -80,6 +82,7 @@ class DatabaseDocument final : public QObject, private DatabaseObserver {
   std::unique_ptr<FormulaHooks> formulas_;
   std::unique_ptr<CurrentCriteria> criteria_;  // of the database, which goes later
   SearchOptions search_options_;
+  RecentFieldTexts recent_texts_;
 };
 
 // The first table of a new database: FIELDS text fields, RECORDS empty records.

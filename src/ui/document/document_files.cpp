@@ -230,11 +230,12 @@ void DocumentFiles::compact(DatabaseDocument& document) {
 
 // ---- tables in and out
 
-CWorkSheet* DocumentFiles::import_table(DatabaseDocument& document) {
+CWorkSheet* DocumentFiles::import_table(DatabaseDocument& document, std::map<size_t, Criterion>& filters) {
   const QString path = choose_text_file(tr("Import Table"));
   if (path.isEmpty()) return nullptr;
   COpenTextFileDlg dialog(path, settings_, dialogs_, &window_);
   if (dialog.exec() != QDialog::Accepted) return nullptr;
+  filters = dialog.filters();
   Database& database = document.database();
   TextImport settings;
   settings.region = document.region();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <map>
 #include <memory>
 #include <optional>
 
@@ -40,8 +41,9 @@ class DocumentFiles {
 
   void compact(DatabaseDocument& document);
 
-  // Adds a table from a text file that the user chooses; null when none was added.
-  CWorkSheet* import_table(DatabaseDocument& document);
+  // Adds a table from a text file that the user chooses; null when none was added. FILTERS gets the search
+  // filters that it begins with, by the number of the field.
+  CWorkSheet* import_table(DatabaseDocument& document, std::map<size_t, Criterion>& filters);
   // Saves TABLE as text. RECORDS: 0-based positions in display order; nothing: all.
   void export_table(DatabaseDocument& document, const CWorkSheet& table,
                     std::optional<std::vector<uint32_t>> records);

@@ -112,6 +112,8 @@ class CCellvaneView final : public QAbstractItemView {
   // The current cell or the selection is another one, or what they hold changed.
   void place_changed();
   void escape_pressed();
+  // Ctrl+Enter outside of an editor.
+  void search_wanted();
 
  protected:
   QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;

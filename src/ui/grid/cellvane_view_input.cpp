@@ -52,6 +52,8 @@ bool CCellvaneView::handle_command_key(QKeyEvent& event) {
     select_records_of_selection();
   } else if (event.key() == Qt::Key_Delete && event.modifiers() == Qt::NoModifier) {
     clear();
+  } else if (is_enter(event.key()) && control) {
+    emit search_wanted();
   } else if (event.key() == Qt::Key_Semicolon && control) {
     insert_today();
   } else if (event.key() == Qt::Key_Apostrophe && control) {
