@@ -220,6 +220,7 @@ void CDatabaseWindow::present() {
   if (!shown.failure.empty()) dialogs_.show(shown.failure, MessageIcon::kError);
   for (const std::string& notice : shown.notices) dialogs_.show(notice, MessageIcon::kInformation);
   if (!shown.cancelled && shown.failure.empty()) {
+    pane->is_filtered = pane->presentation->is_filtered();
     pane->view->model().show_records(std::move(shown.records));
   }
   emit state_changed();
@@ -312,7 +313,7 @@ QString CDatabaseWindow::filter_text() const {
   const Pane* pane = current_pane();
   if (pane == nullptr) return {};
   QStringList parts;
-  if (pane->presentation->is_filtered()) parts << tr("Filtered");
+  if (pane->is_filtered) parts << tr("Filtered");
   const std::string sorted = pane->presentation->sort_text();
   if (!sorted.empty()) parts << tr("Sorted by %1").arg(to_qt(sorted));
   return parts.join("   ");

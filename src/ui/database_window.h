@@ -74,6 +74,7 @@ class CDatabaseWindow final : public QWidget {
   struct Pane {
     CCellvaneView* view = nullptr;
     std::unique_ptr<TablePresentation> presentation;
+    bool is_filtered = false;  // what it shows now
   };
 
   void follow(const CWorkSheet* changed);

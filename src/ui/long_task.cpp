@@ -78,6 +78,8 @@ class InputBlocker final : public QObject {
       case QEvent::MouseButtonPress:
       case QEvent::MouseButtonRelease:
       case QEvent::MouseButtonDblClick:
+      case QEvent::MouseMove:
+      case QEvent::ToolTip:
       case QEvent::Wheel:
       case QEvent::ContextMenu:
       case QEvent::Drop:

@@ -23,6 +23,7 @@ bool run_long_task(QWidget* parent, const QString& caption, const std::function<
 bool run_long_change(QWidget* views, const QString& caption, DatabaseDocument& document,
                      const std::function<void(Progress&)>& work);
 
+// What runs by itself, such as a timer, leaves the databases alone meanwhile.
 bool is_long_task_running();
 
 // Puts the questions of such work to the user on the window's thread, and waits for the answers.

@@ -2,10 +2,13 @@
 
 #include <cmath>
 
+#include "ui/long_task.h"
+
 namespace rowvane {
 namespace {
 
 constexpr int64_t kSliceCells = 1'000'000;  // a few milliseconds
+constexpr int kWaitMilliseconds = 50;
 
 }  // namespace
 
@@ -56,6 +59,8 @@ bool SelectionSummary::next_range() {
 }
 
 void SelectionSummary::run_slice() {
+  // It may be changing the table.
+  if (is_long_task_running()) return timer_.start(kWaitMilliseconds);
   int64_t left = kSliceCells;
   bool more = true;
   while (more && left > 0) {
