@@ -3,7 +3,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QMetaObject>
-#include <QTimer>
 
 #include "app/startup_command.h"
 #include "ui/text.h"
@@ -24,7 +23,8 @@ void WindowProgram::create_main_frame() {
   frame_->set_uninstall([this] { return uninstall(); });
   dialogs_.set_parent(frame_.get());
   frame_->restore_placement();
-  QTimer::singleShot(0, frame_.get(), &CMainFrame::offer_recovery);
+  // Before a file is opened, which may be one of those that come back.
+  frame_->offer_recovery();
 }
 
 void WindowProgram::open_file(const std::string& path) {

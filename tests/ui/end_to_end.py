@@ -164,7 +164,8 @@ class Test:
         window.kill()
         assert "Porto,PT,232" in self.export(database)
 
-        window = self.start()
+        # The file that is asked for is the one that comes back: it is open once.
+        window = self.start(database)
         window.focus("Rowvane 22.5", count=2)
         window.keys("alt+r")
         window.focus("towns.rvb")
