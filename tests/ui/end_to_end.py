@@ -54,7 +54,8 @@ class Window:
     def __init__(self, stack, display, program, home, *arguments):
         self.display = display
         environment = {**os.environ, "DISPLAY": display.name, "HOME": str(home), "XDG_CONFIG_HOME": str(home / "config"),
-                       "XDG_RUNTIME_DIR": str(home), "QT_QPA_PLATFORM": "xcb", "LANG": "C.UTF-8"}
+                       "XDG_RUNTIME_DIR": str(home), "QT_QPA_PLATFORM": "xcb", "LANG": "C.UTF-8",
+                       "LSAN_OPTIONS": f"print_suppressions=0:suppressions={Path(__file__).with_name('leaks.supp')}"}
         self.process = subprocess.Popen([program, *map(str, arguments)], env=environment)
         stack.callback(self.kill)
 
