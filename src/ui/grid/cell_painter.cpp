@@ -78,6 +78,11 @@ QString CellPainter::filled(const ShownCell& cell, int width) const {
   return room > 0 ? text.insert(cell.fill_position, cell.fill.repeated(room / one)) : text;
 }
 
+QString CellPainter::cut(const QString& text, int width, bool shows_end) const {
+  const auto simple = shows_end ? std::nullopt : widths_.shortened(text, width);
+  return simple ? *simple : metrics_.elidedText(text, shows_end ? Qt::ElideLeft : Qt::ElideRight, width);
+}
+
 void CellPainter::draw_line(const QRect& rect, const ShownCell& cell) {
   const qsizetype most = rect.width() / 2 + 2;
   QString text = cell.fill.isEmpty() ? on_one_line(shortened(cell.text, most, cell.shows_end))
@@ -85,16 +90,20 @@ void CellPainter::draw_line(const QRect& rect, const ShownCell& cell) {
   int width = width_of(text);
   if (width > rect.width()) {
     // Half a number would be a wrong one.
-    text = cell.is_number
-               ? to_qt(kNotShown)
-               : metrics_.elidedText(text, cell.shows_end ? Qt::ElideLeft : Qt::ElideRight, rect.width());
-    width = metrics_.horizontalAdvance(text);
+    text = cell.is_number ? to_qt(kNotShown) : cut(text, rect.width(), cell.shows_end);
+    width = width_of(text);
     if (width > rect.width()) return;
   }
   const int x = cell.is_number ? rect.right() + 1 - width : rect.left();
   const int line = metrics_.height();
   const int y = look_.lines > 1 ? rect.top() + 3 : rect.top() + (rect.height() - line) / 2;
-  painter_.drawText(QPoint(x, y + metrics_.ascent()), text);
+  const QPoint base(x, y + metrics_.ascent());
+  const auto glyphs = cell.is_link ? std::nullopt : widths_.glyphs(text);
+  if (glyphs) {
+    painter_.drawGlyphRun(base, *glyphs);
+  } else {
+    painter_.drawText(base, text);
+  }
 }
 
 void CellPainter::draw_lines(const QRect& rect, const ShownCell& cell) {

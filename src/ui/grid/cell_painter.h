@@ -33,6 +33,8 @@ class CellPainter {
   void draw_lines(const QRect& rect, const ShownCell& cell);
   QRect draw_thumbnails(const QRect& rect, const FileList& files);
   QString filled(const ShownCell& cell, int width) const;
+  // The part of TEXT that fits into WIDTH, with an ellipsis.
+  QString cut(const QString& text, int width, bool shows_end) const;
   int thumbnail_side(int height) const;
   // Exact for numbers; for other texts it may be too much by what kerning takes.
   int width_of(const QString& text) const;
