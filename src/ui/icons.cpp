@@ -1,12 +1,12 @@
 #include "ui/icons.h"
 
-#include <QFile>
 #include <QGuiApplication>
 #include <QIconEngine>
 #include <QPainter>
 #include <QPalette>
 #include <QPixmapCache>
-#include <QSvgRenderer>
+#include <algorithm>
+#include <array>
 
 // The linker leaves out resources of a library that nothing names. To be called outside of any namespace.
 static void load_icons() {
@@ -20,6 +20,16 @@ QColor color_of(QIcon::Mode mode) {
   const QPalette palette = QGuiApplication::palette();
   if (mode == QIcon::Selected) return palette.color(QPalette::HighlightedText);
   return palette.color(mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active, QPalette::WindowText);
+}
+
+// The sizes that the icons were drawn in, in pixels.
+constexpr std::array kSizes = {16, 20, 24, 28, 32, 40, 48, 64};
+
+// The icon in the least size that is not below SIZE.
+QPixmap drawing(const QString& name, int size) {
+  const auto* const found = std::ranges::lower_bound(kSizes, size);
+  const int drawn = found == kSizes.end() ? kSizes.back() : *found;
+  return QPixmap(QString(":/icons/%1-%2.png").arg(name).arg(drawn));
 }
 
 // Draws when it is asked to, in the colours of that moment.
@@ -45,13 +55,11 @@ class DrawnIcon final : public QIconEngine {
             .arg(name_, color.name(), QString::number(size.width()), QString::number(size.height()));
     QPixmap pixmap;
     if (QPixmapCache::find(key, &pixmap)) return pixmap;
-    pixmap = QPixmap(size);
-    pixmap.fill(Qt::transparent);
-    QFile file(":/icons/" + name_ + ".svg");
-    if (!file.open(QIODevice::ReadOnly)) return pixmap;
-    QSvgRenderer renderer(file.readAll().replace("currentColor", color.name().toLatin1()));
+    pixmap = drawing(name_, std::min(size.width(), size.height()));
+    if (pixmap.size() != size) pixmap = pixmap.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     QPainter painter(&pixmap);
-    renderer.render(&painter);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(pixmap.rect(), color);
     painter.end();
     QPixmapCache::insert(key, pixmap);
     return pixmap;
@@ -63,8 +71,15 @@ class DrawnIcon final : public QIconEngine {
 }  // namespace
 
 QIcon icon(const QString& name) {
-  static const bool loaded = (load_icons(), true);
-  return loaded ? QIcon(new DrawnIcon(name)) : QIcon();
+  load_icons();
+  return QIcon(new DrawnIcon(name));
+}
+
+QIcon program_icon() {
+  load_icons();
+  QIcon program;
+  for (const int size : kSizes) program.addPixmap(drawing("program", size));
+  return program;
 }
 
 }  // namespace rowvane

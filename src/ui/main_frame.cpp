@@ -50,7 +50,7 @@ CMainFrame::CMainFrame(ProgramProfile& profile, Dialogs& dialogs, const QString&
       recovery_(recovery_folder_),
       tabs_(new QTabWidget(this)) {
   setWindowTitle(program_title());
-  setWindowIcon(icon("rowvane"));
+  setWindowIcon(program_icon());
   setAcceptDrops(true);
   resize(1100, 700);
   tabs_->setDocumentMode(true);

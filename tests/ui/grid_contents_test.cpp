@@ -1,4 +1,6 @@
 #include <QBuffer>
+#include <QDir>
+#include <QFileInfo>
 #include <QImage>
 
 #include "ui/grid/content_texts.h"
@@ -124,9 +126,9 @@ TEST(LinkTargetTest, WebMailAndFiles) {
   EXPECT_EQ(link_target("example.org", {}), QUrl("https://example.org"));
   EXPECT_EQ(link_target(" http://example.org:80/x ", {}), QUrl("http://example.org:80/x"));
   EXPECT_EQ(link_target("anna@example.org", {}), QUrl("mailto:anna@example.org"));
-  EXPECT_EQ(link_target("/tmp/a b.txt", {}), QUrl::fromLocalFile("/tmp/a b.txt"));
-  EXPECT_EQ(link_target("README.md", ROWVANE_SOURCE_DIR),
-            QUrl::fromLocalFile(ROWVANE_SOURCE_DIR "/README.md"));
+  const QDir source(QFileInfo(ROWVANE_SOURCE_DIR).absoluteFilePath());
+  EXPECT_EQ(link_target(source.filePath("a b.txt"), {}), QUrl::fromLocalFile(source.filePath("a b.txt")));
+  EXPECT_EQ(link_target("README.md", source.path()), QUrl::fromLocalFile(source.filePath("README.md")));
   for (const char* none : {"", "just words", "javascript:alert(1)", "unknown:thing"}) {
     EXPECT_FALSE(link_target(none, {}).isValid()) << none;
   }

@@ -79,7 +79,7 @@ TEST_F(MainFrameTest, EveryCommandOfTheMenusDoesSomethingAndSaysWhat) {
       EXPECT_FALSE(shortcuts.contains(shortcut)) << command.text;
       shortcuts << shortcut;
     }
-    const QString drawing = ":/icons/" + QString(command.icon) + ".svg";
+    const QString drawing = ":/icons/" + QString(command.icon) + "-16.png";
     EXPECT_TRUE(command.icon[0] == '\0' || QFile::exists(drawing)) << command.icon;
   }
 }

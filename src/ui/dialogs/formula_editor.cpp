@@ -197,7 +197,7 @@ void FormulaEditor::offer_names() {
   if (found.isEmpty() || (found.size() == 1 && found.front() == word_before_cursor()))
     return static_cast<void>(SendScintilla(SCI_AUTOCCANCEL));
   const QByteArray list = found.join(kNameSeparator).toUtf8();
-  const auto length = static_cast<unsigned long>(word_before_cursor().toUtf8().size());
+  const auto length = static_cast<uintptr_t>(word_before_cursor().toUtf8().size());
   SendScintilla(SCI_AUTOCSHOW, length, list.constData());
 }
 

@@ -22,8 +22,9 @@ QString tr(const char* text) {
   return QObject::tr(text);
 }
 
+// In the system's own writing, as the rest of the program has paths.
 std::string absolute_path(const QString& path) {
-  return to_utf8(QFileInfo(path).absoluteFilePath());
+  return to_utf8(QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath()));
 }
 
 }  // namespace
@@ -51,10 +52,9 @@ QString DocumentFiles::choose_text_file(const QString& title) {
 }
 
 void DocumentFiles::remember_file(const QString& path) {
-  const QFileInfo info(path);
-  settings_.file_dialogs.recent_document_folder = to_utf8(info.absolutePath());
+  settings_.file_dialogs.recent_document_folder = absolute_path(QFileInfo(path).path());
   if (settings_.check_box_options.add_recently_used_files)
-    add_recent_file(settings_.recent_files, {to_utf8(info.absoluteFilePath()), 0}, kMostRecentFiles);
+    add_recent_file(settings_.recent_files, {absolute_path(path), 0}, kMostRecentFiles);
 }
 
 void DocumentFiles::show_notices(const std::vector<Notice>& notices) {
