@@ -25,6 +25,11 @@ QMessageBox::Icon icon_of(MessageIcon icon) {
   return QMessageBox::Critical;
 }
 
+void keep_filter(const FileChoice& choice, const QStringList& filters, const QString& filter) {
+  const auto place = static_cast<int>(filters.indexOf(filter)) + 1;
+  if (choice.filter != nullptr && place > 0) *choice.filter = place;
+}
+
 }  // namespace
 
 QString program_title() {
@@ -78,15 +83,22 @@ int MessageBoxes::choose(const QString& question, const QStringList& buttons) {
 }
 
 QString MessageBoxes::choose_file_to_open(const FileChoice& choice) {
-  return QFileDialog::getOpenFileName(parent_, choice.title, choice.path, choice.filters);
+  const QStringList filters = choice.filters.split(";;");
+  QString filter = choice.filter == nullptr ? QString() : filters.value(*choice.filter - 1);
+  QString path = QFileDialog::getOpenFileName(parent_, choice.title, choice.path, choice.filters, &filter);
+  if (!path.isEmpty()) keep_filter(choice, filters, filter);
+  return path;
 }
 
 QString MessageBoxes::choose_file_to_save(const FileChoice& choice) {
+  const QStringList filters = choice.filters.split(";;");
   QFileDialog dialog(parent_, choice.title, QFileInfo(choice.path).path(), choice.filters);
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setDefaultSuffix(choice.extension);
+  if (choice.filter != nullptr) dialog.selectNameFilter(filters.value(*choice.filter - 1));
   dialog.selectFile(QFileInfo(choice.path).fileName());
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+  keep_filter(choice, filters, dialog.selectedNameFilter());
   return dialog.selectedFiles().first();
 }
 

@@ -21,6 +21,8 @@ struct FileChoice {
   QString filters;    // "Rowvane database (*.rvb);;All files (*)"
   QString path;       // where it begins: a folder, or a file's whole path
   QString extension;  // added to a new file's name without one, without the point
+  // The filter that is chosen at first and, when a file was chosen, at last, counted from 1; may be null.
+  int* filter = nullptr;
 };
 
 class Dialogs : public Questions, public UserMessages, public PasswordPrompt {

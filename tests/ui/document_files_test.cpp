@@ -111,6 +111,30 @@ TEST_F(DocumentFilesTest, CopiesLeaveTheDatabaseWithItsFile) {
   EXPECT_EQ(settings.recent_files.size(), 1U);
 }
 
+TEST_F(DocumentFilesTest, AZip32FileIsChosenConfirmedAndKept) {
+  DatabaseDocument document((Options()));
+  dialogs.filters = {3, 3};
+  dialogs.files_to_save = {path_of("old.rvb"), path_of("old.rvb")};
+  EXPECT_FALSE(files.save_as(document)) << "not confirmed";
+  EXPECT_FALSE(QFile::exists(path_of("old.rvb")));
+  dialogs.answers = {true};
+  EXPECT_TRUE(files.save_as(document));
+  const std::string limits(texts::kZip32Limits);
+  const std::string convert = message(MessageId::kConvertToZip64);
+  EXPECT_THAT(dialogs.asked, ElementsAre(limits, limits));
+
+  dialogs.asked.clear();
+  dialogs.answers = {false, true};
+  const auto kept = files.open(path_of("old.rvb"));
+  ASSERT_NE(kept, nullptr);
+  EXPECT_TRUE(files.save(*kept));
+  const auto converted = files.open(path_of("old.rvb"));
+  ASSERT_NE(converted, nullptr);
+  EXPECT_TRUE(files.save(*converted));
+  EXPECT_NE(files.open(path_of("old.rvb")), nullptr);
+  EXPECT_THAT(dialogs.asked, ElementsAre(convert, convert));
+}
+
 TEST_F(DocumentFilesTest, WhatCannotBeOpenedIsSaid) {
   EXPECT_EQ(files.open(path_of("none.rvb")), nullptr);
   EXPECT_EQ(files.open(write("broken.rvb", "PK no archive")), nullptr);

@@ -18,6 +18,7 @@ class ScriptedDialogs final : public Dialogs {
   std::deque<std::string> passwords;
   std::deque<QString> files_to_open;
   std::deque<QString> files_to_save;
+  std::deque<int> filters;  // of the files to save, from 1; the one that was chosen at last without
   std::deque<QString> texts;
 
   std::vector<std::string> asked;  // questions, those about saving included
@@ -41,7 +42,10 @@ class ScriptedDialogs final : public Dialogs {
     return next(choices).value_or(-1);
   }
   QString choose_file_to_open(const FileChoice&) override { return next(files_to_open).value_or(QString()); }
-  QString choose_file_to_save(const FileChoice&) override { return next(files_to_save).value_or(QString()); }
+  QString choose_file_to_save(const FileChoice& choice) override {
+    if (choice.filter != nullptr) *choice.filter = next(filters).value_or(*choice.filter);
+    return next(files_to_save).value_or(QString());
+  }
   std::optional<QString> ask_text(const QString&, const QString&, const QString&) override {
     return next(texts);
   }

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <array>
 #include <utility>
 
 #include "app/engine_options.h"
@@ -17,6 +18,8 @@ namespace rowvane {
 namespace {
 
 constexpr size_t kMostRecentFiles = 16;
+// Of the filters of a database that is saved.
+constexpr std::array kFilterVariants = {SaveVariant::kAuto, SaveVariant::kZip64, SaveVariant::kZip32};
 
 QString tr(const char* text) {
   return QObject::tr(text);
@@ -27,23 +30,27 @@ std::string absolute_path(const QString& path) {
   return to_utf8(QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath()));
 }
 
-}  // namespace
-
-QString database_filter() {
-  return tr("Rowvane database (*.rvb)");
+QString database_filters() {
+  return tr("Rowvane database (*.rvb)") + ";;" + tr("Rowvane database, ZIP64 (*.rvb)") + ";;" +
+         tr("Rowvane database, ZIP32 (*.rvb)");
 }
 
 QString text_filter() {
   return tr("Text files (*.csv *.tsv *.tab *.txt);;All files (*)");
 }
 
+}  // namespace
+
 // ---- opening
 
 QString DocumentFiles::choose_file_to_open() {
   const QString filters = tr("All that can be opened (*.rvb *.zip *.csv *.tsv *.tab *.txt)") +
                           ";;Rowvane database (*.zip *.rvb);;" + text_filter();
-  return dialogs_.choose_file_to_open(
-      {tr("Open"), filters, to_qt(settings_.file_dialogs.recent_document_folder), {}});
+  return dialogs_.choose_file_to_open({tr("Open"),
+                                       filters,
+                                       to_qt(settings_.file_dialogs.recent_document_folder),
+                                       {},
+                                       &settings_.file_dialogs.open_database_file_index});
 }
 
 QString DocumentFiles::choose_text_file(const QString& title) {
@@ -136,7 +143,7 @@ std::unique_ptr<DatabaseDocument> DocumentFiles::open_copy(const RecoveryCopy& c
 bool DocumentFiles::save(DatabaseDocument& document) {
   switch (document.database().file_format()) {
     case FileFormat::kNative:
-      return save_to(document, to_qt(document.database().file_path()), false);
+      return save_to(document, {to_qt(document.database().file_path())}, false);
     case FileFormat::kText:
       return save_as_text(document);
     default:
@@ -144,36 +151,48 @@ bool DocumentFiles::save(DatabaseDocument& document) {
   }
 }
 
-QString DocumentFiles::choose_target(const DatabaseDocument& document, const QString& title) {
+std::optional<DocumentFiles::Target> DocumentFiles::choose_target(const DatabaseDocument& document,
+                                                                  const QString& title) {
   const std::string& path = document.database().file_path();
   const QFileInfo info(path.empty() ? QDir(to_qt(settings_.file_dialogs.recent_document_folder))
                                           .filePath(to_qt(document.database().name()))
                                     : to_qt(path));
   const QString name = QDir(info.path()).filePath(info.completeBaseName() + ".rvb");
-  return dialogs_.choose_file_to_save({title, database_filter(), name, "rvb"});
+  int& filter = settings_.file_dialogs.save_database_file_index;
+  Target target;
+  target.path = dialogs_.choose_file_to_save({title, database_filters(), name, "rvb", &filter});
+  if (target.path.isEmpty()) return std::nullopt;
+  const size_t chosen = static_cast<size_t>(filter) - 1;
+  target.variant = chosen < kFilterVariants.size() ? kFilterVariants[chosen] : SaveVariant::kAuto;
+  const std::string question = check_save_variant(target.variant);
+  if (!question.empty() && !dialogs_.ask(question)) return std::nullopt;
+  return target;
 }
 
 bool DocumentFiles::save_as(DatabaseDocument& document) {
-  const QString path = choose_target(document, tr("Save As"));
-  return !path.isEmpty() && save_to(document, path, false);
+  const std::optional<Target> target = choose_target(document, tr("Save As"));
+  return target && save_to(document, *target, false);
 }
 
 bool DocumentFiles::save_copy_as(DatabaseDocument& document) {
-  const QString path = choose_target(document, tr("Save Database Copy As"));
-  return !path.isEmpty() && save_to(document, path, true);
+  const std::optional<Target> target = choose_target(document, tr("Save Database Copy As"));
+  return target && save_to(document, *target, true);
 }
 
-bool DocumentFiles::save_to(DatabaseDocument& document, const QString& path, bool as_copy) {
+bool DocumentFiles::save_to(DatabaseDocument& document, const Target& target, bool as_copy) {
   SaveSettings settings;
   settings.as_copy = as_copy;
-  settings.variant = document.save_variant();
+  settings.variant = target.variant == SaveVariant::kAuto ? document.save_variant() : target.variant;
   SaveResult result;
   run_long_task(&window_, tr("Saving Database"), [&](Progress& progress) {
-    result = document.file().save(absolute_path(path), settings, document.options(), progress);
+    result = document.file().save(absolute_path(target.path), settings, document.options(), progress);
   });
   if (result.error != ErrorCode::kOk) dialogs_.show_error(result.error);
   const bool saved = result.error == ErrorCode::kOk && !result.cancelled;
-  if (saved && !as_copy) remember_file(path);
+  if (saved && !as_copy) {
+    remember_file(target.path);
+    document.set_save_variant(SaveVariant::kAuto);
+  }
   if (saved) document.tell_saved();
   show_notices(result.notices);
   return saved;

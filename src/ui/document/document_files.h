@@ -57,18 +57,20 @@ class DocumentFiles {
   std::shared_ptr<const Secret> ask_password(const std::string& path);
   // Answers how the file is to be saved, where opening it raised that question.
   SaveVariant ask_variant(std::vector<Notice>& notices);
-  bool save_to(DatabaseDocument& document, const QString& path, bool as_copy);
+  // AUTO keeps what the file is, or what was answered when it was opened.
+  struct Target {
+    QString path;
+    SaveVariant variant = SaveVariant::kAuto;
+  };
+  // Nothing when the user gives up.
+  std::optional<Target> choose_target(const DatabaseDocument& document, const QString& title);
+  bool save_to(DatabaseDocument& document, const Target& target, bool as_copy);
   bool save_as_text(DatabaseDocument& document);
-  QString choose_target(const DatabaseDocument& document, const QString& title);
   void remember_file(const QString& path);
 
   profile::Settings& settings_;
   Dialogs& dialogs_;
   QWidget& window_;
 };
-
-// The filters of the file boxes.
-QString database_filter();
-QString text_filter();
 
 }  // namespace rowvane
