@@ -7,6 +7,7 @@
 namespace rowvane {
 
 inline constexpr size_t kMaxTextCharacters = 8169;       // a Text value, in characters
+inline constexpr int kMaxRecordLines = 20;               // that a grid shows of a record
 inline constexpr size_t kEntryWarningCharacters = 8164;  // text being entered: where the editor warns
 inline constexpr size_t kMaxBufferBytes = 8165;          // criteria, formulas and messages, in bytes
 inline constexpr uint32_t kDefaultMaxRecords = 12'582'912;

@@ -110,6 +110,18 @@ class SearchKeysChange final : public TableChange {
   std::vector<SearchKey> keys_;
 };
 
+// Another arrangement of the grid.
+class ArrangementChange final : public TableChange {
+ public:
+  ArrangementChange(CWorkSheet& table, const GridArrangement& arrangement)
+      : TableChange(table), arrangement_(arrangement) {}
+
+ private:
+  void swap_state(TableData& data) override { std::swap(data.arrangement, arrangement_); }
+
+  GridArrangement arrangement_;
+};
+
 class FlagsChange final : public TableChange {
  public:
   FlagsChange(CWorkSheet& table, std::vector<uint32_t> positions, std::vector<RecordFlags> flags);

@@ -1,4 +1,4 @@
-// What a table holds: its fields, one column each, a flag word a record, and its search keys.
+// What a table holds: its fields, one column each, a flag word a record, its search keys, how it is shown.
 #pragma once
 
 #include <cstdint>
@@ -23,6 +23,14 @@ inline constexpr size_t kRecordSlotBytes = 4;
 // Tells a field from all others for as long as the program runs, whatever becomes of its name and its place.
 using FieldId = uint64_t;
 
+// How a grid shows the table, beside what the fields say of themselves.
+struct GridArrangement {
+  int lines = 1;                // of text in each record, 1 to kMaxRecordLines
+  uint16_t frozen_fields = 0;   // of the shown ones, from the first
+  uint32_t frozen_records = 0;  // of the shown ones, from the first
+  bool operator==(const GridArrangement&) const = default;
+};
+
 struct TableData {
   std::vector<Field> fields;
   std::vector<Column> columns;  // one for each field, all of record_count cells
@@ -31,6 +39,7 @@ struct TableData {
   std::vector<FieldId> field_ids;  // one for each field; the table that takes the data gives new ones
   std::vector<SearchKey>
       search_keys;  // in the order in which they were added; names differ in more than letter case
+  GridArrangement arrangement;
 };
 
 // Bytes of one record's in-record fields; at most kMaxRecordBytes.

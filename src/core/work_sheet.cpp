@@ -368,6 +368,11 @@ void CWorkSheet::replace_search_keys(std::vector<SearchKey> keys) {
   if (keys != data_.search_keys) apply(std::make_unique<SearchKeysChange>(*this, std::move(keys)));
 }
 
+void CWorkSheet::change_arrangement(GridArrangement arrangement) {
+  arrangement.lines = std::clamp(arrangement.lines, 1, kMaxRecordLines);
+  if (arrangement != data_.arrangement) apply(std::make_unique<ArrangementChange>(*this, arrangement));
+}
+
 ErrorCode CWorkSheet::add_search_key(SearchKey key) {
   if (const auto error = check_search_key_name(key.name, std::nullopt); error != ErrorCode::kOk) return error;
   if (!are_valid_expressions(key.expressions, field_count())) return ErrorCode::kFieldTypeMismatch;

@@ -121,6 +121,10 @@ class CWorkSheet {
   ErrorCode change_search_key(size_t index, std::vector<SearchExpression> expressions);
   ErrorCode delete_search_key(size_t index);
 
+  const GridArrangement& arrangement() const { return data_.arrangement; }
+  // The number of lines is brought into its range.
+  void change_arrangement(GridArrangement arrangement);
+
   // What set_value would answer.
   ErrorCode check_value(uint32_t record, size_t field, const CellValue& value) const;
 

@@ -17,6 +17,7 @@ constexpr uint8_t kEncryptedBit = 0x02;
 constexpr uint8_t kHiddenBit = 0x04;
 constexpr uint16_t kLayoutWithoutProtection = 1;
 constexpr uint16_t kLayoutWithoutSearchKeys = 2;
+constexpr uint16_t kLayoutWithoutArrangement = 3;
 
 // The protection in one byte: 0 for none, otherwise the cipher's number and a bit.
 constexpr uint8_t kFirstCipher = 1;
@@ -119,6 +120,9 @@ void put_table(const StoredTable& table, ItemWriter& out) {
     out.put_u16(run.flags);
   }
   put_search_keys(table.search_keys, out);
+  out.put_u16(static_cast<uint16_t>(table.arrangement.lines));
+  out.put_u16(table.arrangement.frozen_fields);
+  out.put_u32(table.arrangement.frozen_records);
 }
 
 template <typename Named>
@@ -143,6 +147,15 @@ std::vector<SearchKey> get_search_keys(ItemReader& in, size_t fields, bool& vali
   }
   valid = valid && has_unique_names(keys);
   return keys;
+}
+
+GridArrangement get_arrangement(ItemReader& in, bool& valid) {
+  GridArrangement arrangement;
+  arrangement.lines = in.get_u16();
+  arrangement.frozen_fields = in.get_u16();
+  arrangement.frozen_records = in.get_u32();
+  valid = valid && arrangement.lines >= 1 && arrangement.lines <= kMaxRecordLines;
+  return arrangement;
 }
 
 // FLAGS without the number of a type that is no more.
@@ -176,6 +189,7 @@ StoredTable get_table(ItemReader& in, const TableContext& context, bool& valid) 
   valid = valid && is_valid_table_name(table.name) && table.folder <= context.folders &&
           (runs == 0 || flagged == table.record_count) && has_unique_names(table.fields);
   if (context.layout > kLayoutWithoutSearchKeys) table.search_keys = get_search_keys(in, fields, valid);
+  if (context.layout > kLayoutWithoutArrangement) table.arrangement = get_arrangement(in, valid);
   return table;
 }
 
@@ -234,7 +248,8 @@ DatabaseConfig config_of(const Database& database, const std::vector<CWorkSheet*
   }
   for (const CWorkSheet* table : tables) {
     config.tables.push_back({table->name(), numbers.at(table->folder()), table->record_count(),
-                             table->data().fields, flag_runs(table->data()), table->search_keys()});
+                             table->data().fields, flag_runs(table->data()), table->search_keys(),
+                             table->arrangement()});
   }
   return config;
 }

@@ -13,7 +13,7 @@
 
 namespace rowvane {
 
-inline constexpr uint16_t kConfigLayout = 3;
+inline constexpr uint16_t kConfigLayout = 4;
 inline constexpr size_t kMaxConfigBytes = size_t{1} << 30;  // what a reader takes
 
 // A number of records in a row with equal flag words.
@@ -29,6 +29,7 @@ struct StoredTable {
   std::vector<Field> fields;
   std::vector<FlagRun> flag_runs;  // empty: all flags are 0
   std::vector<SearchKey> search_keys = {};
+  GridArrangement arrangement = {};
 };
 
 struct StoredFolder {

@@ -49,6 +49,7 @@ TableData assemble_table(const StoredTable& stored, TableData loaded,
   data.fields = stored.fields;
   data.flags = stored_flags(stored, loaded.record_count);
   data.search_keys = stored.search_keys;
+  data.arrangement = stored.arrangement;
   size_t next = 0;
   for (size_t i = 0; i < stored.fields.size(); ++i) {
     const FieldType type = stored.fields[i].type;

@@ -238,15 +238,19 @@ TEST(ConfigDamage, SearchKeysAreChecked) {
   EXPECT_EQ(error_with({{"Key", {}}, {"kEY", {}}}), invalid) << "equal names";
 }
 
-// Files of layouts 1 and 2 still open: made of the present bytes without what they did not have.
+// Files of older layouts still open: made of the present bytes without what they did not have.
 TEST(ConfigDamage, OlderLayoutsAreRead) {
   DatabaseConfig config = small_config();
   config.protection.reset();
   config.tables[0].search_keys.clear();
   std::string bytes = write_config(config);
+  bytes.resize(bytes.size() - 8);  // lines and what is frozen
+  bytes[0] = 3;
+  DatabaseConfig read;
+  ASSERT_EQ(read_config(bytes, read), ErrorCode::kOk);
+  EXPECT_EQ(write_config(read), write_config(config));
   bytes.resize(bytes.size() - 4);  // the count of the search keys
   bytes[0] = 2;
-  DatabaseConfig read;
   ASSERT_EQ(read_config(bytes, read), ErrorCode::kOk);
   EXPECT_EQ(write_config(read), write_config(config));
   DatabaseConfig folders = config;
@@ -257,7 +261,7 @@ TEST(ConfigDamage, OlderLayoutsAreRead) {
   oldest[0] = 1;
   ASSERT_EQ(read_config(oldest, read), ErrorCode::kOk);
   EXPECT_EQ(write_config(read), write_config(folders));
-  bytes[0] = 4;
+  bytes[0] = 5;
   EXPECT_EQ(read_config(bytes, read), ErrorCode::kNewerVersion);
 }
 

@@ -37,6 +37,7 @@ expect_edited() {
   {
     echo " field 6f6e6c79 type 1 link 0 encrypted 0 hidden 0 width 100 position 0 [] [] [] [] []"
     echo " field 6164646564 type 2 link 0 encrypted 0 hidden 0 width 100 position 1 [] [] [] [] []"
+    echo " lines 1 frozen 0 0"
     echo " record 1 flags 0000"; echo "  empty"; echo "  number 3ff0000000000000"
     echo " record 2 flags 0000"; echo "  text 6368616e676564"; echo "  number 4004000000000000"
     echo " record 3 flags 0000"; echo "  empty"; echo "  empty"

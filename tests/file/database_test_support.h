@@ -55,6 +55,10 @@ inline std::string describe(const CWorkSheet& table) {
       text += " " + std::to_string(one.field) + ":" + one.criterion;
     text += "\n";
   }
+  const GridArrangement& arrangement = table.arrangement();
+  for (const auto number : {static_cast<uint32_t>(arrangement.lines), uint32_t{arrangement.frozen_fields},
+                            arrangement.frozen_records})
+    text += std::to_string(number) + " ";
   for (uint32_t record = 1; record <= table.record_count(); ++record) {
     text += std::to_string(table.flags(record)) + ":";
     for (size_t i = 0; i < table.field_count(); ++i) {
@@ -239,6 +243,7 @@ inline std::unique_ptr<Database> make_shop() {
   EXPECT_EQ(cities->add_search_key({"große Städte", {{0, "j:Köln Paris"}, {1, "f:1000000"}, {4, "k: "}}}),
             ErrorCode::kOk);
   EXPECT_EQ(cities->add_search_key({"alle", {}}), ErrorCode::kOk);
+  cities->change_arrangement({3, 1, 2});
   Field field = cities->field(1);
   field.formula = "a + \"b\"\n";
   field.validation = "x > 1";

@@ -49,7 +49,7 @@ def read_field(items):
 
 def read_config(data):
     items = Items(data)
-    if items.number(2) != 3:
+    if items.number(2) != 4:
         raise ValueError("unknown layout")
     config = {"name": items.text()}
     config["flag types"] = items.many(lambda: (items.text(), items.number(4)))
@@ -67,6 +67,7 @@ def read_config(data):
         table["runs"] = items.many(lambda: (items.number(4), items.number(2)))
         table["keys"] = items.many(
             lambda: (items.text(), items.many(lambda: (items.number(2), items.text()))))
+        table["lines"], table["frozen"] = items.number(2), (items.number(2), items.number(4))
         config["tables"].append(table)
     if items.at != len(data):
         raise ValueError("surplus bytes in the configuration")
@@ -180,6 +181,7 @@ class Database:
         for name, expressions in table["keys"]:
             print(" search key " + name.encode("utf-8").hex() + "".join(
                 " %d:%s" % (field, criterion.encode("utf-8").hex()) for field, criterion in expressions))
+        print(" lines %d frozen %d %d" % (table["lines"], *table["frozen"]))
         data = self.archive.read(table["path"] + ".txt")
         if not data.startswith(b"\xef\xbb\xbf"):
             raise ValueError("no byte-order mark")

@@ -151,6 +151,23 @@ TEST_F(GridSelectionTest, CellsAreReachedOverTheSeams) {
   EXPECT_FALSE(view->is_frozen());
 }
 
+TEST_F(GridSelectionTest, LinesAndWhatIsFrozenBelongToTheTable) {
+  go_to(2, 0);
+  view->freeze_fields();
+  view->freeze_records();
+  view->more_lines();
+  EXPECT_EQ(table.arrangement(), (GridArrangement{2, 1, 2}));
+  EXPECT_TRUE(document.is_modified());
+  document.database().undo();
+  EXPECT_EQ(view->grid_layout().lines(), 1);
+  document.database().undo();
+  EXPECT_EQ(view->grid_layout().frozen_rows(), 0);
+  EXPECT_EQ(view->grid_layout().frozen_places(), 1);
+  table.change_arrangement({99, 0, 4'000'000'000});
+  EXPECT_EQ(view->grid_layout().lines(), 20);
+  EXPECT_FALSE(view->is_frozen()) << "no room";
+}
+
 TEST_F(GridSelectionTest, MoreFrozenRecordsThanFitAreRefused) {
   ASSERT_EQ(table.insert_records(9, 100), ErrorCode::kOk);
   go_to(90, 0);

@@ -6,6 +6,7 @@
 #include <QToolButton>
 #include <QWheelEvent>
 #include <algorithm>
+#include <limits>
 
 #include "core/database.h"
 #include "ui/grid/grid_accessible.h"
@@ -107,7 +108,11 @@ void CCellvaneView::set_presentation(TablePresentation* presentation) {
 void CCellvaneView::lay_out() {
   layout_.set_fields(table(), zoom_);
   layout_.set_row_count(model_->rowCount());
-  layout_.set_lines(layout_.lines(), fontMetrics().height());
+  const GridArrangement& arrangement = table().arrangement();
+  layout_.set_lines(arrangement.lines, fontMetrics().height());
+  layout_.freeze_places(arrangement.frozen_fields);
+  layout_.freeze_rows(
+      static_cast<int>(std::min<uint32_t>(arrangement.frozen_records, std::numeric_limits<int>::max())));
   updateGeometries();
   viewport()->update();
 }
@@ -164,39 +169,50 @@ void CCellvaneView::set_zoom(int percent) {
   lay_out();
 }
 
+void CCellvaneView::arrange(const GridArrangement& arrangement) {
+  table().change_arrangement(arrangement);
+  lay_out();
+}
+
 void CCellvaneView::set_lines(int lines) {
   const int row = layout_.scrolled_rows().first;
-  layout_.set_lines(lines, fontMetrics().height());
-  updateGeometries();
+  GridArrangement arrangement = table().arrangement();
+  arrangement.lines = lines;
+  arrange(arrangement);
   verticalScrollBar()->setValue((row - layout_.frozen_rows()) * layout_.lines());
-  viewport()->update();
 }
 
 void CCellvaneView::freeze_fields() {
+  const int wanted = current_place().place + 1;
   horizontalScrollBar()->setValue(0);
-  layout_.freeze_places(current_place().place + 1);
-  lay_out();
-  if (layout_.frozen_places() <= current_place().place) {
-    dialogs_.show("The window has no room for so many frozen fields.", MessageIcon::kWarning);
-  }
+  layout_.freeze_places(wanted);
+  if (layout_.frozen_places() < wanted) return refuse_to_freeze("fields");
+  GridArrangement arrangement = table().arrangement();
+  arrangement.frozen_fields = static_cast<uint16_t>(wanted);
+  arrange(arrangement);
 }
 
 void CCellvaneView::freeze_records() {
+  const int wanted = current_place().row;
   verticalScrollBar()->setValue(0);
-  layout_.freeze_rows(current_place().row);
+  layout_.freeze_rows(wanted);
+  if (layout_.frozen_rows() < wanted) return refuse_to_freeze("records");
+  GridArrangement arrangement = table().arrangement();
+  arrangement.frozen_records = static_cast<uint32_t>(wanted);
+  arrange(arrangement);
+}
+
+void CCellvaneView::refuse_to_freeze(const std::string& what) {
   lay_out();
-  if (layout_.frozen_rows() < current_place().row) {
-    layout_.freeze_rows(0);
-    lay_out();
-    scrollTo(currentIndex());
-    dialogs_.show("The window has no room for so many frozen records.", MessageIcon::kWarning);
-  }
+  scrollTo(currentIndex());
+  dialogs_.show("The window has no room for so many frozen " + what + ".", MessageIcon::kWarning);
 }
 
 void CCellvaneView::unfreeze() {
-  layout_.freeze_places(0);
-  layout_.freeze_rows(0);
-  lay_out();
+  GridArrangement arrangement = table().arrangement();
+  arrangement.frozen_fields = 0;
+  arrangement.frozen_records = 0;
+  arrange(arrangement);
   scrollTo(currentIndex());
 }
 

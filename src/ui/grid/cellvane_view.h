@@ -86,12 +86,13 @@ class CCellvaneView final : public QAbstractItemView {
   // Percent of the normal size, from 50 to 300.
   int zoom() const { return zoom_; }
   void set_zoom(int percent);
-  // The first ones, to and with the current field; the records above the current one.
+  // The first ones, to and with the current field; the records above the current one. Kept with the table,
+  // as are the lines.
   void freeze_fields();
   void freeze_records();
   void unfreeze();
   bool is_frozen() const { return layout_.frozen_places() > 0 || layout_.frozen_rows() > 0; }
-  // Lines of text in a record, from 1 to GridLayout::kMostLines.
+  // Lines of text in a record, from 1 to kMaxRecordLines.
   void set_lines(int lines);
   void more_lines() { set_lines(layout_.lines() + 1); }
   void fewer_lines() { set_lines(layout_.lines() - 1); }
@@ -155,6 +156,8 @@ class CCellvaneView final : public QAbstractItemView {
   void connect_parts();
   void connect_headers();
   void lay_out();
+  void arrange(const GridArrangement& arrangement);
+  void refuse_to_freeze(const std::string& what);
   void remember_place();
   void find_place_again();
   void show_headers();

@@ -32,7 +32,7 @@ void GridLayout::set_width(int place, int pixels) {
 }
 
 void GridLayout::set_lines(int lines, int line_height) {
-  lines_ = std::clamp(lines, 1, kMostLines);
+  lines_ = std::clamp(lines, 1, kMaxRecordLines);
   line_height_ = std::max(line_height, 1);
 }
 

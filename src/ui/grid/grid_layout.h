@@ -16,8 +16,6 @@ namespace rowvane {
 // what an int holds for cells far outside of it.
 class GridLayout {
  public:
-  static constexpr int kMostLines = 20;  // of a record
-
   // Takes order, widths and visibility of the fields; ZOOM in percent.
   void set_fields(const CWorkSheet& table, int zoom);
   void set_width(int place, int pixels);

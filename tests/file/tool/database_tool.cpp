@@ -104,6 +104,7 @@ int make(const std::string& path) {
   expect(database.tables()[0]->change_field(1, changed));
   expect(database.tables()[0]->add_search_key({"late übrig", {{0, "b:^[a-z]+$"}, {1, "h:1 5"}, {4, "m:2"}}}));
   expect(database.tables()[0]->add_search_key({"without fields", {}}));
+  database.tables()[0]->change_arrangement({2, 1, 5});
   const ErrorCode error = DatabaseFile(database).save(path, {}, Options()).error;
   return error == ErrorCode::kOk ? 0 : fail(path, error);
 }
@@ -236,6 +237,8 @@ int dump(const std::string& path) {
       }
       std::printf("\n");
     }
+    const GridArrangement& shown = table->arrangement();
+    std::printf(" lines %d frozen %u %u\n", shown.lines, unsigned{shown.frozen_fields}, shown.frozen_records);
     for (uint32_t record = 1; record <= table->record_count(); ++record) {
       std::printf(" record %u flags %04x\n", record, table->flags(record));
       for (size_t i = 0; i < table->field_count(); ++i) {
