@@ -72,6 +72,7 @@ constexpr std::array kCommands = {
     CommandText{Command::kNoSorting, "&Search", "&No Sorting", "", "", "Show the records in the order in which they were entered", Needs::kTable},
 
     CommandText{Command::kShowExplorer, "&View", "&Database Explorer", "Ctrl+B", "explorer", "Show the tree of folders and tables", Needs::kNothing, true},
+    CommandText{Command::kShowFindToolbar, "&View", "Find &Toolbar", "", "", "Keep the Find toolbar in view", Needs::kNothing, true},
     CommandText{Command::kZoomIn, "&View|", "Zoom &In", "Ctrl++; Ctrl+=", "", "Show the table larger", Needs::kTable},
     CommandText{Command::kZoomOut, "&View", "Zoom &Out", "Ctrl+-", "", "Show the table smaller", Needs::kTable},
     CommandText{Command::kZoomReset, "&View", "&Normal Size", "Ctrl+0", "", "Show the table in its normal size", Needs::kTable},

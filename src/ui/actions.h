@@ -53,6 +53,7 @@ enum class Command {
   kRenameItem,
   kDeleteItem,
   kShowExplorer,
+  kShowFindToolbar,
   kDarkMode,
   kOptions,
   kZoomIn,

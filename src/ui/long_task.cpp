@@ -8,6 +8,7 @@
 #include <QTimer>
 #include <algorithm>
 #include <atomic>
+#include <limits>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -102,12 +103,14 @@ class InputBlocker final : public QObject {
 
 }  // namespace
 
-bool run_long_task(QWidget* parent, const QString& caption, const std::function<void(Progress&)>& work) {
+bool run_long_task(QWidget* parent, const QString& caption, const std::function<void(Progress&)>& work,
+                   ProgressBox progress_box) {
   TaskProgress progress;
   QProgressDialog box(caption, QProgressDialog::tr("Cancel"), 0, kSteps, parent);
   box.setWindowTitle(caption);
   box.setWindowModality(Qt::ApplicationModal);
-  box.setMinimumDuration(kShowAfterMilliseconds);
+  box.setMinimumDuration(progress_box == ProgressBox::kShown ? kShowAfterMilliseconds
+                                                             : std::numeric_limits<int>::max());
   box.setAutoClose(false);
   box.setAutoReset(false);
   box.setValue(0);
@@ -130,7 +133,9 @@ bool run_long_task(QWidget* parent, const QString& caption, const std::function<
   });
   refresh.start(kRefreshMilliseconds);
   const InputBlocker blocker(parent);
+  if (progress_box == ProgressBox::kHidden) QGuiApplication::setOverrideCursor(Qt::WaitCursor);
   loop.exec();
+  if (progress_box == ProgressBox::kHidden) QGuiApplication::restoreOverrideCursor();
   worker.join();
   --running_tasks;
   return !progress.cancelled();

@@ -13,10 +13,14 @@ namespace rowvane {
 
 class DatabaseDocument;
 
+// Whether a box appears when work takes longer than a moment; without one nobody can cancel.
+enum class ProgressBox { kShown, kHidden };
+
 // Runs WORK on a thread of its own and returns when it has ended. Meanwhile the window stays alive, but takes
-// no input: nothing else may touch what WORK works on. The box over PARENT appears when WORK takes longer
-// than a moment. False when the user cancelled; WORK then has left all as it was.
-bool run_long_task(QWidget* parent, const QString& caption, const std::function<void(Progress&)>& work);
+// no input: nothing else may touch what WORK works on. The box appears over PARENT. False when the user
+// cancelled; WORK then has left all as it was.
+bool run_long_task(QWidget* parent, const QString& caption, const std::function<void(Progress&)>& work,
+                   ProgressBox progress_box = ProgressBox::kShown);
 
 // The same for work that changes DOCUMENT: VIEWS, which show it, stand still meanwhile, and its changes are
 // told at the end.

@@ -65,7 +65,7 @@ CMainFrame::CMainFrame(ProgramProfile& profile, Dialogs& dialogs, const QString&
   layout->addWidget(find_bar_);
   setCentralWidget(center);
   connect(find_bar_, &CFindBar::left, this, [this] {
-    find_bar_->hide();
+    find_bar_->setVisible(profile_.settings().check_box_options.show_find_toolbar);
     if (current_window() != nullptr && current_window()->view() != nullptr)
       current_window()->view()->setFocus();
   });
@@ -76,8 +76,8 @@ CMainFrame::CMainFrame(ProgramProfile& profile, Dialogs& dialogs, const QString&
   connect(flags_, &QMenu::aboutToShow, this, &CMainFrame::fill_flags);
   connect(tabs_, &QTabWidget::currentChanged, this, &CMainFrame::update_state);
   connect(tabs_, &QTabWidget::tabCloseRequested, this, &CMainFrame::close_window);
-  actions_.of(Command::kDarkMode)->setChecked(profile_.settings().toolbar_options.dark_mode);
   actions_.of(Command::kShowExplorer)->setChecked(true);
+  show_switches();
   auto* minute = new QTimer(this);
   connect(minute, &QTimer::timeout, this, &CMainFrame::auto_save);
   minute->start(std::chrono::minutes(1));
@@ -260,6 +260,11 @@ void CMainFrame::connect_commands() {
     const bool shown = actions_.of(Command::kShowExplorer)->isChecked();
     for (int i = 0; i < tabs_->count(); ++i)
       static_cast<CDatabaseWindow*>(tabs_->widget(i))->set_explorer_visible(shown);
+  });
+  on(Command::kShowFindToolbar, [this] {
+    const bool shown = actions_.of(Command::kShowFindToolbar)->isChecked();
+    profile_.settings().check_box_options.show_find_toolbar = shown;
+    find_bar_->setVisible(shown);
   });
   on(Command::kZoomIn, [this] { current_window()->view()->set_zoom(current_window()->view()->zoom() + 10); });
   on(Command::kZoomOut,
@@ -551,10 +556,18 @@ void CMainFrame::edit_options() {
   if (COptionsDlg(profile_.settings(), dialogs_, this).exec() == QDialog::Accepted) follow_settings();
 }
 
+void CMainFrame::show_switches() {
+  const profile::Settings& settings = profile_.settings();
+  const bool find_toolbar = settings.check_box_options.show_find_toolbar;
+  actions_.of(Command::kDarkMode)->setChecked(settings.toolbar_options.dark_mode);
+  actions_.of(Command::kShowFindToolbar)->setChecked(find_toolbar);
+  find_bar_->setVisible(find_toolbar);
+}
+
 void CMainFrame::follow_settings() {
   const profile::Settings& settings = profile_.settings();
   update_recent_files();
-  actions_.of(Command::kDarkMode)->setChecked(settings.toolbar_options.dark_mode);
+  show_switches();
   set_dark_colors(settings.toolbar_options.dark_mode);
   for (int i = 0; i < tabs_->count(); ++i) {
     window_at(i)->document().take_options(engine_options(settings));

@@ -87,6 +87,7 @@ class CMainFrame final : public QMainWindow {
   void load_profile();
   void edit_options();
   // The settings of the profile are others.
+  void show_switches();
   void follow_settings();
   void fill_flags();
   void save_profile_as();

@@ -57,6 +57,22 @@ TEST(LongTask, IsCancelledByItsBoxWhileTheWindowTakesNoKeys) {
   EXPECT_FALSE(is_long_task_running());
 }
 
+TEST(LongTask, WorkWithoutABoxShowsNoneHoweverLongItTakes) {
+  QLineEdit window;
+  bool seen = false;
+  QTimer user;
+  QObject::connect(&user, &QTimer::timeout, &user, [&] { seen = seen || progress_box() != nullptr; });
+  user.start(20);
+  const auto work = [](Progress& progress) {
+    progress.begin("Working");
+    progress.report(1, 2);
+    std::this_thread::sleep_for(std::chrono::milliseconds(700));
+  };
+  EXPECT_TRUE(run_long_task(&window, "Work", work, ProgressBox::kHidden));
+  EXPECT_FALSE(seen);
+  EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
 TEST(LongTask, ShortWorkShowsNoBox) {
   bool ran = false;
   EXPECT_TRUE(run_long_task(nullptr, "Work", [&](Progress&) {

@@ -14,6 +14,7 @@
 
 #include "platform/temporary_folder.h"
 #include "ui/accessible_names.h"
+#include "ui/find_bar.h"
 #include "ui/scripted_dialogs.h"
 #include "ui/text.h"
 
@@ -226,6 +227,23 @@ TEST_F(MainFrameTest, EveryControlHasANameForScreenReaders) {
   open_towns();
   action(Command::kFind).trigger();
   EXPECT_THAT(controls_without_names(frame), IsEmpty());
+}
+
+TEST_F(MainFrameTest, TheFindToolbarStaysWhereItIsWanted) {
+  open_towns();
+  auto* bar = frame.findChild<CFindBar*>();
+  ASSERT_NE(bar, nullptr);
+  EXPECT_TRUE(bar->isHidden());
+  action(Command::kFind).trigger();
+  EXPECT_FALSE(bar->isHidden());
+  QTest::keyClick(bar, Qt::Key_Escape);
+  EXPECT_TRUE(bar->isHidden());
+  action(Command::kShowFindToolbar).trigger();
+  QTest::keyClick(bar, Qt::Key_Escape);
+  EXPECT_FALSE(bar->isHidden());
+  EXPECT_TRUE(profile.settings().check_box_options.show_find_toolbar);
+  action(Command::kShowFindToolbar).trigger();
+  EXPECT_TRUE(bar->isHidden());
 }
 
 TEST_F(MainFrameTest, DarkColorsAreKept) {

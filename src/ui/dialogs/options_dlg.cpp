@@ -135,6 +135,10 @@ void COptionsDlg::add_file_page() {
     const std::string question = check_auto_fit(on, false);
     if (!question.empty() && !dialogs_.ask(question)) fit->setChecked(false);
   });
+  add_flag(page, tr("Show the &progress of opening and saving"),
+           entered_.check_box_options.show_save_load_progress);
+  add_flag(page, tr("Tell of &members of a file that no table uses"),
+           entered_.check_box_options.show_unused_zip_streams);
   add_flag(page, tr("&List opened files among the recent ones"),
            entered_.check_box_options.add_recently_used_files);
   extensions_ = new QLineEdit(words_text(general.non_deflate_files), this);

@@ -73,6 +73,11 @@ std::shared_ptr<const Secret> DocumentFiles::ask_password(const std::string& pat
   return entered ? std::make_shared<const Secret>(*std::move(entered)) : nullptr;
 }
 
+void DocumentFiles::run(const QString& caption, const std::function<void(Progress&)>& work) {
+  const bool shown = settings_.check_box_options.show_save_load_progress;
+  run_long_task(&window_, caption, work, shown ? ProgressBox::kShown : ProgressBox::kHidden);
+}
+
 // A file that anyone may read is opened read-only when the user has no password for it.
 OpenedDatabase DocumentFiles::open_with(const std::string& path, const TextImport& text,
                                         const std::string& shown_path, bool& cancelled) {
@@ -81,7 +86,7 @@ OpenedDatabase DocumentFiles::open_with(const std::string& path, const TextImpor
   while (true) {
     OpenedDatabase opened;
     QuestionsOnWindow questions(dialogs_, window_);
-    run_long_task(&window_, tr("Opening Database"), [&](Progress& progress) {
+    run(tr("Opening Database"), [&](Progress& progress) {
       opened = open_document(path, text, options, &questions, progress, password);
     });
     cancelled = opened.cancelled;
@@ -184,7 +189,7 @@ bool DocumentFiles::save_to(DatabaseDocument& document, const Target& target, bo
   settings.as_copy = as_copy;
   settings.variant = target.variant == SaveVariant::kAuto ? document.save_variant() : target.variant;
   SaveResult result;
-  run_long_task(&window_, tr("Saving Database"), [&](Progress& progress) {
+  run(tr("Saving Database"), [&](Progress& progress) {
     result = document.file().save(absolute_path(target.path), settings, document.options(), progress);
   });
   if (result.error != ErrorCode::kOk) dialogs_.show_error(result.error);
@@ -210,7 +215,7 @@ bool DocumentFiles::save_as_text(DatabaseDocument& document) {
   settings.numbers = {document.region().decimal_separator, std::string()};
   settings.threads = document.options().used_processor_cores;
   TextExportResult result;
-  run_long_task(&window_, tr("Saving Text File"), [&](Progress& progress) {
+  run(tr("Saving Text File"), [&](Progress& progress) {
     result = export_text(table, document.database().file_path(), settings, progress);
   });
   if (result.error != ErrorCode::kOk) dialogs_.show_error(result.error);
@@ -238,7 +243,7 @@ bool DocumentFiles::may_close(DatabaseDocument& document) {
 
 void DocumentFiles::compact(DatabaseDocument& document) {
   CompactResult result;
-  run_long_task(&window_, tr("Compact Database"), [&](Progress& progress) {
+  run(tr("Compact Database"), [&](Progress& progress) {
     result = compact_database(document.database(), document.file(), document.options(), progress);
   });
   if (result.save.cancelled) return;
@@ -263,9 +268,8 @@ CWorkSheet* DocumentFiles::import_table(DatabaseDocument& document, std::map<siz
   settings.max_records = database.max_records();
   settings.threads = document.options().used_processor_cores;
   TextImportResult result;
-  run_long_task(&window_, tr("Import Table"), [&](Progress& progress) {
-    result = import_text_file(absolute_path(path), settings, progress);
-  });
+  run(tr("Import Table"),
+      [&](Progress& progress) { result = import_text_file(absolute_path(path), settings, progress); });
   if (result.status == Status::kCancelled) return nullptr;
   CWorkSheet* added = result.table.get();
   if (added != nullptr && settings_.check_box_options.auto_col_width_on_import)
@@ -292,9 +296,8 @@ void DocumentFiles::export_table(DatabaseDocument& document, const CWorkSheet& t
   settings.numbers = {document.region().decimal_separator, std::string()};
   settings.threads = document.options().used_processor_cores;
   TextExportResult result;
-  run_long_task(&window_, tr("Export Table"), [&](Progress& progress) {
-    result = export_text(table, absolute_path(path), settings, progress);
-  });
+  run(tr("Export Table"),
+      [&](Progress& progress) { result = export_text(table, absolute_path(path), settings, progress); });
   if (result.error != ErrorCode::kOk) dialogs_.show_error(result.error);
   show_notices(result.notices);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -51,6 +52,8 @@ class DocumentFiles {
   void show_notices(const std::vector<Notice>& notices);
 
  private:
+  // With a progress box, unless the user wants none for files.
+  void run(const QString& caption, const std::function<void(Progress&)>& work);
   // SHOWN_PATH is what the user is asked the password for.
   OpenedDatabase open_with(const std::string& path, const TextImport& text, const std::string& shown_path,
                            bool& cancelled);

@@ -4,7 +4,6 @@
 #include <QCalendarWidget>
 #include <QComboBox>
 #include <QDate>
-#include <QFontDatabase>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -12,8 +11,7 @@
 #include <QVBoxLayout>
 #include <cmath>
 
-#include <Qsci/qsciscintilla.h>
-
+#include "ui/grid/code_editor.h"
 #include "ui/icons.h"
 #include "ui/text.h"
 
@@ -153,34 +151,13 @@ class TextEditor final : public QPlainTextEdit, public CellEditor {
   QSize wanted_size(QSize size) const override { return size.expandedTo(kTextEditorSize); }
 };
 
-class CodeEditor final : public QsciScintilla, public CellEditor {
+class CodeCellEditor final : public CodeEditor, public CellEditor {
  public:
-  CodeEditor(const QFont& font, QWidget* parent) : QsciScintilla(parent) {
-    QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    fixed.setPointSizeF(font.pointSizeF());
-    setFont(fixed);
-    setUtf8(true);
-    setEolMode(EolUnix);
-    setMarginsFont(fixed);
-    setMarginType(0, NumberMargin);
-    setMarginWidth(0, "0000");
-    setMarginWidth(1, 0);
-    setTabWidth(4);
-    setIndentationsUseTabs(false);
-    setAutoIndent(true);
-    setBraceMatching(SloppyBraceMatch);
-    const QPalette colors = parent->palette();
-    setPaper(colors.color(QPalette::Base));
-    setColor(colors.color(QPalette::Text));
-    setCaretForegroundColor(colors.color(QPalette::Text));
-    setMarginsBackgroundColor(colors.color(QPalette::Window));
-    setMarginsForegroundColor(colors.color(QPalette::Disabled, QPalette::Text));
-  }
+  using CodeEditor::CodeEditor;
 
   QString text() const override { return QsciScintilla::text(); }
   void set_text(const QString& text, bool whole) override {
-    setText(text);
-    SendScintilla(SCI_EMPTYUNDOBUFFER);
+    set_code(text);
     if (whole) return selectAll();
     const int last = lines() - 1;
     setCursorPosition(last, lineLength(last));
@@ -201,7 +178,7 @@ QWidget* make_cell_editor(const EditorSettings& settings, QWidget* parent) {
       editor = new TextEditor(parent);
       break;
     case FieldType::kCode:
-      editor = new CodeEditor(settings.font, parent);
+      editor = new CodeCellEditor(settings.font, parent);
       break;
     default:
       if (settings.choices != nullptr) {
