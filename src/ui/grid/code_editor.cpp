@@ -65,6 +65,8 @@ CodeEditor::CodeEditor(const QFont& font, QWidget* parent)
   setMarginType(0, NumberMargin);
   setMarginWidth(0, "0000");
   setMarginWidth(1, 0);
+  setScrollWidth(1);
+  setScrollWidthTracking(true);
   setTabWidth(4);
   setIndentationsUseTabs(false);
   setAutoIndent(true);
@@ -76,6 +78,12 @@ CodeEditor::CodeEditor(const QFont& font, QWidget* parent)
 void CodeEditor::set_code(const QString& code) {
   setText(code);
   SendScintilla(SCI_EMPTYUNDOBUFFER);
+}
+
+void CodeEditor::resizeEvent(QResizeEvent* event) {
+  QsciScintilla::resizeEvent(event);
+  SendScintilla(SCI_SETXOFFSET, 0UL);
+  ensureCursorVisible();
 }
 
 void CodeEditor::follow_text() {

@@ -18,6 +18,10 @@ class CodeEditor : public QsciScintilla {
   void set_code(const QString& code);
   CodeLanguage code_language() const { return language_; }
 
+ protected:
+  // What scrolled out of a small box comes back into a larger one.
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
   // Colours follow the text as it is typed.
   void follow_text();
