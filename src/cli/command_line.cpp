@@ -63,6 +63,7 @@ int run(int count, const char* const* arguments) {
   add_insert_command(app, context);
   add_delete_command(app, context);
   add_eval_command(app, context);
+  add_dates_command(app, context);
   add_recalc_command(app, context);
   add_compact_command(app, context);
   add_protect_command(app, context);

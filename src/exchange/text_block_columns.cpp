@@ -2,15 +2,12 @@
 
 #include <algorithm>
 
-#include "core/date_text.h"
 #include "core/number_cell.h"
 #include "core/utf8.h"
-#include "platform/text_to_date.h"
+#include "exchange/standard_dates.h"
 
 namespace rowvane {
 namespace {
-
-constexpr size_t kMaxDateCharacters = 30;
 
 // Calls `use(record, cell)` for the cells of COLUMN from record FIRST on; records without such a cell give an
 // empty one. Stops when `use` answers false.
@@ -196,8 +193,7 @@ void BlockReader::finish_texts(size_t column, BlockColumn& out) {
       text.resize(cut.size());
     }
     if (dates) {
-      const auto day = platform::text_to_date(truncate_characters(text, kMaxDateCharacters), plan_.region);
-      if (day) text = standard_date_text(*day);
+      if (auto date = standard_date_of(text, plan_.region)) text = *std::move(date);
     }
     out.finished[code] = std::move(text);
   }

@@ -37,6 +37,7 @@ constexpr std::array kCommands = {
     CommandText{Command::kInsertToday, "&Edit", "Insert &Today", "Ctrl+;", "", "Enter the date of today", Needs::kRecords},
     CommandText{Command::kCopyFromAbove, "&Edit", "Value from A&bove", "Ctrl+'", "", "Enter the value of the cell above", Needs::kRecords},
     CommandText{Command::kOpenLink, "&Edit", "&Open Link", "", "", "Open what the link in the current cell leads to (Ctrl+click)", Needs::kRecords},
+    CommandText{Command::kTextToDates, "&Edit>Con&vert Field Data", "Text To Standard &Date String", "", "", "Write the dates in the selected text fields as YYYY-MM-DD", Needs::kRecords},
 
     CommandText{Command::kNewTable, "&Table", "&New Table...", "Ctrl+T", "table", "Add an empty table", Needs::kDatabase},
     CommandText{Command::kNewFolder, "&Table", "New &Folder...", "", "folder", "Add a folder for tables", Needs::kDatabase},

@@ -84,6 +84,7 @@ enum class Command {
   kRecordFlagTypes,
   kKeyboard,
   kAbout,
+  kTextToDates,
 };
 
 // When a command can be given.
@@ -99,7 +100,7 @@ enum class Needs {
 
 struct CommandText {
   Command command;
-  const char* menu;  // "&File"; a part behind "|" begins a new group
+  const char* menu;  // "&File", "&Edit>Con&vert" for a menu within one; "|" at the end begins a new group
   const char* text;
   const char* shortcut;  // in the portable form; several separated by "; "
   const char* icon;      // of :/icons; empty: none

@@ -92,15 +92,16 @@ CMainFrame::~CMainFrame() {
 // ---- menus
 
 void CMainFrame::make_menus() {
-  QMenu* menu = nullptr;
-  QString title;
+  std::map<QString, QMenu*> menus;
   for (const CommandText& command : command_texts()) {
     QString wanted = QString::fromLatin1(command.menu);
     const bool new_group = wanted.endsWith('|');
     if (new_group) wanted.chop(1);
-    if (wanted != title) {
-      menu = menuBar()->addMenu(tr(wanted.toLatin1().constData()));
-      title = wanted;
+    QMenu*& menu = menus[wanted];
+    if (menu == nullptr) {
+      QMenu* const outer = menus[wanted.section('>', 0, 0)];
+      const QString title = tr(wanted.section('>', -1).toLatin1().constData());
+      menu = outer != nullptr ? outer->addMenu(title) : menuBar()->addMenu(title);
     } else if (new_group) {
       menu->addSeparator();
     }
@@ -221,6 +222,7 @@ void CMainFrame::connect_commands() {
   on(Command::kPaste, &CCellvaneView::paste);
   on(Command::kClear, &CCellvaneView::clear);
   on(Command::kFillDown, &CCellvaneView::fill_down);
+  on(Command::kTextToDates, &CCellvaneView::texts_to_dates);
   on(Command::kSelectAll, [this] { current_window()->view()->selectAll(); });
   on(Command::kEditCell, &CCellvaneView::edit_current);
   on(Command::kInsertToday, &CCellvaneView::insert_today);

@@ -3,6 +3,7 @@
 
 #include <QMainWindow>
 #include <functional>
+#include <map>
 #include <memory>
 
 #include "app/engine_options.h"

@@ -172,6 +172,17 @@ TEST_F(CommandTest, WarningsLeaveTheStatusAtZero) {
   EXPECT_THAT(broken.err, StartsWith("rvb: warning error 128: "));
 }
 
+TEST_F(CommandTest, DatesInTextsBecomeStandard) {
+  const std::string database = path("days.rvb");
+  ASSERT_EQ(
+      rvb({"dates", write("days.csv", "Day,N\n14 Mar 2024,1\nnone,2\n"), "--fields", "Day", "-o", database})
+          .err,
+      "rvb: warning 1 value(s) are no dates and stay as they are\n");
+  EXPECT_EQ(rvb({"show", database, "--format", "csv"}).out, "Day,N\r\n2024-03-14,1\r\nnone,2\r\n");
+  EXPECT_EQ(rvb({"dates", database, "--fields", "N"}).err,
+            "rvb: error 53: Can't convert the data according to the defined conversion rule.\n");
+}
+
 TEST_F(CommandTest, CompactAnswersWhatItFound) {
   const std::string database = make_shop();
   EXPECT_THAT(output({"compact", database}), HasSubstr("No compacting is necessary."));

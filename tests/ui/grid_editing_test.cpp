@@ -75,6 +75,17 @@ TEST_F(GridEditingTest, ALongEntryIsCutWithAWarning) {
   EXPECT_EQ(text(1, kName).size(), 8169u);
 }
 
+TEST_F(GridEditingTest, TextsBecomeStandardDates) {
+  ASSERT_EQ(table.set_value(2, kName, std::string("14 Mar 2024")), ErrorCode::kOk);
+  go_to(5, 0);
+  view->texts_to_dates();
+  EXPECT_EQ(table.value_text(2, kName), "2024-03-14");
+  EXPECT_THAT(dialogs.shown, testing::ElementsAre("7 value(s) are no dates and stay as they are."));
+  go_to(0, 1);
+  view->texts_to_dates();
+  EXPECT_EQ(dialogs.shown.back(), error_text(ErrorCode::kConversionRule)) << "a number field";
+}
+
 TEST_F(GridEditingTest, FieldsWithoutEditors) {
   go_to(0, kPicture);
   type("x");

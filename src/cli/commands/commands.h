@@ -33,6 +33,7 @@ void add_set_command(CLI::App& app, CommandContext& context);
 void add_insert_command(CLI::App& app, CommandContext& context);
 void add_delete_command(CLI::App& app, CommandContext& context);
 void add_eval_command(CLI::App& app, CommandContext& context);
+void add_dates_command(CLI::App& app, CommandContext& context);
 void add_recalc_command(CLI::App& app, CommandContext& context);
 void add_compact_command(CLI::App& app, CommandContext& context);
 void add_protect_command(CLI::App& app, CommandContext& context);

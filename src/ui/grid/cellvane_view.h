@@ -68,6 +68,8 @@ class CCellvaneView final : public QAbstractItemView {
   void paste();
   void clear();
   void fill_down();
+  // Writes the dates in the text fields with a selected cell as standard date strings, in all records.
+  void texts_to_dates();
   void insert_today();
   void copy_from_above();
   void insert_records();

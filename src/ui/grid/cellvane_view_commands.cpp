@@ -8,8 +8,10 @@
 
 #include "core/database.h"
 #include "core/date_text.h"
+#include "exchange/standard_dates.h"
 #include "ui/grid/cellvane_view.h"
 #include "ui/grid/links.h"
+#include "ui/long_task.h"
 #include "ui/text.h"
 
 namespace rowvane {
@@ -144,6 +146,26 @@ void CCellvaneView::clear() {
       add_changes(changes, clear_cells(table(), block_of(group)));
   }
   report(changes);
+}
+
+void CCellvaneView::texts_to_dates() {
+  if (!may_change()) return;
+  DateConversionSettings settings;
+  settings.region = document_.region();
+  for (const CellGroup& group : selected_groups()) {
+    for (const int field : group.fields) settings.fields.push_back(static_cast<size_t>(field));
+  }
+  std::ranges::sort(settings.fields);
+  settings.fields.erase(std::ranges::unique(settings.fields).begin(), settings.fields.end());
+  if (const auto error = check_date_conversion(table(), settings); error != ErrorCode::kOk)
+    return report(error);
+  DateConversionResult result;
+  run_long_change(this, tr("Text To Standard Date String"), document_, [&](Progress& progress) {
+    result = convert_to_standard_dates(document_.database(), table(), settings, progress);
+  });
+  if (result.other_texts == 0) return;
+  const QString text = tr("%L1 value(s) are no dates and stay as they are.");
+  dialogs_.show(to_utf8(text.arg(result.other_texts)), MessageIcon::kInformation);
 }
 
 void CCellvaneView::fill_down() {
