@@ -33,6 +33,7 @@ enum class Command {
   kPaste,
   kClear,
   kFillDown,
+  kTextToDates,
   kSelectAll,
   kEditCell,
   kInsertToday,
@@ -84,7 +85,6 @@ enum class Command {
   kRecordFlagTypes,
   kKeyboard,
   kAbout,
-  kTextToDates,
 };
 
 // When a command can be given.

@@ -64,6 +64,14 @@ class CMainFrame final : public QMainWindow {
   void make_toolbar();
   void make_status_bar();
   void connect_commands();
+  void connect_file_commands();
+  void connect_edit_commands();
+  void connect_table_commands();
+  void connect_records_commands();
+  void connect_search_commands();
+  void connect_view_commands();
+  void connect_help_commands();
+  // Lets COMMAND do RUN, or the step of the window, its tree or its grid, when there is one.
   void on(Command command, const std::function<void()>& run);
   void on(Command command, Step step);
   void on(Command command, TreeStep step);
