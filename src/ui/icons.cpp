@@ -35,16 +35,17 @@ QPixmap drawing(const QString& name, int size) {
 // Draws when it is asked to, in the colours of that moment.
 class DrawnIcon final : public QIconEngine {
  public:
-  explicit DrawnIcon(QString name) : name_(std::move(name)) {}
+  // COLOR: invalid for those of texts.
+  explicit DrawnIcon(QString name, const QColor& color = {}) : name_(std::move(name)), color_(color) {}
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
     const qreal ratio = painter->device()->devicePixelRatio();
-    painter->drawPixmap(rect, drawn(rect.size() * ratio, color_of(mode)));
+    painter->drawPixmap(rect, drawn(rect.size() * ratio, color(mode)));
   }
   QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override {
-    return drawn(size, color_of(mode));
+    return drawn(size, color(mode));
   }
-  QIconEngine* clone() const override { return new DrawnIcon(name_); }
+  QIconEngine* clone() const override { return new DrawnIcon(name_, color_); }
   QSize actualSize(const QSize& size, QIcon::Mode, QIcon::State) override { return size; }
   bool isNull() override { return name_.isEmpty(); }
 
@@ -65,7 +66,10 @@ class DrawnIcon final : public QIconEngine {
     return pixmap;
   }
 
+  QColor color(QIcon::Mode mode) const { return color_.isValid() ? color_ : color_of(mode); }
+
   QString name_;
+  QColor color_;
 };
 
 }  // namespace
@@ -73,6 +77,11 @@ class DrawnIcon final : public QIconEngine {
 QIcon icon(const QString& name) {
   load_icons();
   return QIcon(new DrawnIcon(name));
+}
+
+QIcon icon(const QString& name, const QColor& color) {
+  load_icons();
+  return QIcon(new DrawnIcon(name, color));
 }
 
 QIcon program_icon() {

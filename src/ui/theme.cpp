@@ -46,7 +46,11 @@ QPalette palette_of(const ThemeColors& colors) {
   return palette;
 }
 
-// Fusion, with the calm close button of a tab and frames that are seen on dark windows.
+constexpr QRgb kWarningColor = 0xD08700;
+constexpr QRgb kErrorColor = 0xCC3B33;
+
+// Fusion, with the calm close button of a tab, boxes in the look of the window and frames that are seen on
+// dark ones.
 class WindowStyle final : public QProxyStyle {
  public:
   WindowStyle() : QProxyStyle("Fusion") {}
@@ -59,6 +63,28 @@ class WindowStyle final : public QProxyStyle {
                         element == PE_IndicatorRadioButton || element == PE_Frame;
     if (is_box && !option->state.testFlag(State_HasFocus))
       draw_frame(*option, *painter, element == PE_IndicatorRadioButton);
+  }
+
+  QIcon standardIcon(StandardPixmap standard, const QStyleOption* option,
+                     const QWidget* widget) const override {
+    switch (standard) {
+      case SP_MessageBoxInformation:
+        return icon("information", QGuiApplication::palette().color(QPalette::Link));
+      case SP_MessageBoxQuestion:
+        return icon("question", QGuiApplication::palette().color(QPalette::Link));
+      case SP_MessageBoxWarning:
+        return icon("warning", QColor::fromRgb(kWarningColor));
+      case SP_MessageBoxCritical:
+        return icon("error", QColor::fromRgb(kErrorColor));
+      default:
+        return QProxyStyle::standardIcon(standard, option, widget);
+    }
+  }
+
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* result) const override {
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
+    return QProxyStyle::styleHint(hint, option, widget, result);
   }
 
  private:
