@@ -3,6 +3,9 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
 
@@ -44,7 +47,7 @@ class FieldFilterDlgTest : public testing::Test {
       if (each->text().contains(text)) return *each;
     throw std::logic_error(text);
   }
-  QComboBox& kinds() { return *dialog->findChildren<QComboBox*>().first(); }
+  QComboBox& kinds(int index = 0) { return *dialog->findChildren<QComboBox*>().at(index); }
   QLineEdit& text() { return *dialog->findChild<QLineEdit*>(); }
   FormulaEditor& formula() { return *dialog->findChild<FormulaEditor*>(); }
 
@@ -98,6 +101,46 @@ TEST_F(FieldFilterDlgTest, AnInvalidFormulaIsFlashedAndKept) {
   formula().set_formula("=Price > 3");
   dialog->accept();
   EXPECT_EQ(dialog->criterion(), (Criterion{CriterionKind::kFormula, "=Price > 3"}));
+}
+
+TEST_F(FieldFilterDlgTest, FunctionsArePickedIntoTheFormula) {
+  open(0);
+  box<QRadioButton>("ormula").setChecked(true);
+  auto& functions = *dialog->findChild<QListWidget*>();
+  EXPECT_FALSE(functions.isVisible());
+  box<QPushButton>("unctions").click();
+  ASSERT_TRUE(functions.isVisible());
+  kinds(1).setCurrentText("Logical");
+  functions.setCurrentItem(functions.findItems("not", Qt::MatchExactly).value(0));
+  EXPECT_THAT(dialog->findChild<QPlainTextEdit*>()->toPlainText().toStdString(), HasSubstr("not(value)"));
+  QTest::keyClick(&functions, Qt::Key_Return);
+  EXPECT_TRUE(dialog->isVisible()) << "Enter is not OK here";
+  EXPECT_EQ(formula().text(), "=not()");
+  QTest::keyClicks(&formula(), "Price");
+  formula().selectAll();
+  functions.setCurrentRow(functions.currentRow() - 1);
+  QTest::keyClick(&functions, Qt::Key_Return);
+  EXPECT_EQ(formula().text(), "=if(not(Price))");
+}
+
+TEST_F(FieldFilterDlgTest, ParametersAreShownWhileAFunctionIsWritten) {
+  open(0, Criterion{CriterionKind::kFormula, "="});
+  dialog->activateWindow();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return formula().hasFocus(); }, 5000));
+  const auto shows_hint = [&](bool shown) {
+    return QTest::qWaitFor(
+        [&] { return (formula().SendScintilla(QsciScintilla::SCI_CALLTIPACTIVE) != 0) == shown; }, 5000);
+  };
+  formula().setCursorPosition(0, 1);
+  QTest::keyClicks(&formula(), "if(Price > 1, ");
+  EXPECT_TRUE(shows_hint(true));
+  QTest::keyClick(&formula(), Qt::Key_Escape);
+  EXPECT_TRUE(shows_hint(false));
+  EXPECT_TRUE(dialog->isVisible()) << "the hint goes first";
+  QTest::keyClicks(&formula(), "2, 3");
+  EXPECT_TRUE(shows_hint(true));
+  QTest::keyClick(&formula(), ')');
+  EXPECT_TRUE(shows_hint(false));
 }
 
 TEST_F(FieldFilterDlgTest, FlagsAndEmptyValues) {

@@ -19,6 +19,7 @@
 #include "ui/dialogs/drop_down_lists_dlg.h"
 #include "ui/dialogs/format_choice.h"
 #include "ui/dialogs/formula_editor.h"
+#include "ui/dialogs/function_picker.h"
 #include "ui/long_task.h"
 #include "ui/text.h"
 
@@ -83,6 +84,7 @@ CFieldDlg::CFieldDlg(DatabaseDocument& document, CWorkSheet& table, std::optiona
       preview_(new QLabel(this)),
       formula_(new FormulaEditor(3, &table, document.formula_settings(), this)),
       validation_(new FormulaEditor(2, &table, document.formula_settings(), this)),
+      functions_(new FunctionPicker(*formula_, this)),
       default_value_(new QLineEdit(this)),
       list_(new QComboBox(this)),
       hidden_(new QCheckBox(tr("&Hidden: not shown in the table"), this)),
@@ -108,8 +110,10 @@ CFieldDlg::CFieldDlg(DatabaseDocument& document, CWorkSheet& table, std::optiona
   connect(format_, &QComboBox::currentTextChanged, this, &CFieldDlg::follow_controls);
   for (QLineEdit* box : {name_, default_value_})
     connect(box, &QLineEdit::textChanged, this, &CFieldDlg::follow_controls);
-  for (FormulaEditor* editor : {formula_, validation_})
+  for (FormulaEditor* editor : {formula_, validation_}) {
     connect(editor, &QsciScintilla::textChanged, this, &CFieldDlg::follow_controls);
+    connect(editor, &QsciScintilla::SCN_FOCUSIN, this, [this, editor] { functions_->set_editor(*editor); });
+  }
   follow_controls();
   name_->setFocus();
   name_->selectAll();
@@ -136,11 +140,13 @@ void CFieldDlg::add_rows(QFormLayout& layout) {
   add(tr("Display f&ormat:"), format_row, format_);
   add(tr("&Formula:"), formula_, formula_);
   add(tr("&Validation formula:"), validation_, validation_);
+  layout.addRow(QString(), functions_);
   add(tr("&Default value:"), default_value_, default_value_);
   add(tr("Drop-down &list:"), list_row, list_);
   layout.addRow(QString(), hidden_);
   preview_->setAccessibleName(tr("Preview of the display format"));
-  const QList<QWidget*> order = {name_, type_, format_, formula_, validation_, default_value_, list_, edit};
+  const QList<QWidget*> order = {name_,      type_,          format_, formula_, validation_,
+                                 functions_, default_value_, list_,   edit};
   for (int i = 1; i < order.size(); ++i) setTabOrder(order[i - 1], order[i]);
 }
 

@@ -19,6 +19,7 @@ namespace rowvane {
 class Dialogs;
 class FormatChoice;
 class FormulaEditor;
+class FunctionPicker;
 
 class CFieldDlg final : public QDialog {
   Q_OBJECT
@@ -59,6 +60,7 @@ class CFieldDlg final : public QDialog {
   QLabel* preview_;
   FormulaEditor* formula_;
   FormulaEditor* validation_;
+  FunctionPicker* functions_;
   QLineEdit* default_value_;
   QComboBox* list_;
   QCheckBox* hidden_;

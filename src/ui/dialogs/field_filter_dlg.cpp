@@ -15,6 +15,7 @@
 #include "recordset/recent_texts.h"
 #include "ui/dialogs.h"
 #include "ui/dialogs/formula_editor.h"
+#include "ui/dialogs/function_picker.h"
 #include "ui/text.h"
 
 namespace rowvane {
@@ -31,6 +32,7 @@ CFieldFilterDlg::CFieldFilterDlg(const FieldFilterContext& context, size_t field
       kind_(new QComboBox(this)),
       text_(new QLineEdit(this)),
       formula_(new FormulaEditor(3, &context.table, context.formulas, this)),
+      functions_(new FunctionPicker(*formula_, this)),
       flag_(new QComboBox(this)),
       empty_matches_(new QCheckBox(tr("&Allow empty matches"), this)),
       match_case_(new QCheckBox(tr("&Match case"), this)),
@@ -69,10 +71,11 @@ CFieldFilterDlg::CFieldFilterDlg(const FieldFilterContext& context, size_t field
   layout->addWidget(text_, 1, 1);
   layout->addWidget(formula, 2, 0, 1, 2);
   layout->addWidget(formula_, 3, 0, 1, 2);
-  layout->addWidget(flagged, 4, 0);
-  layout->addWidget(flag_, 4, 1);
-  layout->addLayout(boxes, 5, 0, 1, 2);
-  layout->addWidget(buttons, 6, 0, 1, 2);
+  layout->addWidget(functions_, 4, 0, 1, 2);
+  layout->addWidget(flagged, 5, 0);
+  layout->addWidget(flag_, 5, 1);
+  layout->addLayout(boxes, 6, 0, 1, 2);
+  layout->addWidget(buttons, 7, 0, 1, 2);
   layout->setColumnStretch(1, 1);
   show_filter(
       open_field_filter(definition, criterion, options, 1, context.settings.record_flag_types.size()));
@@ -114,7 +117,8 @@ void CFieldFilterDlg::follow_choice() {
   const bool expression = filter.choice == FieldFilter::Choice::kExpression;
   kind_->setEnabled(expression);
   text_->setEnabled(expression && listed_kind(filter.list_index) != CriterionKind::kIsEmpty);
-  formula_->setEnabled(filter.choice == FieldFilter::Choice::kFormula);
+  for (QWidget* control : std::initializer_list<QWidget*>{formula_, functions_})
+    control->setEnabled(filter.choice == FieldFilter::Choice::kFormula);
   flag_->setEnabled(filter.choice == FieldFilter::Choice::kFlag);
   empty_matches_->setEnabled(has_expression_boxes(filter));
   match_case_->setEnabled(has_expression_boxes(filter));

@@ -17,6 +17,7 @@ namespace rowvane {
 
 class Dialogs;
 class FormulaEditor;
+class FunctionPicker;
 class RecentFieldTexts;
 
 // What the dialog works on; all must outlive it.
@@ -58,6 +59,7 @@ class CFieldFilterDlg final : public QDialog {
   QComboBox* kind_;
   QLineEdit* text_;
   FormulaEditor* formula_;
+  FunctionPicker* functions_;
   QComboBox* flag_;
   QCheckBox* empty_matches_;
   QCheckBox* match_case_;

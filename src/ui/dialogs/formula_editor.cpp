@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <algorithm>
 
+#include "formula/call_hint.h"
 #include "formula/field_entry.h"
 #include "formula/formula_hooks.h"
 #include "formula/function_registry.h"
@@ -156,6 +157,7 @@ FormulaEditor::FormulaEditor(int lines, const CWorkSheet* table, const FormulaSe
   const int line = QFontMetrics(colors_->defaultFont(FormulaColors::kPlain)).lineSpacing();
   setFixedHeight(lines * line + 10);
   connect(this, &QsciScintilla::SCN_CHARADDED, this, &FormulaEditor::offer_names);
+  connect(this, &QsciScintilla::cursorPositionChanged, this, &FormulaEditor::show_call_hint);
 }
 
 std::string FormulaEditor::formula() const {
@@ -169,6 +171,14 @@ void FormulaEditor::set_formula(const std::string& formula) {
 bool FormulaEditor::is_valid() const {
   const std::string entered = formula();
   return entered.empty() || is_valid_formula(entered, table_, settings_);
+}
+
+void FormulaEditor::insert_function(const QString& name) {
+  const QString arguments = selectedText();
+  const QString begin = to_utf8(text()).empty() || (hasSelectedText() && arguments == text()) ? "=" : "";
+  replaceSelectedText(begin + name + "(" + (arguments.startsWith('=') ? arguments.mid(1) : arguments) + ")");
+  SendScintilla(SCI_CHARLEFT);
+  setFocus();
 }
 
 QString FormulaEditor::word_before_cursor() const {
@@ -201,12 +211,27 @@ void FormulaEditor::offer_names() {
   SendScintilla(SCI_AUTOCSHOW, length, list.constData());
 }
 
-// Tab goes to the next control, Escape to the dialog, unless a list of names is shown.
+QByteArray FormulaEditor::text_before_cursor() const {
+  return QByteArray(bytes(0, static_cast<int>(SendScintilla(SCI_GETCURRENTPOS))));
+}
+
+// The parameters of the call around the cursor, unless a list of names is in the way.
+void FormulaEditor::show_call_hint() {
+  const QByteArray before = text_before_cursor();
+  const auto hint = call_hint(before.toStdString(), settings_.generic);
+  if (!hint || !hasFocus()) return static_cast<void>(SendScintilla(SCI_CALLTIPCANCEL));
+  if (SendScintilla(SCI_AUTOCACTIVE) != 0) return;
+  SendScintilla(SCI_CALLTIPSHOW, static_cast<uintptr_t>(before.size()), hint->text.c_str());
+  SendScintilla(SCI_CALLTIPSETHLT, hint->begin, static_cast<intptr_t>(hint->end));
+}
+
+// Tab goes to the next control, Escape to the dialog, unless a list of names or a hint is shown.
 void FormulaEditor::keyPressEvent(QKeyEvent* event) {
   const bool is_listing = SendScintilla(SCI_AUTOCACTIVE) != 0;
   const bool leaves =
       event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab || event->key() == Qt::Key_Escape;
-  if (is_listing || !leaves) return QsciScintilla::keyPressEvent(event);
+  const bool closes_hint = event->key() == Qt::Key_Escape && SendScintilla(SCI_CALLTIPACTIVE) != 0;
+  if (is_listing || closes_hint || !leaves) return QsciScintilla::keyPressEvent(event);
   if (event->key() == Qt::Key_Escape) return event->ignore();
   QWidget::focusNextPrevChild(event->key() == Qt::Key_Tab);
 }
@@ -222,6 +247,9 @@ void FormulaEditor::changeEvent(QEvent* event) {
   setCaretForegroundColor(QApplication::palette().color(QPalette::Text));
   setSelectionBackgroundColor(QApplication::palette().color(QPalette::Highlight));
   setSelectionForegroundColor(QApplication::palette().color(QPalette::HighlightedText));
+  setCallTipsBackgroundColor(QApplication::palette().color(QPalette::ToolTipBase));
+  setCallTipsForegroundColor(QApplication::palette().color(QPalette::ToolTipText));
+  setCallTipsHighlightColor(colors_->defaultColor(FormulaColors::kFunction));
 }
 
 }  // namespace rowvane

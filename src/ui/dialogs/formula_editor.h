@@ -1,4 +1,4 @@
-// The box for a formula: colours, completion, and whether the formula can be read.
+// The box for a formula: colours, completion, hints on parameters, and whether the formula can be read.
 #pragma once
 
 #include <memory>
@@ -48,6 +48,9 @@ class FormulaEditor final : public QsciScintilla {
   std::string formula() const;
   void set_formula(const std::string& formula);
   bool is_valid() const;
+  // Puts a call of the function NAME at the cursor, with what is selected as its arguments, and begins a
+  // formula where there is none. The cursor goes to the arguments.
+  void insert_function(const QString& name);
   // The names that the word before the cursor can become.
   QStringList completions() const;
 
@@ -58,7 +61,9 @@ class FormulaEditor final : public QsciScintilla {
 
  private:
   QString word_before_cursor() const;
+  QByteArray text_before_cursor() const;
   void offer_names();
+  void show_call_hint();
 
   const CWorkSheet* table_;
   const FormulaSettings& settings_;
