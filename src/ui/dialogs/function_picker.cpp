@@ -91,7 +91,7 @@ void FunctionPicker::show_help() {
 
 void FunctionPicker::insert_function() {
   const QListWidgetItem* item = functions_->currentItem();
-  if (item != nullptr) editor_->insert_function(item->text());
+  if (item != nullptr && editor_->isEnabled()) editor_->insert_function(item->text());
 }
 
 }  // namespace rowvane
