@@ -28,7 +28,10 @@ std::string_view field_type_name(FieldType type, bool link = false);
 // An empty column for values of TYPE.
 Column make_column(FieldType type);
 
-inline constexpr uint16_t kDefaultColumnWidth = 100;  // in pixels at 96 dots an inch
+// In pixels at 96 dots an inch.
+inline constexpr uint16_t kDefaultColumnWidth = 100;
+inline constexpr uint16_t kLeastColumnWidth = 10;
+inline constexpr uint16_t kMostColumnWidth = 5000;
 
 struct Field {
   std::string name;

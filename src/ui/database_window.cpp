@@ -74,6 +74,10 @@ const CDatabaseWindow::Pane* CDatabaseWindow::current_pane() const {
   return found != panes_.end() ? &found->second : nullptr;
 }
 
+std::optional<size_t> CDatabaseWindow::current_field() const {
+  return view() != nullptr ? view()->current_field() : std::nullopt;
+}
+
 CDatabaseWindow::Pane& CDatabaseWindow::pane_of(CWorkSheet& table) {
   Pane& pane = panes_[&table];
   if (pane.view != nullptr) return pane;
@@ -133,12 +137,12 @@ void CDatabaseWindow::report(ErrorCode error) {
 
 void CDatabaseWindow::insert_field() {
   if (current_table_ == nullptr) return;
-  const size_t before = view()->current_field().value_or(current_table_->field_count());
+  const size_t before = current_field().value_or(current_table_->field_count());
   CFieldDlg(*document_, *current_table_, std::nullopt, before, settings_, dialogs_, this).exec();
 }
 
 void CDatabaseWindow::field_properties() {
-  const auto field = view() != nullptr ? view()->current_field() : std::nullopt;
+  const auto field = current_field();
   if (field) CFieldDlg(*document_, *current_table_, field, *field, settings_, dialogs_, this).exec();
 }
 
@@ -147,7 +151,7 @@ void CDatabaseWindow::edit_drop_down_lists() {
 }
 
 void CDatabaseWindow::rename_field() {
-  const auto field = view() != nullptr ? view()->current_field() : std::nullopt;
+  const auto field = current_field();
   if (!field) return;
   const auto name =
       dialogs_.ask_text(tr("Rename Field"), tr("Name:"), to_qt(current_table_->field(*field).name));
@@ -163,7 +167,7 @@ void CDatabaseWindow::rename_field() {
 }
 
 void CDatabaseWindow::delete_field() {
-  const auto field = view() != nullptr ? view()->current_field() : std::nullopt;
+  const auto field = current_field();
   if (!field ||
       !dialogs_.ask("Delete the field \"" + current_table_->field(*field).name + "\" and its values?"))
     return;
@@ -171,7 +175,7 @@ void CDatabaseWindow::delete_field() {
 }
 
 void CDatabaseWindow::hide_field() {
-  const auto field = view() != nullptr ? view()->current_field() : std::nullopt;
+  const auto field = current_field();
   if (!field) return;
   Field definition = current_table_->field(*field);
   definition.hidden = true;
@@ -188,15 +192,15 @@ void CDatabaseWindow::show_all_fields() {
 }
 
 void CDatabaseWindow::encrypt_fields() {
-  if (CCellvaneView* grid = view())
-    change_field_encryption(CFieldEncryptionDlg::Use::kEncrypt, *document_, *current_table_,
-                            grid->current_field(), dialogs_, this);
+  if (current_table_ != nullptr)
+    change_field_encryption(CFieldEncryptionDlg::Use::kEncrypt, *document_, *current_table_, current_field(),
+                            dialogs_, this);
 }
 
 void CDatabaseWindow::decrypt_fields() {
-  if (CCellvaneView* grid = view())
-    change_field_encryption(CFieldEncryptionDlg::Use::kDecrypt, *document_, *current_table_,
-                            grid->current_field(), dialogs_, this);
+  if (current_table_ != nullptr)
+    change_field_encryption(CFieldEncryptionDlg::Use::kDecrypt, *document_, *current_table_, current_field(),
+                            dialogs_, this);
 }
 
 void CDatabaseWindow::edit_record_flag_types() {
@@ -227,8 +231,7 @@ void CDatabaseWindow::present() {
 }
 
 void CDatabaseWindow::set_filter() {
-  CCellvaneView* grid = view();
-  const auto field = grid != nullptr ? grid->current_field() : std::nullopt;
+  const auto field = current_field();
   if (!field) return;
   const FieldFilterContext context{*current_table_, document_->database().settings(),
                                    document_->formula_settings(), document_->recent_texts()};
@@ -242,7 +245,7 @@ void CDatabaseWindow::set_filter() {
   if (dialog.options().search_now) {
     present();
   } else {
-    grid->show_criteria();
+    view()->show_criteria();
   }
 }
 
@@ -255,7 +258,7 @@ void CDatabaseWindow::filter_by(const std::map<size_t, Criterion>& filters) {
 }
 
 void CDatabaseWindow::clear_filter() {
-  const auto field = view() != nullptr ? view()->current_field() : std::nullopt;
+  const auto field = current_field();
   if (!field) return;
   document_->criteria().clear(*current_table_, *field);
   present();
@@ -263,10 +266,9 @@ void CDatabaseWindow::clear_filter() {
 
 // The value that the current cell holds becomes the criterion of its field.
 void CDatabaseWindow::find_by_value() {
-  CCellvaneView* grid = view();
-  const auto field = grid != nullptr ? grid->current_field() : std::nullopt;
-  if (!field || !grid->currentIndex().isValid()) return;
-  const uint32_t record = grid->model().record_at(grid->currentIndex().row());
+  const auto field = current_field();
+  if (!field || !view()->currentIndex().isValid()) return;
+  const uint32_t record = view()->model().record_at(view()->currentIndex().row());
   const std::string text = current_table_->value_text(record, *field);
   const bool equal = current_table_->field(*field).type == FieldType::kNumber ||
                      current_table_->field(*field).type == FieldType::kText;
@@ -283,9 +285,9 @@ void CDatabaseWindow::show_all_records() {
 }
 
 void CDatabaseWindow::sort_by_current_field(bool descending, bool with_shift) {
-  Pane* pane = current_pane();
-  const auto field = pane != nullptr ? pane->view->current_field() : std::nullopt;
+  const auto field = current_field();
   if (!field) return;
+  Pane* pane = current_pane();
   const ErrorCode error = sort_by_field(pane->presentation->sort_codes(), *field, descending, with_shift);
   if (error != ErrorCode::kOk) return report(error);
   present();

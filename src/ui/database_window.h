@@ -82,6 +82,8 @@ class CDatabaseWindow final : public QWidget {
   Pane& pane_of(CWorkSheet& table);
   Pane* current_pane();
   const Pane* current_pane() const;
+  // Of the table in view.
+  std::optional<size_t> current_field() const;
   // Works out the shown records of the table in view and shows them.
   void present();
   void report(ErrorCode error);

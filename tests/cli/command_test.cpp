@@ -77,16 +77,17 @@ TEST_F(CommandTest, ShowPrintsTableCsvAndJson) {
 TEST_F(CommandTest, InfoNamesTablesAndFields) {
   const std::string database = make_shop();
   EXPECT_THAT(output({"info", database}), HasSubstr("sales/orders: 1 record, 2 fields\n  Fruit  [Text]\n"));
-  EXPECT_EQ(output({"--json", "info", database, "sales/orders"}),
-            "{\"tables\": [{\"path\": \"sales/orders\", \"records\": 1, \"fields\": [{\"name\": \"Fruit\", "
-            "\"type\": "
-            "\"Text\", \"link\": false, \"formula\": \"\", \"validation\": \"\", \"default\": \"\", "
-            "\"format\": \"\", "
-            "\"encrypted\": false}, {\"name\": \"Pieces\", \"type\": \"Number\", \"link\": false, "
-            "\"formula\": \"\", "
-            "\"validation\": \"\", \"default\": \"\", \"format\": \"\", \"encrypted\": false}]}], "
-            "\"format\": \"rvb\", "
-            "\"container\": \"zip64\", \"protected\": false}\n");
+  EXPECT_EQ(
+      output({"--json", "info", database, "sales/orders"}),
+      "{\"tables\": [{\"path\": \"sales/orders\", \"records\": 1, \"fields\": [{\"name\": \"Fruit\", "
+      "\"type\": "
+      "\"Text\", \"link\": false, \"formula\": \"\", \"validation\": \"\", \"default\": \"\", "
+      "\"format\": \"\", \"width\": 100, "
+      "\"encrypted\": false}, {\"name\": \"Pieces\", \"type\": \"Number\", \"link\": false, "
+      "\"formula\": \"\", "
+      "\"validation\": \"\", \"default\": \"\", \"format\": \"\", \"width\": 100, \"encrypted\": false}]}], "
+      "\"format\": \"rvb\", "
+      "\"container\": \"zip64\", \"protected\": false}\n");
 }
 
 TEST_F(CommandTest, RecordsAreSetInsertedAndDeleted) {
@@ -272,6 +273,15 @@ TEST_F(CommandTest, CalculatedFieldsFollowEdits) {
               HasSubstr("Price -> Gross -> Price"));
   EXPECT_EQ(rvb({"field", shop, "fruit", "add", "Memo", "--type", "longtext", "--formula", "=1"}).status, 1);
   EXPECT_EQ(rvb({"recalc", shop, "nosuch"}).status, 1);
+}
+
+TEST_F(CommandTest, WidthsOfFields) {
+  const std::string shop = make_shop();
+  output({"field", shop, "fruit", "change", "Price", "--width", "75"});
+  EXPECT_THAT(output({"--json", "info", shop, "fruit"}),
+              testing::ContainsRegex("\"Name\".*\"width\": 100.*\"Price\".*\"width\": 75"));
+  for (const char* width : {"9", "5001", "wide"})
+    EXPECT_EQ(rvb({"field", shop, "fruit", "change", "Price", "--width", width}).status, 2) << width;
 }
 
 TEST_F(CommandTest, DisplayFormats) {

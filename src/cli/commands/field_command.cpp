@@ -21,6 +21,7 @@ struct FieldArguments {
   std::optional<std::string> formula;
   std::optional<std::string> validation;
   std::optional<std::string> format;
+  std::optional<uint16_t> width;
   SaveOptions save;
   TextOptions text;
 };
@@ -73,6 +74,7 @@ int read_arguments(const FieldArguments& arguments, Field& field) {
     field.link = type.link;
   }
   if (arguments.default_value) field.default_value = *arguments.default_value;
+  if (arguments.width) field.width = *arguments.width;
   read_formula(arguments.formula, field.formula);
   read_formula(arguments.validation, field.validation);
   return read_format(arguments.format, field);
@@ -180,6 +182,8 @@ void add_field_command(CLI::App& app, CommandContext& context) {
   command->add_option("--format", arguments->format,
                       "How numbers are shown: default, general, currency, accounting, date, time, date/time, "
                       "percent, fraction or scientific with options, or a format code (doc/formats.md)");
+  command->add_option("--width", arguments->width, "How wide the window shows it, in pixels")
+      ->check(CLI::Range(kLeastColumnWidth, kMostColumnWidth));
   arguments->save.add_to(*command);
   arguments->text.add_to(*command, true);
   command->callback([&context, arguments] {

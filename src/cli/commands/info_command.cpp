@@ -45,6 +45,7 @@ void append_json_field(const Field& field, std::string& out) {
     out += ", ";
     append_json_member(key, *text, out);
   }
+  out += ", \"width\": " + std::to_string(field.width);
   out += field.encrypted ? ", \"encrypted\": true}" : ", \"encrypted\": false}";
 }
 

@@ -221,7 +221,8 @@ void CCellvaneView::unfreeze() {
 void CCellvaneView::keep_width(int place) {
   const auto field = static_cast<size_t>(layout_.field_at(place));
   Field definition = table().field(field);
-  definition.width = static_cast<uint16_t>(std::clamp(layout_.width(place) * 100 / zoom_, 10, 5000));
+  definition.width = static_cast<uint16_t>(
+      std::clamp<int>(layout_.width(place) * 100 / zoom_, kLeastColumnWidth, kMostColumnWidth));
   if (definition.width != table().field(field).width) report(table().change_field(field, definition));
   lay_out();
 }
