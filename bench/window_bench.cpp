@@ -7,7 +7,8 @@
 // long: a grid of 12,582,912 records of 12 fields is scrolled from end to end, page by page; wide: one of
 // 100,000 records of 2,000 fields, sideways. With EVERY only each EVERY-th page is shown. A picture is all
 // that happens from a step of the scroll bar until the window is drawn: cells, heads and record numbers, 1280
-// by 800 pixels, without a screen.
+// by 800 pixels, without a screen. The pages that took more than kGoalMs are shown once more at the end: what
+// a page costs is the same then, what else the machine did is not.
 #include <QApplication>
 #include <QScrollBar>
 #include <algorithm>
@@ -110,8 +111,12 @@ std::unique_ptr<CWorkSheet> make_table(size_t fields, uint32_t records) {
 
 // ---- the pictures
 
+constexpr double kGoalMs = 16;
+
 struct Figures {
-  std::vector<double> pictures;          // milliseconds
+  std::vector<double> pictures;  // milliseconds
+  size_t over_goal = 0;
+  double worst_again = 0;                // of those over the goal, shown once more; milliseconds
   double worst_cpu = 0;                  // milliseconds of processor time, of all threads together
   double before = 0, with = 0, end = 0;  // megabytes
 };
@@ -134,16 +139,24 @@ Figures scroll(CWorkSheet& table, DatabaseDocument& document, Qt::Orientation di
   figures.with = resident_megabytes();
   QScrollBar* bar = direction == Qt::Vertical ? view.verticalScrollBar() : view.horizontalScrollBar();
   const int64_t page = int64_t{bar->pageStep()} * every;
-  for (int64_t at = page;; at += page) {
-    const int to = static_cast<int>(std::min<int64_t>(at, bar->maximum()));
-    const std::clock_t cpu = std::clock();
-    figures.pictures.push_back(timed_ms([&] {
-      bar->setValue(to);
+  const auto show = [&](int64_t at) {
+    return timed_ms([&] {
+      bar->setValue(static_cast<int>(std::min<int64_t>(at, bar->maximum())));
       QApplication::processEvents();
-    }));
+    });
+  };
+  std::vector<int64_t> slow;
+  for (int64_t at = page; at < bar->maximum() + page; at += page) {
+    const std::clock_t cpu = std::clock();
+    figures.pictures.push_back(show(at));
     figures.worst_cpu =
         std::max(figures.worst_cpu, 1e3 * static_cast<double>(std::clock() - cpu) / CLOCKS_PER_SEC);
-    if (to == bar->maximum()) break;
+    if (figures.pictures.back() > kGoalMs) slow.push_back(at);
+  }
+  figures.over_goal = slow.size();
+  for (const int64_t at : slow) {
+    show(at - page);
+    figures.worst_again = std::max(figures.worst_again, show(at));
   }
   figures.end = resident_megabytes();
   return figures;
@@ -157,10 +170,10 @@ void print(const char* name, Figures figures) {
   const auto rank = static_cast<size_t>(std::ceil(static_cast<double>(count) * 0.999)) - 1;
   std::printf(
       "{\"table\": \"%s\", \"pages\": %zu, \"worst_ms\": %.3f, \"p999_ms\": %.3f, \"mean_ms\": %.3f, "
-      "\"worst_cpu_ms\": %.3f, "
+      "\"worst_cpu_ms\": %.3f, \"over_goal\": %zu, \"worst_again_ms\": %.3f, "
       "\"mb_before\": %.1f, \"mb_with_window\": %.1f, \"mb_at_end\": %.1f}\n",
       name, count, figures.pictures.back(), figures.pictures[rank], sum / static_cast<double>(count),
-      figures.worst_cpu, figures.before, figures.with, figures.end);
+      figures.worst_cpu, figures.over_goal, figures.worst_again, figures.before, figures.with, figures.end);
 }
 
 void run(const char* name, size_t fields, uint32_t records, Qt::Orientation direction, int every) {
