@@ -42,23 +42,15 @@ std::vector<OpenBracket> open_brackets(std::string_view formula, const FormulaSe
   return open;
 }
 
-std::vector<std::string_view> parameter_names(const DocumentationEntry& entry) {
-  std::vector<std::string_view> names;
-  for (const char* next = entry.parameters; *next != '\0'; next += names.back().size() + 1)
-    names.emplace_back(next);
-  return names;
-}
-
 CallHint hint_of(const DocumentationEntry& entry, size_t argument) {
   const std::vector<std::string_view> names = parameter_names(entry);
-  const std::string_view current = parameter_hint(entry.name, argument);
+  const std::optional<size_t> current = parameter_of(entry, argument);
   CallHint hint{.text = std::string(entry.name) + "("};
   for (size_t i = 0; i < names.size(); ++i) {
     if (i > 0) hint.text += ", ";
-    const bool is_current = i == argument || (i + 1 == names.size() && argument > i && !current.empty());
-    if (is_current) hint.begin = hint.text.size();
+    if (i == current) hint.begin = hint.text.size();
     hint.text += names[i];
-    if (is_current) hint.end = hint.text.size();
+    if (i == current) hint.end = hint.text.size();
   }
   hint.text += ")";
   return hint;

@@ -106,18 +106,25 @@ std::string_view help_text(std::string_view name) {
   return entry != nullptr ? std::string_view(entry->help) : std::string_view();
 }
 
+std::vector<std::string_view> parameter_names(const DocumentationEntry& entry) {
+  std::vector<std::string_view> names;
+  for (const char* next = entry.parameters; *next != '\0'; next += names.back().size() + 1)
+    names.emplace_back(next);
+  return names;
+}
+
+std::optional<size_t> parameter_of(const DocumentationEntry& entry, size_t argument) {
+  const size_t count = parameter_names(entry).size();
+  if (argument < count) return argument;
+  const bool variadic = (entry.flags >> 16 & 1) != 0;
+  return variadic && count > 0 ? std::optional(count - 1) : std::nullopt;
+}
+
 std::string_view parameter_hint(std::string_view name, size_t argument) {
   const DocumentationEntry* entry = find_documentation(name);
   if (entry == nullptr) return {};
-  const bool variadic = (entry->flags >> 16 & 1) != 0;
-  std::string_view hint;
-  const char* next = entry->parameters;
-  for (size_t i = 0; i <= argument; ++i) {
-    if (*next == '\0') return variadic ? hint : std::string_view();
-    hint = next;
-    next += hint.size() + 1;
-  }
-  return hint;
+  const auto parameter = parameter_of(*entry, argument);
+  return parameter ? parameter_names(*entry)[*parameter] : std::string_view();
 }
 
 }  // namespace rowvane

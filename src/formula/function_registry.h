@@ -96,8 +96,12 @@ std::vector<const DocumentationEntry*> documented_functions(FunctionCategory cat
 const DocumentationEntry* find_documentation(std::string_view name);
 // Empty for a name that is not documented.
 std::string_view help_text(std::string_view name);
-// The name of the parameter ARGUMENT, counted from 0, of the function NAME; behind the last one it repeats
-// for a function with a variable number of arguments, otherwise there is none.
+// The names of the parameters, as long as the entry stands.
+std::vector<std::string_view> parameter_names(const DocumentationEntry& entry);
+// The place among them of the one that ARGUMENT, counted from 0, is for: behind the last one it repeats for a
+// function with a variable number of arguments, otherwise there is none.
+std::optional<size_t> parameter_of(const DocumentationEntry& entry, size_t argument);
+// The name of that parameter of the function NAME; empty for none.
 std::string_view parameter_hint(std::string_view name, size_t argument);
 
 }  // namespace rowvane

@@ -120,4 +120,8 @@ void set_dark_colors(bool dark) {
   QApplication::setPalette(palette_of(dark ? kDark : kLight));
 }
 
+bool is_dark(const QColor& ground) {
+  return ground.lightness() < 128;
+}
+
 }  // namespace rowvane

@@ -11,16 +11,13 @@
 #include "formula/formula_hooks.h"
 #include "formula/function_registry.h"
 #include "ui/text.h"
+#include "ui/theme.h"
 
 namespace rowvane {
 namespace {
 
 constexpr char kNameSeparator = '\n';
 constexpr int kMostOfferedNames = 200;
-
-bool is_dark() {
-  return QApplication::palette().color(QPalette::Base).lightness() < 128;
-}
 
 FormulaColors::Style style_of(const Token& token) {
   switch (token.kind) {
@@ -74,7 +71,7 @@ QString FormulaColors::description(int style) const {
 }
 
 QColor FormulaColors::defaultColor(int style) const {
-  const bool dark = is_dark();
+  const bool dark = is_dark(QApplication::palette().color(QPalette::Base));
   switch (style) {
     case kNumber:
       return dark ? QColor(0xE8B878) : QColor(0x8A4B08);

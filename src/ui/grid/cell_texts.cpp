@@ -7,6 +7,7 @@
 
 #include "core/utf8.h"
 #include "ui/text.h"
+#include "ui/theme.h"
 
 namespace rowvane {
 namespace {
@@ -30,7 +31,7 @@ std::optional<QColor> format_color(uint8_t number, const QColor& base) {
   if (number == 0 || number > kLastFormatColor) return std::nullopt;
   constexpr int kLeastDistance = 90;
   QColor color = QColor::fromRgb(kFormatColors[number - 1u]);
-  const bool dark_ground = base.lightness() < 128;
+  const bool dark_ground = is_dark(base);
   const int ground = base.lightness();
   if (dark_ground && color.lightness() < ground + kLeastDistance) {
     color.setHsl(color.hslHue(), color.hslSaturation(), std::min(ground + kLeastDistance + 30, 255));

@@ -3,6 +3,7 @@
 #include <QPainter>
 
 #include "ui/grid/cellvane_view.h"
+#include "ui/theme.h"
 
 namespace rowvane {
 namespace {
@@ -119,7 +120,7 @@ void CCellvaneView::draw_cross(QPainter& painter, std::pair<int, int> rows,
     region += QRect(layout_.left(place), top, layout_.width(place) - 1, bottom - top);
   }
   // Bright colours would outshine the texts on a dark ground.
-  const float strength = palette().color(QPalette::Base).lightness() < 128 ? 0.3F : 1.0F;
+  const float strength = is_dark(palette().color(QPalette::Base)) ? 0.3F : 1.0F;
   const QColor color =
       with_alpha(QColor::fromRgb(cross.color), strength * static_cast<float>(cross.contrast) / 100.0F);
   for (const QRect& rect : region) painter.fillRect(rect, color);

@@ -12,6 +12,8 @@
 #include <Qsci/qscilexersql.h>
 #include <Qsci/qscilexerxml.h>
 
+#include "ui/theme.h"
+
 namespace rowvane {
 namespace {
 
@@ -111,7 +113,7 @@ void CodeEditor::set_language(CodeLanguage language) {
 
 void CodeEditor::show_lexer(QsciLexer* lexer) {
   const QColor ground = palette().color(QPalette::Base);
-  const bool on_dark = ground.lightness() < 128;
+  const bool on_dark = is_dark(ground);
   lexer->setDefaultPaper(ground);
   lexer->setDefaultColor(palette().color(QPalette::Text));
   lexer->setDefaultFont(fixed_);
