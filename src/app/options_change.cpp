@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "formula/recalculation.h"
+#include "platform/ascii.h"
 
 namespace rowvane {
 namespace {
@@ -69,9 +70,7 @@ std::optional<std::vector<std::string>> parse_extensions(std::string_view text) 
       return std::string_view("*?.\"/\\:<>|").find(c) != std::string_view::npos;
     };
     if (word.empty() || std::ranges::any_of(word, is_bad)) return std::nullopt;
-    std::ranges::transform(word, word.begin(), [](char c) {
-      return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-    });
+    word = ascii::to_lower(word);
     if (std::ranges::find(all, word) == all.end()) all.push_back(std::move(word));
   }
   return all;

@@ -8,18 +8,13 @@
 
 #include "core/limits.h"
 #include "core/utf8.h"
+#include "platform/ascii.h"
 
 namespace rowvane::profile {
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
 constexpr size_t kMaxWords = 1'000;
-
-std::string lower(std::string_view text) {
-  std::string result(text);
-  for (char& c : result) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  return result;
-}
 
 std::string_view trim(std::string_view text) {
   const size_t first = text.find_first_not_of(kBlanks);
@@ -42,7 +37,7 @@ std::string flag_text(bool value) {
 }
 
 std::optional<bool> parse_flag(std::string_view text) {
-  const std::string word = lower(trim(text));
+  const std::string word = ascii::to_lower(trim(text));
   if (word == "true" || word == "yes" || word == "on" || word == "1") return true;
   if (word == "false" || word == "no" || word == "off" || word == "0") return false;
   return std::nullopt;
@@ -119,7 +114,7 @@ std::optional<std::vector<std::string>> parse_words(std::string_view text) {
         words.size() == kMaxWords) {
       return std::nullopt;
     }
-    words.push_back(lower(word));
+    words.push_back(ascii::to_lower(word));
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include "cli/report.h"
 #include "core/file_error.h"
+#include "core/utf8.h"
 #include "platform/environment_variables.h"
 #include "platform/file.h"
 #include "platform/terminal.h"
@@ -10,8 +11,6 @@ namespace rowvane::cli {
 namespace {
 
 constexpr uint64_t kMaxPasswordFile = 65'536;
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
 std::string_view first_line(std::string_view text) {
   if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
   return text.substr(0, text.find_first_of("\r\n"));

@@ -53,6 +53,10 @@ int fail(Status status) {
              : fail("status 21: the file can't be opened or the table can't be created");
 }
 
+int done(ErrorCode error) {
+  return error == ErrorCode::kOk ? kDone : fail(error);
+}
+
 int fail_usage(std::string_view text) {
   print(text);
   return kWrongArguments;

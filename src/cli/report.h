@@ -20,6 +20,8 @@ int fail(ErrorCode error);
 int fail(MessageId message);
 int fail(Status status);
 int fail(std::string_view text);
+// kDone when ERROR is kOk, else as fail.
+int done(ErrorCode error);
 // The same for arguments that are wrong: answers kWrongArguments.
 int fail_usage(std::string_view text);
 

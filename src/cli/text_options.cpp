@@ -6,19 +6,14 @@
 #include <CLI/CLI.hpp>
 
 #include "exchange/text_settings_dialog.h"
+#include "platform/ascii.h"
 
 namespace rowvane::cli {
 namespace {
 
-std::string lower(std::string_view text) {
-  std::string result(text);
-  for (char& c : result) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  return result;
-}
-
 std::string apply_separator(const std::string& text, TextFileSettings& settings) {
   TextSettingsControls controls = show_text_settings(settings);
-  const std::string name = lower(text);
+  const std::string name = ascii::to_lower(text);
   const auto* listed = std::find(kSeparatorListTexts.begin(), kSeparatorListTexts.end(), name);
   if (name == "none") {
     controls.separator = kNoSeparator;
@@ -43,7 +38,7 @@ std::string apply_widths(const std::string& text, TextFileSettings& settings) {
 }
 
 std::string apply_quote(const std::string& text, TextFileSettings& settings) {
-  const bool quoting = lower(text) != "none";
+  const bool quoting = ascii::to_lower(text) != "none";
   if (quoting && text.size() != 1) return "--quote takes one character or none";
   settings.set(settings.flags, TextFileSettings::kQuoting, quoting);
   if (quoting) settings.quoting_symbol = static_cast<uint8_t>(text[0]);
@@ -51,7 +46,7 @@ std::string apply_quote(const std::string& text, TextFileSettings& settings) {
 }
 
 std::string apply_encoding(const std::string& text, TextFileSettings& settings) {
-  const std::string name = lower(text);
+  const std::string name = ascii::to_lower(text);
   std::optional<uint8_t> encoding;
   if (name == "utf-8" || name == "utf8") {
     encoding = TextFileSettings::kUtf8;
@@ -73,7 +68,7 @@ std::string apply_encoding(const std::string& text, TextFileSettings& settings) 
 
 std::string apply_types(const std::vector<std::string>& types, TextFileSettings& settings) {
   for (size_t i = 0; i < types.size() && i < settings.column_options.size(); ++i) {
-    const std::string type = lower(types[i]);
+    const std::string type = ascii::to_lower(types[i]);
     uint8_t choice = TextFileSettings::kAuto;
     if (type == "text") {
       choice = TextFileSettings::kText;

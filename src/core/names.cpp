@@ -5,18 +5,11 @@
 #include <unordered_set>
 
 #include "core/utf8.h"
+#include "platform/ascii.h"
 #include "platform/characters.h"
 
 namespace rowvane {
 namespace {
-
-char lower_ascii(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-}
-
-bool is_control(char c) {
-  return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
-}
 
 bool is_forbidden_in_file_names(char c) {
   return std::string_view("\\/:*?\"<>|").find(c) != std::string_view::npos;
@@ -36,20 +29,20 @@ bool starts_with_letter(std::string_view name) {
 
 bool same_name(std::string_view a, std::string_view b) {
   if (a == b) return true;
-  if (is_ascii(a) && is_ascii(b)) return std::ranges::equal(a, b, {}, lower_ascii, lower_ascii);
+  if (is_ascii(a) && is_ascii(b)) return ascii::equal_ignoring_case(a, b);
   return platform::fold_case(a) == platform::fold_case(b);
 }
 
 bool is_valid_field_name(std::string_view name) {
   return name.size() <= kMaxNameBytes && is_valid_utf8(name) && starts_with_letter(name) &&
-         std::none_of(name.begin(), name.end(), is_control);
+         std::none_of(name.begin(), name.end(), ascii::is_control);
 }
 
 bool is_valid_table_name(std::string_view name) {
   if (name.empty() || name.size() > kMaxTableNameBytes || !is_valid_utf8(name)) return false;
   if (name.front() == ' ' || name.back() == ' ' || name.front() == '.' || name.back() == '.') return false;
   return std::none_of(name.begin(), name.end(),
-                      [](char c) { return is_control(c) || is_forbidden_in_file_names(c); });
+                      [](char c) { return ascii::is_control(c) || is_forbidden_in_file_names(c); });
 }
 
 bool is_reserved_name(std::string_view name) {
@@ -60,26 +53,27 @@ bool is_reserved_name(std::string_view name) {
 
 bool is_valid_file_name(std::string_view name) {
   if (name.empty() || name.size() > kMaxFileNameBytes || name == "." || name == "..") return false;
-  return is_valid_utf8(name) &&
-         std::none_of(name.begin(), name.end(), [](char c) { return is_control(c) || is_file_list_mark(c); });
+  return is_valid_utf8(name) && std::none_of(name.begin(), name.end(), [](char c) {
+           return ascii::is_control(c) || is_file_list_mark(c);
+         });
 }
 
 bool is_valid_shortcut(std::string_view path) {
-  return is_valid_utf8(path) && std::none_of(path.begin(), path.end(), is_control);
+  return is_valid_utf8(path) && std::none_of(path.begin(), path.end(), ascii::is_control);
 }
 
 std::string repair_file_name(std::string_view name) {
   std::string repaired = is_valid_utf8(name) ? std::string(name) : repair_utf8(name);
   repaired = truncate_bytes(repaired, kMaxFileNameBytes);
   for (char& c : repaired) {
-    if (is_control(c) || is_file_list_mark(c)) c = '_';
+    if (ascii::is_control(c) || is_file_list_mark(c)) c = '_';
   }
   return is_valid_file_name(repaired) ? repaired : "_" + repaired;
 }
 
 std::string repair_field_name(std::string_view heading, size_t column) {
   std::string name = is_valid_utf8(heading) ? std::string(heading) : repair_utf8(heading);
-  std::replace_if(name.begin(), name.end(), is_control, ' ');
+  std::replace_if(name.begin(), name.end(), ascii::is_control, ' ');
   name = truncate_bytes(name, kMaxNameBytes);
   if (name.empty()) return "field" + std::to_string(column);
   if (starts_with_letter(name)) return name;
@@ -104,7 +98,7 @@ std::string repair_table_name(std::string_view name) {
   repaired =
       truncate_bytes(repaired, kMaxTableNameBytes - 1);  // leaves a byte for the "_" of a reserved name
   for (char& c : repaired) {
-    if (is_control(c) || is_forbidden_in_file_names(c)) c = '_';
+    if (ascii::is_control(c) || is_forbidden_in_file_names(c)) c = '_';
   }
   while (!repaired.empty() && (repaired.back() == ' ' || repaired.back() == '.')) repaired.pop_back();
   const size_t start = repaired.find_first_not_of(" .");

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "platform/ascii.h"
+
 namespace rowvane {
 namespace {
 
@@ -9,18 +11,6 @@ namespace {
 constexpr std::array<std::string_view, 7> kErrorNames = {"#VALUE!",  "#NAME?", "#REF!",   "#NULL!",
                                                          "#MEMORY!", "#DATA!", "#SYNTAX!"};
 constexpr std::string_view kNotAvailableName = "#N/A!";
-
-char upper(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
-bool equals_ignoring_case(std::string_view text, std::string_view capitals) {
-  if (text.size() != capitals.size()) return false;
-  for (size_t i = 0; i < text.size(); ++i) {
-    if (upper(text[i]) != capitals[i]) return false;
-  }
-  return true;
-}
 
 }  // namespace
 
@@ -32,9 +22,10 @@ std::string_view formula_error_text(FormulaError error) {
 
 FormulaError formula_error_named(std::string_view text) {
   for (size_t i = 0; i < kErrorNames.size(); ++i) {
-    if (equals_ignoring_case(text, kErrorNames[i])) return static_cast<FormulaError>(32 * (i + 1));
+    if (ascii::equal_ignoring_case(text, kErrorNames[i])) return static_cast<FormulaError>(32 * (i + 1));
   }
-  return equals_ignoring_case(text, kNotAvailableName) ? FormulaError::kNotAvailable : FormulaError::kNone;
+  return ascii::equal_ignoring_case(text, kNotAvailableName) ? FormulaError::kNotAvailable
+                                                             : FormulaError::kNone;
 }
 
 }  // namespace rowvane

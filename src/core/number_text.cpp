@@ -6,14 +6,12 @@
 #include <cstdint>
 #include <cstring>
 
+#include "platform/ascii.h"
+
 namespace rowvane {
 namespace {
 
 constexpr size_t kMaxNumberText = 400;  // longer digit runs are no numbers that anybody computes with
-
-bool is_digit(char c) {
-  return c >= '0' && c <= '9';
-}
 
 std::string_view trim_blanks(std::string_view text) {
   while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
@@ -33,7 +31,7 @@ struct NumberParts {
 // Takes the digits at the front of REST.
 std::string_view take_digits(std::string_view& rest) {
   size_t n = 0;
-  while (n < rest.size() && is_digit(rest[n])) ++n;
+  while (n < rest.size() && ascii::is_digit(rest[n])) ++n;
   const std::string_view digits = rest.substr(0, n);
   rest.remove_prefix(n);
   return digits;
@@ -148,7 +146,7 @@ int parse_short_number(const char* first, const char* last, double& number) {
   uint64_t mantissa = 0;
   const char* point = nullptr;
   for (const char* p = digits; p < last; ++p) {
-    if (is_digit(*p)) {
+    if (ascii::is_digit(*p)) {
       mantissa = mantissa * 10 + static_cast<uint64_t>(*p - '0');
     } else if (*p == '.' && point == nullptr) {
       point = p;
@@ -159,7 +157,7 @@ int parse_short_number(const char* first, const char* last, double& number) {
   const auto length = last - digits - (point != nullptr ? 1 : 0);
   if (length == 0) return 0;
   if (length > 15) return -1;
-  if (*digits == '0' && digits + 1 < last && is_digit(digits[1])) return 0;
+  if (*digits == '0' && digits + 1 < last && ascii::is_digit(digits[1])) return 0;
   double value = static_cast<double>(mantissa);
   if (point != nullptr) value /= kPowers[last - point - 1];
   number = negative ? -value : value;

@@ -3,13 +3,10 @@
 #include <algorithm>
 
 #include "core/utf8.h"
+#include "platform/ascii.h"
 
 namespace rowvane {
 namespace {
-
-bool is_control(char c) {
-  return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
-}
 
 // Calls `renumber` with the field of each expression and brings the expressions into order again.
 template <typename Renumber>
@@ -26,7 +23,7 @@ void renumber_fields(std::vector<SearchKey>& keys, const Renumber& renumber) {
 
 bool is_valid_search_key_name(std::string_view name) {
   return name.size() <= kMaxBufferBytes && name.find_first_not_of(' ') != std::string_view::npos &&
-         is_valid_utf8(name) && std::ranges::none_of(name, is_control);
+         is_valid_utf8(name) && std::ranges::none_of(name, ascii::is_control);
 }
 
 bool is_stored_criterion(std::string_view criterion) {

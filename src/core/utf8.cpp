@@ -7,12 +7,12 @@ namespace {
 
 using platform::kReplacementCharacter;
 
-unsigned char byte_at(std::string_view text, size_t i) {
+unsigned char unsigned_at(std::string_view text, size_t i) {
   return static_cast<unsigned char>(text[i]);
 }
 
 bool is_continuation(std::string_view text, size_t i) {
-  return i < text.size() && (byte_at(text, i) & 0xC0) == 0x80;
+  return i < text.size() && (unsigned_at(text, i) & 0xC0) == 0x80;
 }
 
 // Length of the well-formed sequence at POSITION, or 0.
@@ -105,7 +105,7 @@ std::string repair_utf8(std::string_view text) {
       i += length;
       continue;
     }
-    const unsigned char byte = byte_at(text, i++);
+    const unsigned char byte = unsigned_at(text, i++);
     append_character(byte < 0xA0 ? kCodePage1252[byte - 0x80] : byte, out);
   }
   return out;

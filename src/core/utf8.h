@@ -7,6 +7,9 @@
 
 namespace rowvane {
 
+// What may stand at the beginning of a UTF-8 text to tell its encoding.
+inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
 // True when TEXT is well-formed UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF.
 bool is_valid_utf8(std::string_view text);
 bool is_ascii(std::string_view text);

@@ -22,23 +22,23 @@ std::string tag_of(std::string_view salt, std::string_view sealed) {
 
 }  // namespace
 
-std::string encode_field_header(const FieldHeader& header) {
+std::string encode_field_header(const EncryptedFieldHeader& header) {
   std::string bytes{kHeaderVersion, static_cast<char>(header.plain_type)};
   return base64_encode(bytes + header.salt + header.iv + header.check);
 }
 
-std::optional<FieldHeader> decode_field_header(std::string_view text) {
+std::optional<EncryptedFieldHeader> decode_field_header(std::string_view text) {
   constexpr size_t kLead = 2;
   const auto bytes = base64_decode(text);
   if (!bytes || bytes->size() != kLead + kSaltBytes + kVectorBytes + kCheckText.size()) return std::nullopt;
   const auto type = static_cast<uint8_t>((*bytes)[1]);
   if ((*bytes)[0] != kHeaderVersion || !is_field_type(type)) return std::nullopt;
-  return FieldHeader{static_cast<FieldType>(type), bytes->substr(kLead, kSaltBytes),
-                     bytes->substr(kLead + kSaltBytes, kVectorBytes),
-                     bytes->substr(kLead + kSaltBytes + kVectorBytes)};
+  return EncryptedFieldHeader{static_cast<FieldType>(type), bytes->substr(kLead, kSaltBytes),
+                              bytes->substr(kLead + kSaltBytes, kVectorBytes),
+                              bytes->substr(kLead + kSaltBytes + kVectorBytes)};
 }
 
-ErrorCode make_field_header(const Secret& password, FieldType plain_type, FieldHeader& header) {
+ErrorCode make_field_header(const Secret& password, FieldType plain_type, EncryptedFieldHeader& header) {
   RandomSource random;
   header.plain_type = plain_type;
   header.check = kCheckText;
@@ -51,7 +51,7 @@ ErrorCode make_field_header(const Secret& password, FieldType plain_type, FieldH
   return error == ErrorCode::kOk ? cipher.run(header.check) : error;
 }
 
-ErrorCode field_key(const Secret& password, const FieldHeader& header, Secret& key) {
+ErrorCode field_key(const Secret& password, const EncryptedFieldHeader& header, Secret& key) {
   ErrorCode error = derive_key(password, header.salt, key);
   CipherStream cipher;
   if (error == ErrorCode::kOk) error = cipher.start(kAlgorithm, CipherDirection::kDecrypt, key, header.iv);

@@ -19,20 +19,20 @@
 
 namespace rowvane {
 
-struct FieldHeader {
+struct EncryptedFieldHeader {
   FieldType plain_type = FieldType::kText;
   std::string salt;
   std::string iv;
   std::string check;
 };
 
-std::string encode_field_header(const FieldHeader& header);
-std::optional<FieldHeader> decode_field_header(std::string_view text);
+std::string encode_field_header(const EncryptedFieldHeader& header);
+std::optional<EncryptedFieldHeader> decode_field_header(std::string_view text);
 
 // A header with fresh salt and vector for PASSWORD. kCryptographicKey.
-ErrorCode make_field_header(const Secret& password, FieldType plain_type, FieldHeader& header);
+ErrorCode make_field_header(const Secret& password, FieldType plain_type, EncryptedFieldHeader& header);
 // The key that PASSWORD gives for HEADER. kInvalidPassword when it is another one's.
-ErrorCode field_key(const Secret& password, const FieldHeader& header, Secret& key);
+ErrorCode field_key(const Secret& password, const EncryptedFieldHeader& header, Secret& key);
 
 // True when VALUE has the form and the tag of one that was encrypted under SALT.
 bool is_field_value(std::string_view value, std::string_view salt);

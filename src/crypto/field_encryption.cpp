@@ -212,7 +212,7 @@ struct NewColumn {
 ErrorCode encrypt_column(const CWorkSheet& table, size_t index, const FieldEncryptionSettings& settings,
                          Progress& progress, NewColumn& made) {
   const Field& field = table.field(index);
-  FieldHeader header;
+  EncryptedFieldHeader header;
   Secret key;
   ErrorCode error = make_field_header(settings.password, field.type, header);
   if (error == ErrorCode::kOk) error = field_key(settings.password, header, key);

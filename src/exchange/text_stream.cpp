@@ -11,7 +11,7 @@ namespace rowvane {
 namespace {
 
 constexpr size_t kPipeBytes = 32'768;
-constexpr size_t kBlockBytes = 32'768;
+constexpr size_t kReadBytes = 32'768;
 constexpr size_t kUtf16BlockBytes = 16'384;
 
 // The reading side: moves the bytes of the source into the pipe.
@@ -26,11 +26,11 @@ class PipeFeeder {
 
   // kOk also when the parser wanted no more.
   Status run() {
-    std::string block(kBlockBytes, '\0');
+    std::string block(kReadBytes, '\0');
     size_t kept = read_start(block.data());
     uint64_t done = kept;
     for (;;) {
-      const size_t room = (utf16_ ? kUtf16BlockBytes : kBlockBytes) - kept;
+      const size_t room = (utf16_ ? kUtf16BlockBytes : kReadBytes) - kept;
       const size_t count = source_.read({block.data() + kept, room});
       done += count;
       const std::string_view bytes(block.data(), kept + count);

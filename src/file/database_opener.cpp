@@ -6,6 +6,7 @@
 
 #include "core/names.h"
 #include "core/parallel_blocks.h"
+#include "core/utf8.h"
 #include "exchange/file_list_text.h"
 #include "exchange/text_import.h"
 #include "exchange/text_pipeline.h"
@@ -20,7 +21,6 @@ namespace {
 
 constexpr uint64_t kMaxVersionBytes = 64;
 constexpr uint64_t kMaxManifestBytes = uint64_t{1} << 30;
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 constexpr uint64_t kMaxBlockBytes = uint64_t{1} << 26;  // what this program writes is far smaller
 
@@ -43,7 +43,7 @@ std::string_view last_part(std::string_view member_name) {
 }
 
 // The lines of TEXT, as many as one value may have objects.
-std::vector<std::string_view> split_lines(std::string_view text) {
+std::vector<std::string_view> split_object_names(std::string_view text) {
   std::vector<std::string_view> lines;
   while (!text.empty() && lines.size() < kMaxContainerObjects) {
     const size_t end = text.find('\n');
@@ -346,7 +346,7 @@ Column DatabaseOpener::files(const CWorkSheet& table, size_t field, const Binary
 FileList DatabaseOpener::file_list(const std::string& listed, const std::vector<const ZipMember*>& members) {
   FileList value;
   std::vector<const ZipMember*> left = members;
-  for (const std::string_view line : split_lines(listed)) {
+  for (const std::string_view line : split_object_names(listed)) {
     FileObject file = parse_file_line(line);
     if (file.is_shortcut()) {
       add_object(std::move(file), value);

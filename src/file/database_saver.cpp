@@ -8,6 +8,7 @@
 #include "core/binary_names.h"
 #include "core/names.h"
 #include "core/parallel_blocks.h"
+#include "core/utf8.h"
 #include "crypto/field_encryption.h"
 #include "exchange/text_formatter.h"
 #include "file/archive_content.h"
@@ -23,7 +24,6 @@ namespace {
 
 constexpr size_t kPipeBytes = 65'535;
 constexpr size_t kTableBlockBytes = size_t{1} << 19;  // with its cells it stays in a processor's own cache
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 // Where a ZIP32 file begins to count as near its limit.
 uint64_t near_limit(uint64_t max_bytes) {

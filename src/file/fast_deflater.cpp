@@ -8,14 +8,14 @@
 namespace rowvane {
 namespace {
 
-constexpr size_t kMaxPiece = size_t{1} << 30;  // ISA-L counts with 32 bits
+constexpr size_t kMaxIsalPiece = size_t{1} << 30;  // ISA-L counts with 32 bits
 
 size_t work_bytes(int level) {
   return level == 1 ? ISAL_DEF_LVL1_DEFAULT : ISAL_DEF_LVL2_DEFAULT;
 }
 
 uint32_t room_of(size_t bytes) {
-  return static_cast<uint32_t>(std::min(bytes, kMaxPiece));
+  return static_cast<uint32_t>(std::min(bytes, kMaxIsalPiece));
 }
 
 }  // namespace
@@ -58,7 +58,7 @@ ErrorCode FastDeflater::deflate_block(std::string_view raw, bool last, std::stri
   begin();
   packed_.resize(std::max(packed_.size(), raw.size() / 2 + 1024));
   do {
-    const std::string_view piece = raw.substr(0, kMaxPiece);
+    const std::string_view piece = raw.substr(0, kMaxIsalPiece);
     raw.remove_prefix(piece.size());
     if (!write_piece(piece, raw.empty(), last)) return ErrorCode::kZlibUnknown;
   } while (!raw.empty());

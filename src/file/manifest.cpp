@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "core/base64.h"
+#include "core/utf8.h"
 #include "file/zip_names.h"
 
 namespace rowvane {
@@ -15,7 +16,6 @@ namespace {
 constexpr std::string_view kHeader =
     "File\tDeflated\tSize\tDigestType\tDigestValue\tAlgorithm\tIV\tKey\tSalt\tIterations";
 constexpr std::string_view kLineEnd = "\r\n";
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr size_t kPlainColumns = 2;
 constexpr size_t kEncryptedColumns = 10;
 

@@ -11,7 +11,7 @@ namespace {
 constexpr char kVersion = 1;
 constexpr char kEndsAtRecordsFlag = 1;
 constexpr char kEncryptedFlag = 2;
-constexpr size_t kExtraHeaderSize = 4;
+constexpr size_t kIdAndSize = 4;
 constexpr size_t kLeadSize = 2;  // version and flags
 constexpr size_t kBlockSize = 8;
 
@@ -37,9 +37,9 @@ bool is_plausible(const ZipBlock& block, bool stored) {
 }  // namespace
 
 std::string encode_block_index(const ZipBlockIndex& index, size_t room) {
-  constexpr size_t kMinRoom = kExtraHeaderSize + kLeadSize + 2 * kBlockSize;
+  constexpr size_t kMinRoom = kIdAndSize + kLeadSize + 2 * kBlockSize;
   if (index.blocks.size() < 2 || room < kMinRoom) return {};
-  const size_t most = (std::min<size_t>(room, kZip16Max) - kExtraHeaderSize - kLeadSize) / kBlockSize;
+  const size_t most = (std::min<size_t>(room, kZip16Max) - kIdAndSize - kLeadSize) / kBlockSize;
   const std::vector<ZipBlock> blocks = join_blocks(index.blocks, (index.blocks.size() + most - 1) / most);
   if (!std::ranges::all_of(blocks, fits_u32)) return {};
 

@@ -4,17 +4,14 @@
 #include <cstdint>
 
 #include "core/utf8.h"
+#include "platform/ascii.h"
 #include "platform/code_pages.h"
 
 namespace rowvane {
 namespace {
 
-constexpr size_t kMaxNameBytes = 65535;
+constexpr size_t kMaxMemberNameBytes = 65535;
 constexpr unsigned kZipCodePage = 437;
-
-bool is_ascii_letter(char character) {
-  return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z');
-}
 
 bool has_parent_component(std::string_view name) {
   while (!name.empty()) {
@@ -25,22 +22,17 @@ bool has_parent_component(std::string_view name) {
   return false;
 }
 
-bool is_control_character(char character) {
-  const auto byte = static_cast<unsigned char>(character);
-  return byte < 0x20 || byte == 0x7F;
-}
-
 }  // namespace
 
 bool is_safe_member_name(std::string_view name) {
-  if (name.empty() || name.size() > kMaxNameBytes || name.front() == '/') return false;
-  if (name.size() >= 2 && name[1] == ':' && is_ascii_letter(name[0])) return false;
+  if (name.empty() || name.size() > kMaxMemberNameBytes || name.front() == '/') return false;
+  if (name.size() >= 2 && name[1] == ':' && ascii::is_letter(name[0])) return false;
   if (name.find('\\') != name.npos || name.find('\0') != name.npos) return false;
   return !has_parent_component(name);
 }
 
 bool is_writable_member_name(std::string_view name) {
-  return is_safe_member_name(name) && is_valid_utf8(name) && std::ranges::none_of(name, is_control_character);
+  return is_safe_member_name(name) && is_valid_utf8(name) && std::ranges::none_of(name, ascii::is_control);
 }
 
 bool decode_member_name(std::string_view bytes, bool flagged_utf8, std::string& name) {

@@ -12,7 +12,7 @@ namespace {
 constexpr int kRawWindowBits = -15;
 constexpr int kMemoryLevel = 8;
 // zlib counts what it reads and writes in one call with 32 bits.
-constexpr size_t kMaxPiece = size_t{1} << 30;
+constexpr size_t kMaxZlibPiece = size_t{1} << 30;
 
 ErrorCode zlib_error(int result) {
   switch (result) {
@@ -35,7 +35,7 @@ ErrorCode zlib_error(int result) {
 }
 
 uInt piece_of(size_t size) {
-  return static_cast<uInt>(std::min(size, kMaxPiece));
+  return static_cast<uInt>(std::min(size, kMaxZlibPiece));
 }
 
 Bytef* input_bytes(std::string_view bytes) {
@@ -143,7 +143,8 @@ uint32_t crc32_of(std::string_view bytes, uint32_t crc) {
 uint32_t crc32_combined(uint32_t first, uint32_t second, uint64_t second_size) {
   // zlib's type for the size has 32 bits on some systems; moving FIRST on in steps comes to the same.
   uLong crc = first;
-  for (; second_size > kMaxPiece; second_size -= kMaxPiece) crc = crc32_combine(crc, 0, kMaxPiece);
+  for (; second_size > kMaxZlibPiece; second_size -= kMaxZlibPiece)
+    crc = crc32_combine(crc, 0, kMaxZlibPiece);
   return static_cast<uint32_t>(crc32_combine(crc, second, static_cast<z_off_t>(second_size)));
 }
 

@@ -5,15 +5,12 @@
 #include "core/utf8.h"
 #include "formula/folded_text.h"
 #include "formula/formula_lexer.h"
+#include "platform/ascii.h"
 
 namespace rowvane {
 namespace {
 
 constexpr std::string_view kWordEnds = ".,;()+-*:/!&=$#%{}";
-
-bool is_digit(char c) {
-  return c >= '0' && c <= '9';
-}
 
 }  // namespace
 
@@ -86,7 +83,7 @@ bool ArrayConstantReader::take(std::string_view what) {
 bool ArrayConstantReader::read_element(Scalar& element) {
   if (cursor_ >= text_.size() || text_[cursor_] == '\0') return false;
   const char first = text_[cursor_];
-  if (is_digit(first) || first == '-' || rest().starts_with(active_.numbers.decimal))
+  if (ascii::is_digit(first) || first == '-' || rest().starts_with(active_.numbers.decimal))
     return read_number(element);
   if (first == '#') {
     size_t bytes = 0;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "formula/function_registry.h"
+#include "platform/ascii.h"
 
 namespace rowvane {
 namespace {
@@ -14,8 +15,7 @@ struct OpenBracket {
 };
 
 bool is_name_character(char character) {
-  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
-         (character >= '0' && character <= '9') || character == '_';
+  return ascii::is_letter(character) || ascii::is_digit(character) || character == '_';
 }
 
 std::string_view name_at_end(std::string_view text) {

@@ -6,25 +6,10 @@
 
 #include "core/number_text.h"
 #include "core/utf8.h"
+#include "platform/ascii.h"
 
 namespace rowvane {
 namespace {
-
-char lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-}
-
-bool is_ascii_letter(char c) {
-  return lower(c) >= 'a' && lower(c) <= 'z';
-}
-
-bool is_digit(char c) {
-  return c >= '0' && c <= '9';
-}
-
-bool same_word(std::string_view text, std::string_view lower_case) {
-  return std::ranges::equal(text, lower_case, [](char a, char b) { return lower(a) == b; });
-}
 
 struct NamedColor {
   std::string_view name;
@@ -121,11 +106,11 @@ bool FormatLexer::read_part() {
     default:
       break;
   }
-  if (is_digit(code_[position_])) {
+  if (ascii::is_digit(code_[position_])) {
     read_digits();
     return true;
   }
-  if (is_ascii_letter(code_[position_])) return read_word();
+  if (ascii::is_letter(code_[position_])) return read_word();
   const size_t length = character_length(position_);
   add(FormatPartKind::kText, position_, length);
   position_ += length;
@@ -186,12 +171,13 @@ bool FormatLexer::read_condition(std::string_view inside) {
 
 bool FormatLexer::read_color(std::string_view inside) {
   for (const auto& [name, color] : kColors) {
-    if (!same_word(inside, name)) continue;
+    if (!ascii::equal_ignoring_case(inside, name)) continue;
     section_->color = static_cast<uint8_t>(color);
     return true;
   }
   constexpr std::string_view kNumbered = "color";
-  if (inside.size() <= kNumbered.size() || !same_word(inside.substr(0, kNumbered.size()), kNumbered))
+  if (inside.size() <= kNumbered.size() ||
+      !ascii::equal_ignoring_case(inside.substr(0, kNumbered.size()), kNumbered))
     return false;
   const std::string_view digits = inside.substr(kNumbered.size());
   int number = 0;
@@ -204,8 +190,8 @@ bool FormatLexer::read_color(std::string_view inside) {
 
 bool FormatLexer::read_elapsed(std::string_view inside) {
   if (inside.empty()) return false;
-  const char letter = lower(inside.front());
-  if (!std::ranges::all_of(inside, [letter](char c) { return lower(c) == letter; })) return false;
+  const char letter = ascii::to_lower(inside.front());
+  if (!std::ranges::all_of(inside, [letter](char c) { return ascii::to_lower(c) == letter; })) return false;
   if (letter != 'h' && letter != 'm' && letter != 's') return false;
   const FormatPartKind kind = letter == 'h'   ? FormatPartKind::kElapsedHours
                               : letter == 'm' ? FormatPartKind::kElapsedMinutes
@@ -224,7 +210,7 @@ bool FormatLexer::read_word() {
     add(FormatPartKind::kHalf, start, 0, 1);
   } else if (accept_word("e+") || accept_word("e-")) {
     add(FormatPartKind::kExponent, start, 1, code_[start + 1]);
-  } else if (std::string_view("ymdhs").find(lower(code_[start])) != std::string_view::npos) {
+  } else if (std::string_view("ymdhs").find(ascii::to_lower(code_[start])) != std::string_view::npos) {
     read_date_letters();
   } else {
     return fail("a letter that means nothing must stand in quotes", start);
@@ -234,8 +220,8 @@ bool FormatLexer::read_word() {
 
 void FormatLexer::read_date_letters() {
   const size_t start = position_;
-  const char letter = lower(code_[start]);
-  while (!at_end() && lower(code_[position_]) == letter) ++position_;
+  const char letter = ascii::to_lower(code_[start]);
+  while (!at_end() && ascii::to_lower(code_[position_]) == letter) ++position_;
   add(kind_of_letter(letter), start, 0, 0, position_ - start);
 }
 
@@ -243,7 +229,7 @@ void FormatLexer::read_date_letters() {
 void FormatLexer::read_digits() {
   const size_t start = position_++;
   const bool behind_slash = !section_->parts.empty() && section_->parts.back().kind == FormatPartKind::kSlash;
-  while (behind_slash && !at_end() && is_digit(code_[position_])) ++position_;
+  while (behind_slash && !at_end() && ascii::is_digit(code_[position_])) ++position_;
   add(behind_slash ? FormatPartKind::kDigits : FormatPartKind::kText, start, position_ - start);
 }
 
@@ -254,7 +240,7 @@ bool FormatLexer::accept(std::string_view what) {
 }
 
 bool FormatLexer::accept_word(std::string_view lower_case) {
-  if (!same_word(code_.substr(position_, lower_case.size()), lower_case)) return false;
+  if (!ascii::equal_ignoring_case(code_.substr(position_, lower_case.size()), lower_case)) return false;
   position_ += lower_case.size();
   return true;
 }

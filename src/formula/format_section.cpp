@@ -7,16 +7,15 @@
 namespace rowvane {
 namespace {
 
-using Kind = FormatPartKind;
-
 constexpr size_t kMostSubsecondPlaces = 6;
 
-bool is_date_part(Kind kind) {
-  return kind >= Kind::kYear && kind <= Kind::kElapsedSeconds;
+bool is_date_part(FormatPartKind kind) {
+  return kind >= FormatPartKind::kYear && kind <= FormatPartKind::kElapsedSeconds;
 }
 
-bool is_number_part(Kind kind) {
-  return kind == Kind::kPlace || kind == Kind::kExponent || kind == Kind::kDigits;
+bool is_number_part(FormatPartKind kind) {
+  return kind == FormatPartKind::kPlace || kind == FormatPartKind::kExponent ||
+         kind == FormatPartKind::kDigits;
 }
 
 std::optional<int64_t> whole_number(std::string_view digits) {
@@ -38,15 +37,17 @@ class DateSection {
     find_minutes();
     for (FormatPart& part : parts_) {
       if (is_number_part(part.kind)) return "a date has no places for digits";
-      if (part.kind == Kind::kGeneral || part.kind == Kind::kEntered)
+      if (part.kind == FormatPartKind::kGeneral || part.kind == FormatPartKind::kEntered)
         return "a date can't stand beside the value itself";
-      if (part.kind == Kind::kPoint && !is_decimal_point(part)) part.kind = Kind::kText;
-      if (part.kind == Kind::kGroup || part.kind == Kind::kSlash || part.kind == Kind::kPercent)
-        part.kind = Kind::kText;
-      section_.has_calendar_part |= part.kind >= Kind::kYear && part.kind <= Kind::kDay;
-      section_.has_half |= part.kind == Kind::kHalf;
-      section_.has_day |= part.kind == Kind::kDay && part.width <= 2;
-      section_.elapsed |= part.kind >= Kind::kElapsedHours && part.kind <= Kind::kElapsedSeconds;
+      if (part.kind == FormatPartKind::kPoint && !is_decimal_point(part)) part.kind = FormatPartKind::kText;
+      if (part.kind == FormatPartKind::kGroup || part.kind == FormatPartKind::kSlash ||
+          part.kind == FormatPartKind::kPercent)
+        part.kind = FormatPartKind::kText;
+      section_.has_calendar_part |= part.kind >= FormatPartKind::kYear && part.kind <= FormatPartKind::kDay;
+      section_.has_half |= part.kind == FormatPartKind::kHalf;
+      section_.has_day |= part.kind == FormatPartKind::kDay && part.width <= 2;
+      section_.elapsed |=
+          part.kind >= FormatPartKind::kElapsedHours && part.kind <= FormatPartKind::kElapsedSeconds;
     }
     return {};
   }
@@ -54,18 +55,20 @@ class DateSection {
  private:
   bool is_decimal_point(const FormatPart& part) const {
     const auto next = static_cast<size_t>(&part - parts_.data()) + 1;
-    return next < parts_.size() && parts_[next].kind == Kind::kSubsecond;
+    return next < parts_.size() && parts_[next].kind == FormatPartKind::kSubsecond;
   }
 
   // Zeros behind seconds and one separator are fractions of the second.
   void take_subseconds() {
     for (size_t i = 0; i + 2 < parts_.size(); ++i) {
-      if (parts_[i].kind != Kind::kSecond && parts_[i].kind != Kind::kElapsedSeconds) continue;
+      if (parts_[i].kind != FormatPartKind::kSecond && parts_[i].kind != FormatPartKind::kElapsedSeconds)
+        continue;
       size_t end = i + 2;
-      while (end < parts_.size() && parts_[end].kind == Kind::kPlace && parts_[end].sign == '0') ++end;
+      while (end < parts_.size() && parts_[end].kind == FormatPartKind::kPlace && parts_[end].sign == '0')
+        ++end;
       const size_t width = end - i - 2;
       if (width == 0 || width > kMostSubsecondPlaces || !is_separator(parts_[i + 1])) continue;
-      parts_[i + 2].kind = Kind::kSubsecond;
+      parts_[i + 2].kind = FormatPartKind::kSubsecond;
       parts_[i + 2].width = static_cast<uint16_t>(width);
       parts_.erase(parts_.begin() + static_cast<ptrdiff_t>(i) + 3,
                    parts_.begin() + static_cast<ptrdiff_t>(end));
@@ -74,18 +77,19 @@ class DateSection {
   }
 
   static bool is_separator(const FormatPart& part) {
-    return part.kind == Kind::kPoint || part.kind == Kind::kGroup || part.kind == Kind::kText;
+    return part.kind == FormatPartKind::kPoint || part.kind == FormatPartKind::kGroup ||
+           part.kind == FormatPartKind::kText;
   }
 
   // "m" and "mm" are minutes behind hours or before seconds, otherwise months.
   void find_minutes() {
-    Kind before = Kind::kText;
+    FormatPartKind before = FormatPartKind::kText;
     for (size_t i = 0; i < parts_.size(); ++i) {
       FormatPart& part = parts_[i];
-      if (!is_date_part(part.kind) || part.kind == Kind::kHalf) continue;
-      const bool is_behind_hours = before == Kind::kHour || before == Kind::kElapsedHours;
-      if (part.kind == Kind::kMonth && part.width <= 2 && (is_behind_hours || is_before_seconds(i)))
-        part.kind = Kind::kMinute;
+      if (!is_date_part(part.kind) || part.kind == FormatPartKind::kHalf) continue;
+      const bool is_behind_hours = before == FormatPartKind::kHour || before == FormatPartKind::kElapsedHours;
+      if (part.kind == FormatPartKind::kMonth && part.width <= 2 && (is_behind_hours || is_before_seconds(i)))
+        part.kind = FormatPartKind::kMinute;
       before = part.kind;
     }
   }
@@ -93,7 +97,8 @@ class DateSection {
   bool is_before_seconds(size_t i) const {
     const auto next = std::find_if(parts_.begin() + static_cast<ptrdiff_t>(i) + 1, parts_.end(),
                                    [](const FormatPart& part) { return is_date_part(part.kind); });
-    return next != parts_.end() && (next->kind == Kind::kSecond || next->kind == Kind::kElapsedSeconds);
+    return next != parts_.end() &&
+           (next->kind == FormatPartKind::kSecond || next->kind == FormatPartKind::kElapsedSeconds);
   }
 
   FormatSection& section_;
@@ -120,10 +125,10 @@ class NumberSection {
 
  private:
   // Joins the places from FIRST on into one part of KIND; '0' among them makes the part fill with zeros.
-  void join_places(size_t first, Kind kind) {
+  void join_places(size_t first, FormatPartKind kind) {
     FormatPart& part = parts_[first];
     size_t end = first;
-    for (; end < parts_.size() && parts_[end].kind == Kind::kPlace; ++end) {
+    for (; end < parts_.size() && parts_[end].kind == FormatPartKind::kPlace; ++end) {
       if (parts_[end].sign == '0' || (parts_[end].sign == '?' && part.sign == '#'))
         part.sign = parts_[end].sign;
     }
@@ -134,16 +139,17 @@ class NumberSection {
   }
 
   std::string_view take_exponent() {
-    const auto found = std::ranges::find(parts_, Kind::kExponent, &FormatPart::kind);
+    const auto found = std::ranges::find(parts_, FormatPartKind::kExponent, &FormatPart::kind);
     if (found == parts_.end()) return {};
     const auto next = static_cast<size_t>(found - parts_.begin()) + 1;
     if (next >= parts_.size()) return "the exponent has no digits";
     section_.layout = FormatLayout::kScientific;
-    if (parts_[next].kind == Kind::kPlace) {
-      join_places(next, Kind::kExponentPlaces);
+    if (parts_[next].kind == FormatPartKind::kPlace) {
+      join_places(next, FormatPartKind::kExponentPlaces);
       return {};
     }
-    const auto exponent = parts_[next].kind == Kind::kText ? whole_number(text(parts_[next])) : std::nullopt;
+    const auto exponent =
+        parts_[next].kind == FormatPartKind::kText ? whole_number(text(parts_[next])) : std::nullopt;
     if (!exponent || *exponent < 0 || *exponent > kMaxFixedExponent) return "the exponent has no digits";
     section_.fixed_exponent = true;
     section_.exponent = static_cast<int>(found->sign == '-' ? -*exponent : *exponent);
@@ -153,10 +159,10 @@ class NumberSection {
   // "?/?", "?/16" or "?/"16"": places before the slash, places or a number behind it.
   std::string_view take_fraction() {
     for (size_t i = 1; i + 1 < parts_.size(); ++i) {
-      if (parts_[i].kind != Kind::kSlash || parts_[i - 1].kind != Kind::kPlace) continue;
+      if (parts_[i].kind != FormatPartKind::kSlash || parts_[i - 1].kind != FormatPartKind::kPlace) continue;
       FormatPart& below = parts_[i + 1];
-      if (below.kind == Kind::kPlace) {
-        join_places(i + 1, Kind::kDenominator);
+      if (below.kind == FormatPartKind::kPlace) {
+        join_places(i + 1, FormatPartKind::kDenominator);
         if (below.width > kMaxFractionDigits) return "the denominator has too many digits";
         section_.denominator = 1;
         for (int n = 0; n < below.width; ++n) section_.denominator *= 10;
@@ -164,14 +170,14 @@ class NumberSection {
       } else if (const auto number = whole_number(text(below)); number) {
         if (*number < 1 || *number > kMaxDenominator) return "the denominator is out of range";
         section_.denominator = *number;
-        below.kind = Kind::kFixedDenominator;
+        below.kind = FormatPartKind::kFixedDenominator;
       } else {
         continue;
       }
       section_.layout = FormatLayout::kFraction;
       size_t first = i;
-      while (first > 0 && parts_[first - 1].kind == Kind::kPlace) --first;
-      join_places(first, Kind::kNumerator);
+      while (first > 0 && parts_[first - 1].kind == FormatPartKind::kPlace) --first;
+      join_places(first, FormatPartKind::kNumerator);
       return {};
     }
     return {};
@@ -180,15 +186,15 @@ class NumberSection {
   void name_places() {
     bool behind_point = false;
     for (FormatPart& part : parts_) {
-      if (part.kind == Kind::kPoint) {
-        if (behind_point || section_.layout == FormatLayout::kFraction) part.kind = Kind::kText;
+      if (part.kind == FormatPartKind::kPoint) {
+        if (behind_point || section_.layout == FormatLayout::kFraction) part.kind = FormatPartKind::kText;
         behind_point = true;
-      } else if (part.kind == Kind::kPlace) {
-        part.kind = behind_point ? Kind::kDecimalPlace : Kind::kWholePlace;
+      } else if (part.kind == FormatPartKind::kPlace) {
+        part.kind = behind_point ? FormatPartKind::kDecimalPlace : FormatPartKind::kWholePlace;
         ++(behind_point ? section_.decimal_places : section_.whole_places);
-      } else if (part.kind == Kind::kPercent) {
+      } else if (part.kind == FormatPartKind::kPercent) {
         section_.power += 2;
-        part.kind = Kind::kText;
+        part.kind = FormatPartKind::kText;
       }
     }
   }
@@ -197,26 +203,26 @@ class NumberSection {
   // there, or behind the last of all, divides by 1000; any other is a text.
   void take_groups() {
     for (size_t i = 0; i < parts_.size(); ++i) {
-      if (parts_[i].kind != Kind::kGroup) continue;
-      const bool is_inside =
-          has_place(0, i, Kind::kWholePlace) && has_place(i + 1, parts_.size(), Kind::kWholePlace);
+      if (parts_[i].kind != FormatPartKind::kGroup) continue;
+      const bool is_inside = has_place(0, i, FormatPartKind::kWholePlace) &&
+                             has_place(i + 1, parts_.size(), FormatPartKind::kWholePlace);
       size_t before = i;
-      while (before > 0 && parts_[before - 1].kind == Kind::kGroup) --before;
-      const Kind left = before > 0 ? parts_[before - 1].kind : Kind::kText;
-      const bool is_behind = left == Kind::kWholePlace ||
-                             (left == Kind::kDecimalPlace && !has_place(i + 1, parts_.size(), left));
+      while (before > 0 && parts_[before - 1].kind == FormatPartKind::kGroup) --before;
+      const FormatPartKind left = before > 0 ? parts_[before - 1].kind : FormatPartKind::kText;
+      const bool is_behind = left == FormatPartKind::kWholePlace || (left == FormatPartKind::kDecimalPlace &&
+                                                                     !has_place(i + 1, parts_.size(), left));
       if (is_inside) {
         section_.grouped = true;
       } else if (is_behind) {
         section_.power -= 3;
       } else {
-        parts_[i].kind = Kind::kText;
+        parts_[i].kind = FormatPartKind::kText;
       }
     }
-    std::erase_if(parts_, [](const FormatPart& part) { return part.kind == Kind::kGroup; });
+    std::erase_if(parts_, [](const FormatPart& part) { return part.kind == FormatPartKind::kGroup; });
   }
 
-  bool has_place(size_t first, size_t end, Kind kind) const {
+  bool has_place(size_t first, size_t end, FormatPartKind kind) const {
     return std::any_of(parts_.begin() + static_cast<ptrdiff_t>(first),
                        parts_.begin() + static_cast<ptrdiff_t>(end),
                        [kind](const FormatPart& part) { return part.kind == kind; });
@@ -226,13 +232,13 @@ class NumberSection {
   void fill_gaps() {
     bool behind_zero = false;
     for (FormatPart& part : parts_) {
-      if (part.kind != Kind::kWholePlace) continue;
+      if (part.kind != FormatPartKind::kWholePlace) continue;
       behind_zero |= part.sign == '0';
       if (behind_zero) part.sign = '0';
     }
     bool before_zero = false;
     for (auto part = parts_.rbegin(); part != parts_.rend(); ++part) {
-      if (part->kind != Kind::kDecimalPlace) continue;
+      if (part->kind != FormatPartKind::kDecimalPlace) continue;
       before_zero |= part->sign == '0';
       if (before_zero) part->sign = '0';
     }
@@ -242,9 +248,10 @@ class NumberSection {
     fill_gaps();
     section_.optional_point = section_.decimal_places > 0;
     for (FormatPart& part : parts_) {
-      if (part.kind == Kind::kDecimalPlace && part.sign != '#') section_.optional_point = false;
-      if (part.kind == Kind::kDigits) part.kind = Kind::kText;
-      if (part.kind == Kind::kSlash && section_.layout != FormatLayout::kFraction) part.kind = Kind::kText;
+      if (part.kind == FormatPartKind::kDecimalPlace && part.sign != '#') section_.optional_point = false;
+      if (part.kind == FormatPartKind::kDigits) part.kind = FormatPartKind::kText;
+      if (part.kind == FormatPartKind::kSlash && section_.layout != FormatLayout::kFraction)
+        part.kind = FormatPartKind::kText;
     }
   }
 
@@ -255,7 +262,7 @@ class NumberSection {
   std::vector<FormatPart>& parts_;
 };
 
-bool has_part(const FormatSection& section, bool (*test)(Kind)) {
+bool has_part(const FormatSection& section, bool (*test)(FormatPartKind)) {
   return std::ranges::any_of(section.parts, test, &FormatPart::kind);
 }
 
@@ -263,17 +270,18 @@ bool has_part(const FormatSection& section, bool (*test)(Kind)) {
 
 std::string_view arrange_section(std::string_view code, FormatSection& section) {
   if (has_part(section, is_date_part)) return DateSection(section).arrange();
-  const bool shows_value =
-      has_part(section, [](Kind kind) { return kind == Kind::kGeneral || kind == Kind::kEntered; });
+  const bool shows_value = has_part(section, [](FormatPartKind kind) {
+    return kind == FormatPartKind::kGeneral || kind == FormatPartKind::kEntered;
+  });
   if (has_part(section, is_number_part)) {
     if (shows_value) return "places for digits can't stand beside the value itself";
     return NumberSection(code, section).arrange();
   }
   for (FormatPart& part : section.parts) {
-    if (part.kind == Kind::kPercent && shows_value) section.power += 2;
-    if (part.kind == Kind::kPoint || part.kind == Kind::kGroup || part.kind == Kind::kSlash ||
-        part.kind == Kind::kPercent)
-      part.kind = Kind::kText;
+    if (part.kind == FormatPartKind::kPercent && shows_value) section.power += 2;
+    if (part.kind == FormatPartKind::kPoint || part.kind == FormatPartKind::kGroup ||
+        part.kind == FormatPartKind::kSlash || part.kind == FormatPartKind::kPercent)
+      part.kind = FormatPartKind::kText;
   }
   return {};
 }

@@ -6,16 +6,10 @@
 #include <cstdlib>
 #include <optional>
 
+#include "platform/ascii.h"
+
 namespace rowvane {
 namespace {
-
-char lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-}
-
-bool same_word(std::string_view a, std::string_view b) {
-  return std::ranges::equal(a, b, [](char x, char y) { return lower(x) == lower(y); });
-}
 
 std::string_view take_word(std::string_view& rest) {
   rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));
@@ -28,7 +22,7 @@ std::string_view take_word(std::string_view& rest) {
 // "general" alone is the style; in "General;-General" it begins a code.
 std::optional<FormatKind> kind_of_name(std::string_view name) {
   for (int kind = 0; kind < kFormatKinds; ++kind) {
-    if (same_word(name, format_kind_name(static_cast<FormatKind>(kind))))
+    if (ascii::equal_ignoring_case(name, format_kind_name(static_cast<FormatKind>(kind))))
       return static_cast<FormatKind>(kind);
   }
   return std::nullopt;
@@ -45,12 +39,12 @@ class OptionReader {
     const size_t equals = std::min(option.find('='), option.size());
     const std::string_view name = option.substr(0, equals);
     value_ = equals < option.size() ? option.substr(equals + 1) : std::string_view();
-    if (same_word(name, "thousands")) {
+    if (ascii::equal_ignoring_case(name, "thousands")) {
       style_.thousands = equals == option.size();
       return style_.thousands;
     }
-    if (same_word(name, "negative")) return read_negative_form();
-    if (same_word(name, "symbol")) {
+    if (ascii::equal_ignoring_case(name, "negative")) return read_negative_form();
+    if (ascii::equal_ignoring_case(name, "symbol")) {
       style_.symbol = value_;
       return true;
     }
@@ -61,26 +55,26 @@ class OptionReader {
   bool read_numeric(std::string_view name) {
     const auto result = std::from_chars(value_.data(), value_.data() + value_.size(), number_);
     if (result.ec != std::errc() || result.ptr != value_.data() + value_.size()) return false;
-    if (same_word(name, "decimals")) return set(style_.decimals);
-    if (same_word(name, "zeros")) return set(style_.leading_zeros);
-    if (same_word(name, "digits")) return set(style_.fraction_digits);
-    if (same_word(name, "time")) return set(style_.time_form);
-    if (same_word(name, "form"))
+    if (ascii::equal_ignoring_case(name, "decimals")) return set(style_.decimals);
+    if (ascii::equal_ignoring_case(name, "zeros")) return set(style_.leading_zeros);
+    if (ascii::equal_ignoring_case(name, "digits")) return set(style_.fraction_digits);
+    if (ascii::equal_ignoring_case(name, "time")) return set(style_.time_form);
+    if (ascii::equal_ignoring_case(name, "form"))
       return set(style_.kind == FormatKind::kTime ? style_.time_form : style_.date_form);
-    if (same_word(name, "denominator")) {
+    if (ascii::equal_ignoring_case(name, "denominator")) {
       style_.fraction_denominator = number_;
       return number_ > 0;
     }
-    if (same_word(name, "placement")) {
+    if (ascii::equal_ignoring_case(name, "placement")) {
       style_.placement = static_cast<SymbolPlacement>(number_ & 3);
       return number_ >= 0 && number_ <= 3;
     }
-    return same_word(name, "exponent") && read_exponent();
+    return ascii::equal_ignoring_case(name, "exponent") && read_exponent();
   }
 
   bool read_negative_form() {
     const auto found = std::ranges::find_if(
-        kNegativeForms, [this](std::string_view form) { return same_word(form, value_); });
+        kNegativeForms, [this](std::string_view form) { return ascii::equal_ignoring_case(form, value_); });
     if (found == kNegativeForms.end()) return false;
     style_.negative = static_cast<NegativeForm>(found - kNegativeForms.begin());
     return true;

@@ -10,6 +10,7 @@
 #include "formula/array_constant.h"
 #include "formula/folded_text.h"
 #include "formula/function_registry.h"
+#include "platform/ascii.h"
 #include "platform/characters.h"
 
 namespace rowvane {
@@ -23,24 +24,16 @@ bool is_blank(char c) {
   return c == ' ' || c == '\r' || c == '\n';
 }
 
-bool is_digit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 size_t count_digits(std::string_view text, size_t from) {
   size_t count = 0;
-  while (from + count < text.size() && is_digit(text[from + count])) ++count;
+  while (from + count < text.size() && ascii::is_digit(text[from + count])) ++count;
   return count;
-}
-
-char ascii_upper(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
 bool begins_with_word(std::string_view text, std::string_view capitals) {
   if (text.size() < capitals.size()) return false;
   for (size_t i = 0; i < capitals.size(); ++i) {
-    if (ascii_upper(text[i]) != capitals[i]) return false;
+    if (ascii::to_upper(text[i]) != capitals[i]) return false;
   }
   return true;
 }
@@ -173,7 +166,7 @@ Kind FormulaLexer::next_token(std::string_view text, size_t& cursor, Token& toke
   while (cursor_ < text_.size() && is_blank(text_[cursor_])) ++cursor_;
   if (cursor_ >= text_.size() || text_[cursor_] == '\0') {
     token.kind = Kind::kEnd;
-  } else if (is_digit(text_[cursor_]) || rest().starts_with(active_->numbers.decimal)) {
+  } else if (ascii::is_digit(text_[cursor_]) || rest().starts_with(active_->numbers.decimal)) {
     token.kind = read_number(token);
   } else {
     size_t after = cursor_;

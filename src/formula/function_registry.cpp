@@ -6,13 +6,10 @@
 
 #include "formula/folded_text.h"
 #include "formula/functions/categories.h"
+#include "platform/ascii.h"
 
 namespace rowvane {
 namespace {
-
-char upper(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
 
 std::string_view name_of(const EvaluationEntry& entry) {
   return {entry.name, std::min(std::strlen(entry.name), sizeof entry.name - 1)};
@@ -22,7 +19,7 @@ std::string_view name_of(const EvaluationEntry& entry) {
 int compare_front(std::string_view name, std::string_view text) {
   for (size_t i = 0; i < name.size(); ++i) {
     if (i == text.size()) return 1;
-    const int order = upper(name[i]) - upper(text[i]);
+    const int order = ascii::to_upper(name[i]) - ascii::to_upper(text[i]);
     if (order != 0) return order;
   }
   return 0;
@@ -40,7 +37,8 @@ struct Registry {
       documentation.insert(documentation.end(), tables.documentation.begin(), tables.documentation.end());
     }
     std::ranges::stable_sort(evaluation, [](const EvaluationEntry& a, const EvaluationEntry& b) {
-      return std::ranges::lexicographical_compare(name_of(a), name_of(b), {}, upper, upper);
+      return std::ranges::lexicographical_compare(name_of(a), name_of(b), {}, ascii::to_upper,
+                                                  ascii::to_upper);
     });
   }
 };

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "core/number_text.h"
+#include "platform/ascii.h"
 
 namespace rowvane {
 namespace {
@@ -19,7 +20,7 @@ int significant_digits(std::string_view text) {
   int count = 0;
   for (const char c : text) {
     if (c == 'e') break;
-    if (c >= '0' && c <= '9' && (count > 0 || c != '0')) ++count;
+    if (ascii::is_digit(c) && (count > 0 || c != '0')) ++count;
   }
   return count;
 }

@@ -1,5 +1,6 @@
 #include "platform/date_cursor.h"
 
+#include "platform/ascii.h"
 #include "platform/characters.h"
 #include "platform/utf8.h"
 
@@ -7,10 +8,6 @@ namespace rowvane::platform {
 namespace {
 
 constexpr std::string_view kNoBreakBlanks[] = {"\u00A0", "\u202F"};
-
-bool is_digit(char c) {
-  return c >= '0' && c <= '9';
-}
 
 }  // namespace
 
@@ -41,7 +38,7 @@ bool DateCursor::skip_blanks() {
 std::optional<DateNumber> DateCursor::read_number(int most_digits) {
   DateNumber number;
   size_t end = position_;
-  for (; end < text_.size() && is_digit(text_[end]); ++end) {
+  for (; end < text_.size() && ascii::is_digit(text_[end]); ++end) {
     if (++number.digits > most_digits) return std::nullopt;
     number.value = number.value * 10 + (text_[end] - '0');
   }
@@ -66,7 +63,7 @@ std::optional<double> DateCursor::read_fraction() {
   double fraction = 0;
   double place = 1;
   const size_t start = position_;
-  for (; is_digit(peek()); ++position_) {
+  for (; ascii::is_digit(peek()); ++position_) {
     place /= 10;
     fraction += place * (text_[position_] - '0');
   }

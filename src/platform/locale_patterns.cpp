@@ -3,15 +3,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/ascii.h"
 #include "platform/characters.h"
 #include "platform/utf8.h"
 
 namespace rowvane::platform {
 namespace {
-
-bool is_field(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
 
 bool is_blank(char32_t character) {
   return character == U' ' || character == U'\t' || character == 0xA0 || character == 0x202F ||
@@ -51,9 +48,9 @@ DateOrder date_order_in(std::string_view pattern) {
 }
 
 std::string first_separator(std::string_view pattern, std::string_view fallback) {
-  const auto* const first = std::ranges::find_if(pattern, is_field);
-  const auto* const start = std::find_if_not(first, pattern.end(), is_field);
-  const auto* const end = std::find_if(start, pattern.end(), is_field);
+  const auto* const first = std::ranges::find_if(pattern, ascii::is_letter);
+  const auto* const start = std::find_if_not(first, pattern.end(), ascii::is_letter);
+  const auto* const end = std::find_if(start, pattern.end(), ascii::is_letter);
   std::string separator = visible_part({start, end});
   return is_separating_sign(separator) ? separator : std::string(fallback);
 }

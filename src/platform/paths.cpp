@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/ascii.h"
+
 namespace rowvane::platform {
 namespace {
 
@@ -46,10 +48,7 @@ std::string extension(std::string_view path) {
   const std::string_view name = name_part(path);
   const size_t point = extension_point(name);
   if (point == std::string_view::npos) return {};
-  std::string letters(name.substr(point + 1));
-  std::ranges::transform(letters, letters.begin(),
-                         [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-  return letters;
+  return ascii::to_lower(name.substr(point + 1));
 }
 
 std::string parent_folder(std::string_view path) {

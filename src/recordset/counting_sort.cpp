@@ -8,7 +8,7 @@
 namespace rowvane {
 namespace {
 
-constexpr size_t kChunk = 1024;  // records whose codes are made at a time
+constexpr size_t kCodesAtOnce = 1024;  // records whose codes are made at a time
 
 class CountingSort {
  public:
@@ -40,9 +40,9 @@ class CountingSort {
     const size_t codes = size_t{1} << bits_of(columns_);
     parallel_blocks(records_.size(), threads_, [&](int thread, uint64_t first, uint64_t last) {
       Places counts(codes);
-      uint64_t words[kChunk];
-      for (size_t from = first; from <= last && !progress_.cancelled(); from += kChunk) {
-        const size_t chunk = std::min(kChunk, last - from + 1);
+      uint64_t words[kCodesAtOnce];
+      for (size_t from = first; from <= last && !progress_.cancelled(); from += kCodesAtOnce) {
+        const size_t chunk = std::min(kCodesAtOnce, last - from + 1);
         join_codes(columns_, records_.subspan(from, chunk), words);
         for (size_t i = 0; i < chunk; ++i) {
           codes_[from + i] = static_cast<uint16_t>(words[i]);

@@ -5,7 +5,7 @@
 namespace rowvane {
 namespace {
 
-constexpr size_t kTooLong = kMaxBufferBytes + 1;
+constexpr size_t kTooLongFormula = kMaxBufferBytes + 1;
 constexpr size_t kReserve = 10;  // bytes for what stands around the parts
 
 using Words = std::vector<std::string_view>;
@@ -23,7 +23,7 @@ class Converter {
       : name_(field.name), quote_(field.type == FieldType::kNumber ? "" : "\"") {}
 
   std::string starts_with(std::string_view text) const {
-    if (name_.size() + 2 * (text.size() + kReserve) >= kTooLong) return {};
+    if (name_.size() + 2 * (text.size() + kReserve) >= kTooLongFormula) return {};
     return joined({"=SEARCH(\"", text, "\", ", name_, ",) = 1"});
   }
 
@@ -60,7 +60,7 @@ class Converter {
 
  private:
   static bool fits(size_t written, size_t more, size_t reserve) {
-    return written + more + reserve < kTooLong;
+    return written + more + reserve < kTooLongFormula;
   }
 
   std::string_view name_;

@@ -11,11 +11,11 @@ namespace rowvane {
 namespace {
 
 constexpr int kWordBits = 64;
-constexpr size_t kChunk = 1024;  // records whose words are made at a time
+constexpr size_t kWordsAtOnce = 1024;  // records whose words are made at a time
 
 // The leading digit of the words, by which records are dealt out to buckets.
 constexpr int kBucketBits = 8;
-constexpr size_t kBuckets = size_t{1} << kBucketBits;
+constexpr size_t kSortBuckets = size_t{1} << kBucketBits;
 
 // Columns whose codes stand side by side in a word.
 struct WordColumns {
@@ -95,7 +95,7 @@ class WordSort {
   }
 
  private:
-  using Places = std::array<size_t, kBuckets + 1>;
+  using Places = std::array<size_t, kSortBuckets + 1>;
 
   void sort_by(const WordColumns& word) {
     if (word.bits - kBucketBits + value_bits_ <= kWordBits) {
@@ -142,10 +142,10 @@ class WordSort {
                   std::vector<Places>& counts) const {
     parallel_blocks(records_.size(), threads_, [&](int thread, uint64_t first, uint64_t last) {
       Places& own = counts[static_cast<size_t>(thread)];
-      uint32_t positions[kChunk];
-      uint64_t words[kChunk];
-      for (size_t from = first; from <= last && !progress_.cancelled(); from += kChunk) {
-        const size_t count = std::min(kChunk, last - from + 1);
+      uint32_t positions[kWordsAtOnce];
+      uint64_t words[kWordsAtOnce];
+      for (size_t from = first; from <= last && !progress_.cancelled(); from += kWordsAtOnce) {
+        const size_t count = std::min(kWordsAtOnce, last - from + 1);
         for (size_t i = 0; i < count; ++i) positions[i] = position_of(value_at(from + i));
         join_codes(word.columns, {positions, count}, words);
         for (size_t i = 0; i < count; ++i) {
@@ -160,7 +160,7 @@ class WordSort {
   static Places counts_to_places(std::vector<Places>& counts) {
     Places starts;
     size_t place = 0;
-    for (size_t bucket = 0; bucket <= kBuckets; ++bucket) {
+    for (size_t bucket = 0; bucket <= kSortBuckets; ++bucket) {
       starts[bucket] = place;
       for (Places& own : counts) {
         const size_t count = own[bucket];
@@ -196,12 +196,12 @@ class WordSort {
     };
     const size_t large = std::max(records_.size() / static_cast<size_t>(2 * threads_), kFewElements);
     const auto is_large = [&](size_t bucket) { return starts[bucket + 1] - starts[bucket] > large; };
-    for (size_t bucket = 0; bucket < kBuckets; ++bucket) {
+    for (size_t bucket = 0; bucket < kSortBuckets; ++bucket) {
       if (is_large(bucket)) sort(bucket, threads_);
     }
     std::atomic<size_t> next = 0;
-    parallel_blocks(kBuckets, threads_, [&](int, uint64_t, uint64_t) {
-      for (size_t bucket = next++; bucket < kBuckets && !progress_.cancelled(); bucket = next++) {
+    parallel_blocks(kSortBuckets, threads_, [&](int, uint64_t, uint64_t) {
+      for (size_t bucket = next++; bucket < kSortBuckets && !progress_.cancelled(); bucket = next++) {
         if (!is_large(bucket) && starts[bucket] < starts[bucket + 1]) sort(bucket, 1);
       }
     });

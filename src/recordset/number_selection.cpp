@@ -10,7 +10,7 @@ namespace rowvane {
 namespace {
 
 constexpr int kLeadingBits = 16;
-constexpr size_t kBuckets = size_t{1} << kLeadingBits;
+constexpr size_t kSelectionBuckets = size_t{1} << kLeadingBits;
 
 // Numbers of a greater bucket are greater.
 size_t bucket_of(double number) {
@@ -21,7 +21,7 @@ size_t bucket_of(double number) {
 using Counts = std::vector<uint32_t>;
 
 Counts count_buckets(std::span<const double> numbers, int threads) {
-  std::vector<Counts> counts(static_cast<size_t>(threads), Counts(kBuckets, 0));
+  std::vector<Counts> counts(static_cast<size_t>(threads), Counts(kSelectionBuckets, 0));
   parallel_blocks(numbers.size(), threads, [&](int thread, uint64_t first, uint64_t last) {
     Counts& own = counts[static_cast<size_t>(thread)];
     for (size_t i = first; i <= last; ++i) ++own[bucket_of(numbers[i])];
@@ -36,7 +36,7 @@ Counts count_buckets(std::span<const double> numbers, int threads) {
 class BucketMembers {
  public:
   explicit BucketMembers(const std::vector<size_t>& buckets)
-      : number_of_(kBuckets, 0), members_(buckets.size() + 1) {
+      : number_of_(kSelectionBuckets, 0), members_(buckets.size() + 1) {
     for (size_t i = 0; i < buckets.size(); ++i) number_of_[buckets[i]] = static_cast<uint8_t>(i + 1);
   }
 
@@ -80,7 +80,7 @@ std::vector<double> select_places(std::span<const double> numbers, std::span<con
   std::vector<Wanted> wanted;
   std::vector<size_t> buckets;
   size_t before = 0;
-  for (size_t bucket = 0; bucket < kBuckets && wanted.size() < places.size(); ++bucket) {
+  for (size_t bucket = 0; bucket < kSelectionBuckets && wanted.size() < places.size(); ++bucket) {
     const size_t end = before + counts[bucket];
     while (wanted.size() < places.size() && places[wanted.size()] < end) {
       if (buckets.empty() || buckets.back() != bucket) buckets.push_back(bucket);

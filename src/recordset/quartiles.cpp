@@ -14,14 +14,14 @@
 namespace rowvane {
 namespace {
 
-constexpr uint64_t kCheckEvery = 1 << 16;  // records between two looks at the progress
+constexpr uint64_t kRecordsPerCheck = 1 << 16;  // records between two looks at the progress
 
 // Calls `work(thread, position)` for all RECORDS, each thread its own part, as long as nobody cancels.
 template <typename Work>
 void for_records(std::span<const uint32_t> records, int threads, const Progress& progress, const Work& work) {
   parallel_blocks(records.size(), threads, [&](int thread, uint64_t first, uint64_t last) {
     for (uint64_t i = first; i <= last; ++i) {
-      if (i % kCheckEvery == 0 && progress.cancelled()) return;
+      if (i % kRecordsPerCheck == 0 && progress.cancelled()) return;
       work(static_cast<size_t>(thread), records[i]);
     }
   });
@@ -142,7 +142,7 @@ FieldStatistics field_statistics(const CWorkSheet& table, std::span<const uint32
   parallel_blocks(records.size(), threads, [&](int thread, uint64_t first, uint64_t last) {
     NumberPart part{.first = first, .end = first, .sum = {}};
     for (uint64_t i = first; i <= last; ++i) {
-      if (i % kCheckEvery == 0 && progress.cancelled()) break;
+      if (i % kRecordsPerCheck == 0 && progress.cancelled()) break;
       const double cell = column.cells[records[i]];
       if (!std::isfinite(cell)) continue;
       numbers[part.end++] = cell;

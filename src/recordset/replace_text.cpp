@@ -11,7 +11,7 @@
 namespace rowvane {
 namespace {
 
-constexpr size_t kReportEvery = 4096;  // cells
+constexpr size_t kCellsPerReport = 4096;  // cells
 
 // A text with all matches replaced.
 struct NewText {
@@ -216,7 +216,7 @@ bool replace_in_field(CWorkSheet& table, size_t field, const ReplaceText& settin
   std::vector<uint32_t> first_cells(texts != nullptr ? texts->pool->size() : 0, kNew);
   NewCells cells(table, field);
   for (size_t i = 0; i < found.records.size(); ++i) {
-    if (i % kReportEvery == 0) {
+    if (i % kCellsPerReport == 0) {
       progress.report(i, found.records.size());
       if (progress.cancelled()) return false;
     }

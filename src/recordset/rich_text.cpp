@@ -7,6 +7,7 @@
 
 #include "core/binary_names.h"
 #include "core/utf8.h"
+#include "platform/ascii.h"
 
 namespace rowvane {
 namespace {
@@ -39,10 +40,6 @@ constexpr std::array<NamedText, 16> kTextWords = {{{"bullet", "\u2022"},
                                                    {"rquote", "\u2019"},
                                                    {"sect", "\n"},
                                                    {"tab", "\t"}}};
-
-bool is_letter(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
 
 class RichTextReader {
  public:
@@ -100,7 +97,7 @@ class RichTextReader {
 
   void read_control() {
     if (rest_.empty()) return;
-    if (is_letter(rest_.front())) return read_word();
+    if (ascii::is_letter(rest_.front())) return read_word();
     const char symbol = take();
     if (symbol == '\'') {
       read_hexadecimal_byte();
@@ -131,7 +128,7 @@ class RichTextReader {
 
   void read_word() {
     size_t end = 0;
-    while (end < rest_.size() && is_letter(rest_[end])) ++end;
+    while (end < rest_.size() && ascii::is_letter(rest_[end])) ++end;
     const std::string_view word = rest_.substr(0, end);
     rest_.remove_prefix(end);
     int number = 0;

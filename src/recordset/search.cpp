@@ -16,7 +16,7 @@ namespace rowvane {
 namespace {
 
 constexpr std::string_view kCaption = "Search";
-constexpr uint64_t kReportEvery = 64;  // blocks
+constexpr uint64_t kBlocksPerReport = 64;  // blocks
 
 using Positions = PlainVector<uint32_t>;
 
@@ -87,7 +87,7 @@ class FilterPass {
 
   void report(size_t taken, uint64_t block) {
     const uint64_t done = done_.fetch_add(taken, std::memory_order_relaxed) + taken;
-    if (block % kReportEvery == 0) progress_.report(done, count_);
+    if (block % kBlocksPerReport == 0) progress_.report(done, count_);
   }
 
   const Positions* within_;

@@ -12,7 +12,7 @@ namespace rowvane {
 namespace {
 
 constexpr size_t kPrefixBytes = 8;
-constexpr size_t kCheckEvery = 256;       // texts between two looks at the progress
+constexpr size_t kTextsPerCheck = 256;    // texts between two looks at the progress
 constexpr size_t kComparedRun = 1 << 13;  // runs up to this are sorted by comparing
 constexpr size_t kBlockBytes = size_t{1} << 20;
 
@@ -132,7 +132,7 @@ class TextRanking {
     parallel_blocks(keys_.size(), threads_, [&](int thread, uint64_t first, uint64_t last) {
       KeyStore store;
       for (size_t i = first; i <= last; ++i) {
-        if (i % kCheckEvery == 0 && progress_.cancelled()) break;
+        if (i % kTextsPerCheck == 0 && progress_.cancelled()) break;
         if (!work(i, store)) break;
       }
       stores_[static_cast<size_t>(thread)] = std::move(store);

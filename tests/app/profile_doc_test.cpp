@@ -6,11 +6,10 @@
 #include "app/profile_settings.h"
 #include "app/profile_test_support.h"
 #include "app/profile_values.h"
+#include "source_folder.h"
 
-namespace rowvane {
+namespace rowvane::profile {
 namespace {
-
-using namespace profile;
 
 // Writes the tables, a row for each attribute with its format and default.
 class Tables {
@@ -73,10 +72,10 @@ TEST(ProfileDocument, NamesEverySetting) {
   const Settings settings;
   Tables tables;
   visit_elements(settings, tables);
-  const std::string document = content_of(ROWVANE_SOURCE_DIR "/doc/profile.md");
+  const std::string document = content_of(std::string(kSourceFolder) + "/doc/profile.md");
   EXPECT_NE(document.find(tables.markdown()), std::string::npos)
       << "doc/profile.md should hold:\n<<<" << tables.markdown() << ">>>";
 }
 
 }  // namespace
-}  // namespace rowvane
+}  // namespace rowvane::profile

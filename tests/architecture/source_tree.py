@@ -3,7 +3,7 @@
 
     source_tree.py RULE ROOT
 
-RULE is floors, system_headers, headers or scripts. Prints each finding as FILE:LINE: TEXT; fails when there is one.
+RULE is floors, system_headers, headers, types or scripts. Prints each finding as FILE:LINE: TEXT; fails when there is one.
 """
 import re
 import subprocess
@@ -143,6 +143,23 @@ def headers(root):
                 yield f"{where}:1: no comment that says what the header is for"
 
 
+def types(root):
+    """Two types of one name in one namespace are one type for the linker, whichever floor they are of."""
+    found = {}
+    namespace = ""
+    for path, number, line in code_lines(root):
+        if path.suffix != ".h":
+            continue
+        if match := re.match(r"namespace ([\w:]+) \{", line):
+            namespace = match[1]
+        match = re.match(r"(?:struct|class|union|enum class) (\w+)(?: final)?(?: : [^;]*)? \{", line)
+        if not match:
+            continue
+        other = found.setdefault((namespace, match[1], path.parts[1] if path.parts[0] == "platform" else ""), path)
+        if other != path:
+            yield f"src/{path}:{number}: {match[1]} stands in src/{other} too"
+
+
 def scripts(root):
     for path in files_under(root):
         where = f"{path.relative_to(root)}:1"
@@ -161,7 +178,7 @@ def scripts(root):
                 yield f"{where}: {shell[1]} -n: {result.stderr.strip()}"
 
 
-RULES = {rule.__name__: rule for rule in (floors, system_headers, headers, scripts)}
+RULES = {rule.__name__: rule for rule in (floors, system_headers, headers, types, scripts)}
 
 
 def main():

@@ -90,6 +90,20 @@ class Headers(Tree):
         self.assertEqual(2, len(self.header("")))
 
 
+class Types(Tree):
+    def headers(self, first, second):
+        return self.findings(source_tree.types, {"src/core/a.h": first, "src/ui/b.h": second})
+
+    def test_good(self):
+        self.assertEqual([], self.headers("namespace rowvane {\nclass A {\n", "namespace rowvane {\nclass A;\nclass B {\n"))
+        self.assertEqual([], self.headers("namespace rowvane {\nclass A {\n", "namespace rowvane::ui {\nclass A {\n"))
+
+    def test_bad(self):
+        for line in ("class A {", "struct A final : B {", "enum class A {"):
+            found = self.headers("namespace rowvane {\nstruct A {\n", f"namespace rowvane {{\n{line}\n")
+            self.assertEqual(["src/ui/b.h:2: A stands in src/core/a.h too"], found)
+
+
 class Scripts(Tree):
     def script(self, text, mode=0o755, name="tools/a"):
         return self.findings(source_tree.scripts, {name: (text, mode)})

@@ -217,7 +217,7 @@ TEST_F(FieldEncryption, ChangesNothingWhenItFailsOrIsCancelled) {
 }
 
 TEST(FieldHeaders, RefuseDamage) {
-  FieldHeader header;
+  EncryptedFieldHeader header;
   ASSERT_EQ(make_field_header(Secret("password"), FieldType::kCode, header), ErrorCode::kOk);
   const std::string text = encode_field_header(header);
   const auto read = decode_field_header(text);

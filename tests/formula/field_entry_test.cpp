@@ -9,14 +9,12 @@
 namespace rowvane {
 namespace {
 
-constexpr auto kNumber = FieldType::kNumber;
-constexpr auto kText = FieldType::kText;
-
 class FieldEntryTest : public testing::Test {
  protected:
   FieldEntryTest() {
-    table = add_sample_table(database, "", "lines",
-                             {sample_field("Price", kNumber), sample_field("Name", kText)});
+    table =
+        add_sample_table(database, "", "lines",
+                         {sample_field("Price", FieldType::kNumber), sample_field("Name", FieldType::kText)});
     require(table->insert_records(1, 2));
     require(table->set_value(1, 0, 10.0));
     require(table->set_value(1, 1, std::string("7")));
@@ -57,7 +55,7 @@ TEST_F(FieldEntryTest, ChecksEachPart) {
       {FieldPart::kType, std::string(texts::kNoConversionToFiles),
        [](Field& f) { f.type = FieldType::kFiles; }},
       {FieldPart::kFormat, "Only Number fields have a display format.",
-       [](Field& f) { f.type = kText, f.format = "0.00"; }},
+       [](Field& f) { f.type = FieldType::kText, f.format = "0.00"; }},
       {FieldPart::kFormula, std::string(texts::kInvalidFormula), [](Field& f) { f.formula = "=1+"; }},
       {FieldPart::kFormula, std::string(texts::kInvalidFormula),
        [](Field& f) { f.formula = "=\"" + std::string(kMaxBufferBytes, 'x') + "\""; }},
@@ -84,7 +82,7 @@ TEST_F(FieldEntryTest, ChangesEverythingAsOneStep) {
   FieldEntry entry = entry_of(0);
   entry.region = platform::regional_settings_of("de_DE");
   entry.field.name = "Cost";
-  entry.field.type = kText;
+  entry.field.type = FieldType::kText;
   entry.field.default_value = "1,5";
   entry.field.validation = "=Price<>\"x\"";
   entry.field.hidden = true;
@@ -93,14 +91,14 @@ TEST_F(FieldEntryTest, ChangesEverythingAsOneStep) {
   EXPECT_EQ(table->field(0).validation, "=Cost<>\"x\"");
   EXPECT_EQ(table->value_text(1, 0), "10");
   ASSERT_TRUE(database.undo());
-  EXPECT_EQ(table->field(0), sample_field("Price", kNumber));
+  EXPECT_EQ(table->field(0), sample_field("Price", FieldType::kNumber));
   EXPECT_FALSE(database.undo());
 }
 
 TEST_F(FieldEntryTest, StoresDefaultsOfNumbersAsNumbers) {
   FieldEntry entry;
   entry.before = 1;
-  entry.field = sample_field("Due", kNumber);
+  entry.field = sample_field("Due", FieldType::kNumber);
   entry.region = platform::regional_settings_of("de_DE");
   entry.field.default_value = "31.12.2024";
   EXPECT_EQ(apply(entry).error, ErrorCode::kOk);
@@ -110,10 +108,10 @@ TEST_F(FieldEntryTest, StoresDefaultsOfNumbersAsNumbers) {
 
 TEST_F(FieldEntryTest, TellsWhatAConversionLoses) {
   FieldEntry entry = entry_of(1);
-  entry.field.type = kNumber;
+  entry.field.type = FieldType::kNumber;
   const FieldEntryResult result = apply(entry);
   EXPECT_EQ(result.messages, std::vector{message(MessageId::kTextNotNumeric)});
-  EXPECT_EQ(table->field(1).type, kNumber);
+  EXPECT_EQ(table->field(1).type, FieldType::kNumber);
   EXPECT_EQ(table->value_text(1, 1), "7");
   EXPECT_EQ(table->value_text(2, 1), "");
 }
@@ -134,11 +132,11 @@ TEST_F(FieldEntryTest, RefusesFormulasThatNeedEachOther) {
 TEST_F(FieldEntryTest, LeavesEncryptedFieldsTheirTypes) {
   Field encrypted = table->field(1);
   encrypted.encrypted = true;
-  Column cells = make_column(kText);
+  Column cells = make_column(FieldType::kText);
   resize_column(cells, 2);
   require(table->replace_column(1, encrypted, cells));
   FieldEntry entry = entry_of(1);
-  entry.field.type = kNumber;
+  entry.field.type = FieldType::kNumber;
   EXPECT_EQ(check(entry).refusal, error_text(ErrorCode::kEncryptedField));
   entry = entry_of(1);
   entry.field.name = "Hidden name";

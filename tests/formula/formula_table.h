@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "formula/formula_evaluator.h"
+#include "source_folder.h"
 
 namespace rowvane {
 
@@ -30,7 +31,7 @@ enum class TableComments { kNone, kHash };
 
 inline std::vector<TableRow> read_formula_table(const std::string& name,
                                                 TableComments comments = TableComments::kHash) {
-  const std::string path = std::string(ROWVANE_SOURCE_DIR) + "/tests/formula/data/" + name;
+  const std::string path = std::string(kSourceFolder) + "/tests/formula/data/" + name;
   std::ifstream file(path);
   std::vector<TableRow> rows;
   SeparatorSet set = SeparatorSet::kGeneric;

@@ -9,14 +9,12 @@
 namespace rowvane {
 namespace {
 
-constexpr auto kNumber = FieldType::kNumber;
-constexpr auto kText = FieldType::kText;
-
 class Calculated : public testing::Test {
  protected:
   Calculated() {
-    table_ = add_sample_table(database_, "", "lines",
-                              {sample_field("Price", kNumber), sample_field("Name", kText)});
+    table_ =
+        add_sample_table(database_, "", "lines",
+                         {sample_field("Price", FieldType::kNumber), sample_field("Name", FieldType::kText)});
     require(table_->insert_records(1, 3));
     for (uint32_t record = 1; record <= 3; ++record) {
       require(table_->set_value(record, 0, 10.0 * record));
@@ -47,9 +45,9 @@ class Calculated : public testing::Test {
 };
 
 TEST_F(Calculated, EachFieldBehindThoseItReads) {
-  add("Gross", kNumber, "=Net*1.2");
-  add("Label", kText, "=Name&\": \"&Gross");
-  add("Net", kNumber, "=Price-1");
+  add("Gross", FieldType::kNumber, "=Net*1.2");
+  add("Label", FieldType::kText, "=Name&\": \"&Gross");
+  add("Net", FieldType::kNumber, "=Price-1");
   const auto result = run();
   EXPECT_EQ(result.error, ErrorCode::kOk);
   EXPECT_EQ(result.fields, 3U);
@@ -66,16 +64,17 @@ TEST_F(Calculated, EachFieldBehindThoseItReads) {
 }
 
 TEST_F(Calculated, WhatFieldsStore) {
-  add("NumberOfText", kNumber, "=\"12\"");
-  add("NumberOfWord", kNumber, "=Name");
-  add("NumberOfNothing", kNumber, "=\"\"");
-  add("TextOfNumber", kText, "=0.1+0.2");
-  add("TextOfError", kText, "=1/0");
-  add("NumberOfError", kNumber, "=na()");
-  add("Broken", kText, "=1+");
-  add("BrokenNumber", kNumber, "=(");
-  add("First", kNumber, "={7,8}");
-  add("Long", kText, "=left(\"" + std::string(8100, 'x') + "\",9000)&\"" + std::string(100, 'y') + "\"");
+  add("NumberOfText", FieldType::kNumber, "=\"12\"");
+  add("NumberOfWord", FieldType::kNumber, "=Name");
+  add("NumberOfNothing", FieldType::kNumber, "=\"\"");
+  add("TextOfNumber", FieldType::kText, "=0.1+0.2");
+  add("TextOfError", FieldType::kText, "=1/0");
+  add("NumberOfError", FieldType::kNumber, "=na()");
+  add("Broken", FieldType::kText, "=1+");
+  add("BrokenNumber", FieldType::kNumber, "=(");
+  add("First", FieldType::kNumber, "={7,8}");
+  add("Long", FieldType::kText,
+      "=left(\"" + std::string(8100, 'x') + "\",9000)&\"" + std::string(100, 'y') + "\"");
   run();
   EXPECT_EQ(text("NumberOfText", 1), "12");
   EXPECT_EQ(text("NumberOfWord", 1), "#VALUE!");
@@ -90,8 +89,8 @@ TEST_F(Calculated, WhatFieldsStore) {
 }
 
 TEST_F(Calculated, ErrorsTravelThroughCalculatedTexts) {
-  add("Half", kText, "=if(Price>15,Price/0,\"fine\")");
-  add("Whole", kText, "=Half&\"!\"");
+  add("Half", FieldType::kText, "=if(Price>15,Price/0,\"fine\")");
+  add("Whole", FieldType::kText, "=Half&\"!\"");
   run();
   EXPECT_EQ(text("Whole", 1), "fine!");
   EXPECT_EQ(text("Whole", 2), "#VALUE!");
@@ -100,9 +99,9 @@ TEST_F(Calculated, ErrorsTravelThroughCalculatedTexts) {
 }
 
 TEST_F(Calculated, CirclesAreRefused) {
-  add("a", kNumber, "=b+1");
-  add("b", kNumber, "=c+1");
-  add("c", kNumber, "=Price+a");
+  add("a", FieldType::kNumber, "=b+1");
+  add("b", FieldType::kNumber, "=c+1");
+  add("c", FieldType::kNumber, "=Price+a");
   const auto check = check_recalculation(database_, {}, formulas_);
   EXPECT_NE(check.refusal.find("a -> b -> c -> a"), std::string::npos) << check.refusal;
   attach();
@@ -128,8 +127,8 @@ TEST_F(Calculated, QuestionsAndWrongSettings) {
 }
 
 TEST_F(Calculated, DisplayedAndSkippedRecords) {
-  add("Twice", kNumber, "=Price*2");
-  add("Again", kText, "=Twice&\"\"");
+  add("Twice", FieldType::kNumber, "=Price*2");
+  add("Again", FieldType::kText, "=Twice&\"\"");
   Recalculation settings;
   settings.table = table_;
   settings.displayed = std::vector<uint32_t>{0, 2};
@@ -155,7 +154,7 @@ class StopAtOnce final : public Progress {
 };
 
 TEST_F(Calculated, CancelledChangesNothing) {
-  add("Twice", kNumber, "=Price*2");
+  add("Twice", FieldType::kNumber, "=Price*2");
   database_.mark_saved();
   StopAtOnce progress;
   const auto result = recalculate(database_, {}, formulas_, progress);
@@ -166,10 +165,10 @@ TEST_F(Calculated, CancelledChangesNothing) {
 
 TEST_F(Calculated, AutomaticModeFollowsEdits) {
   attach();
-  add("Twice", kNumber, "=Price*2");
+  add("Twice", FieldType::kNumber, "=Price*2");
   EXPECT_EQ(text("Twice", 2), "40") << "a new formula is worked out";
-  add("Share", kNumber, "=Price/sum(lines!Price)");
-  add("Four", kNumber, "=Twice*2");
+  add("Share", FieldType::kNumber, "=Price/sum(lines!Price)");
+  add("Four", FieldType::kNumber, "=Twice*2");
   require(table_->set_value(1, 0, 40.0));
   EXPECT_EQ(text("Four", 1), "160");
   EXPECT_EQ(text("Share", 2), number_to_text(20.0 / 90)) << "what reads all records follows in all of them";
@@ -189,9 +188,9 @@ TEST_F(Calculated, AutomaticModeFollowsEdits) {
 
 TEST_F(Calculated, AutomaticModeFollowsCellsInAnyOrder) {
   attach();
-  add("Twice", kNumber, "=Price*2");
-  add("Both", kNumber, "=Twice+Price");
-  Column prices = make_column(kNumber);
+  add("Twice", FieldType::kNumber, "=Price*2");
+  add("Both", FieldType::kNumber, "=Twice+Price");
+  Column prices = make_column(FieldType::kNumber);
   std::get<NumberColumn>(prices).cells.assign({300.0, 100.0});
   std::vector<RefusedValue> refused;
   require(table_->set_values(0, {2, 0}, prices, refused));
@@ -202,8 +201,8 @@ TEST_F(Calculated, AutomaticModeFollowsCellsInAnyOrder) {
 
 TEST_F(Calculated, AutomaticModeFollowsColumnsThatAreReplaced) {
   attach();
-  add("Twice", kNumber, "=Price*2");
-  add("Four", kNumber, "=Twice*2");
+  add("Twice", FieldType::kNumber, "=Price*2");
+  add("Four", FieldType::kNumber, "=Twice*2");
   Column prices = table_->column(0);
   for (double& price : std::get<NumberColumn>(prices).cells) price += 1;
   require(table_->replace_column(0, table_->field(0), prices));
@@ -215,12 +214,12 @@ TEST_F(Calculated, AutomaticModeFollowsColumnsThatAreReplaced) {
 
 TEST_F(Calculated, EncryptedFieldsReachWhatReadsThem) {
   attach();
-  add("Twice", kNumber, "=Price*2");
-  add("Sum", kNumber, "=sum(lines!Price)");
+  add("Twice", FieldType::kNumber, "=Price*2");
+  add("Sum", FieldType::kNumber, "=sum(lines!Price)");
   Field encrypted = table_->field(0);
-  encrypted.type = kText;
+  encrypted.type = FieldType::kText;
   encrypted.encrypted = true;
-  Column sealed = make_column(kText);
+  Column sealed = make_column(FieldType::kText);
   resize_column(sealed, 3);
   require(table_->replace_column(0, encrypted, sealed));
   EXPECT_EQ(text("Twice", 1), "#REF!");
@@ -232,17 +231,18 @@ TEST_F(Calculated, EncryptedFieldsReachWhatReadsThem) {
 
 TEST_F(Calculated, DeletedAndNewFieldsReachWhatNamesThem) {
   attach();
-  add("Total", kNumber, "=Price*Amount");
+  add("Total", FieldType::kNumber, "=Price*Amount");
   EXPECT_EQ(text("Total", 2), "#NAME?");
-  add("Amount", kNumber, "=2");
+  add("Amount", FieldType::kNumber, "=2");
   EXPECT_EQ(text("Total", 2), "40");
   require(table_->delete_field(0));
   EXPECT_EQ(text("Total", 2), "#NAME?");
   ASSERT_TRUE(database_.undo()) << "one step";
   EXPECT_EQ(text("Total", 2), "40");
-  CWorkSheet* totals = add_sample_table(database_, "sums", "totals", {sample_field("Dummy", kText)});
+  CWorkSheet* totals =
+      add_sample_table(database_, "sums", "totals", {sample_field("Dummy", FieldType::kText)});
   require(totals->insert_records(1, 1));
-  add("All", kNumber, "=sum(lines!Price)", totals);
+  add("All", FieldType::kNumber, "=sum(lines!Price)", totals);
   EXPECT_EQ(text("All", 1, totals), "60");
   require(database_.delete_table(*table_));
   EXPECT_EQ(text("All", 1, totals), "#REF!");
@@ -254,8 +254,8 @@ class Renamed : public Calculated {
 };
 
 TEST_F(Renamed, FormulasFollowFields) {
-  add("Twice", kNumber, "= price*2 + Price");
-  add("Label", kText, "=Name&\" Price \"&lines!Price&\"lines\"!\"price\"");
+  add("Twice", FieldType::kNumber, "= price*2 + Price");
+  add("Label", FieldType::kText, "=Name&\" Price \"&lines!Price&\"lines\"!\"price\"");
   Field validated = table_->field(0);
   validated.validation = "=Price>0";
   require(table_->change_field(0, validated));
@@ -274,9 +274,9 @@ TEST_F(Renamed, FormulasFollowFields) {
 
 TEST_F(Renamed, NamesThatNeedQuotes) {
   attach();
-  add("Less", kNumber, "=Price-2");
-  add("Sum", kNumber, "=sum(lines!Price)");
-  add("net-2", kNumber, "");
+  add("Less", FieldType::kNumber, "=Price-2");
+  add("Sum", FieldType::kNumber, "=sum(lines!Price)");
+  add("net-2", FieldType::kNumber, "");
   const std::pair<const char*, const char*> names[] = {
       {"Unit price", "=Unit price-2"}, {"true", "=true-2"},   {"a \"b\"", "=a \"b\"-2"},
       {"Net", "=$\"Net\"-2"},          {"Price", "=Price-2"},
@@ -294,7 +294,7 @@ TEST_F(Renamed, NamesThatNeedQuotes) {
 
 TEST_F(Renamed, FormulasFollowTablesAndFolders) {
   attach();
-  add("Sum", kNumber, "=sum(lines!Price)+sum('lines'!Price)");
+  add("Sum", FieldType::kNumber, "=sum(lines!Price)+sum('lines'!Price)");
   EXPECT_EQ(text("Sum", 1), "120");
   require(database_.rename_table(*table_, "items"));
   EXPECT_EQ(formula("Sum"), "=sum(items!Price)+sum(\"items\"!Price)");
@@ -312,7 +312,7 @@ TEST_F(Renamed, FormulasFollowTablesAndFolders) {
 TEST_F(Renamed, FormulasThatWouldGetTooLongStay) {
   std::string terms = "=Price";
   while (terms.size() < 8000) terms += "+Price";
-  add("Long", kNumber, terms);
+  add("Long", FieldType::kNumber, terms);
   attach();
   require(table_->rename_field(0, "A much longer price"));
   EXPECT_EQ(formula("Long"), terms);
@@ -321,7 +321,7 @@ TEST_F(Renamed, FormulasThatWouldGetTooLongStay) {
 TEST_F(Calculated, ManualModeWaits) {
   attach();
   hooks_.set_update_mode(UpdateMode::kManual);
-  add("Twice", kNumber, "=Price*2");
+  add("Twice", FieldType::kNumber, "=Price*2");
   EXPECT_EQ(text("Twice", 1), "");
   run();
   require(table_->set_value(1, 0, 1.0));
@@ -331,12 +331,13 @@ TEST_F(Calculated, ManualModeWaits) {
 }
 
 TEST_F(Calculated, AcrossTables) {
-  CWorkSheet* totals = add_sample_table(database_, "sums", "totals", {sample_field("Dummy", kText)});
+  CWorkSheet* totals =
+      add_sample_table(database_, "sums", "totals", {sample_field("Dummy", FieldType::kText)});
   require(totals->insert_records(1, 1));
   attach();
   // "Total" is a field of both tables: naming it behind a table is no circle.
-  add("Total", kNumber, "=sum(lines!Total)", totals);
-  add("Total", kNumber, "=Price*2");
+  add("Total", FieldType::kNumber, "=sum(lines!Total)", totals);
+  add("Total", FieldType::kNumber, "=Price*2");
   EXPECT_EQ(check_recalculation(database_, {}, formulas_).refusal, "");
   EXPECT_EQ(text("Total", 1, totals), "120");
   require(table_->set_value(3, 0, 31.0));
@@ -363,15 +364,15 @@ TEST_F(Calculated, Validation) {
 }
 
 TEST_F(Calculated, TextsOfManyThreads) {
-  CWorkSheet* many =
-      add_sample_table(database_, "", "many", {sample_field("n", kNumber), sample_field("t", kText)});
+  CWorkSheet* many = add_sample_table(
+      database_, "", "many", {sample_field("n", FieldType::kNumber), sample_field("t", FieldType::kText)});
   require(many->insert_records(1, 50'000));
   Column numbers = many->column(0);
   for (uint32_t i = 0; i < 50'000; ++i) std::get<NumberColumn>(numbers).cells[i] = i;
   require(many->replace_column(0, many->field(0), std::move(numbers)));
-  add("Different", kText, "=\"no \"&n", many);
-  add("Few", kText, "=if(n>25000,\"high\",\"low\")", many);
-  add("Mixed", kText, "=left(n,2)&Few", many);
+  add("Different", FieldType::kText, "=\"no \"&n", many);
+  add("Few", FieldType::kText, "=if(n>25000,\"high\",\"low\")", many);
+  add("Mixed", FieldType::kText, "=left(n,2)&Few", many);
   Recalculation settings;
   for (const int threads : {1, 2, 5, 16}) {
     settings.threads = threads;

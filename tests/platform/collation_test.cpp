@@ -39,16 +39,16 @@ char order_of(const Collation& collation, std::string_view a, std::string_view b
   return "<=>"[order + 1];
 }
 
-struct Case {
+struct CollationCase {
   const char* a;
   char order;  // of all systems, or of Linux
   const char* b;
   char on_windows = '\0';  // where it differs
 };
 
-void expect_orders(const char* locale, CollationOptions options, std::initializer_list<Case> cases) {
+void expect_orders(const char* locale, CollationOptions options, std::initializer_list<CollationCase> cases) {
   const auto collation = Collation::open(locale, options);
-  for (const Case& one : cases) {
+  for (const CollationCase& one : cases) {
     const char expected = kIsWindows && one.on_windows != '\0' ? one.on_windows : one.order;
     EXPECT_EQ(order_of(*collation, one.a, one.b), expected) << locale << ": " << one.a << " | " << one.b;
   }

@@ -20,12 +20,6 @@ FileType test_type(const std::string& program) {
 
 #ifndef _WIN32
 
-std::string content_of(const std::string& path) {
-  std::ostringstream content;
-  content << std::ifstream(path, std::ios::binary).rdbuf();
-  return content.str();
-}
-
 // The value of KEY in a desktop entry.
 std::string entry_value(const std::string& entry, const std::string& key) {
   std::istringstream lines(entry);
@@ -45,14 +39,14 @@ TEST(FileTypes, AreADesktopEntryAndAMimeType) {
   ASSERT_EQ(register_file_type(type), RegistrationStatus::kOk);
   ASSERT_EQ(register_file_type(type), RegistrationStatus::kOk);
 
-  const std::string entry = content_of(entry_path);
+  const std::string entry = content_of_file(entry_path);
   EXPECT_TRUE(entry.starts_with("[Desktop Entry]\n"));
   EXPECT_EQ(entry_value(entry, "Type"), "Application");
   EXPECT_EQ(entry_value(entry, "Name"), "RowvaneTest");
   EXPECT_EQ(entry_value(entry, "MimeType"), "application/x-rowvane-test;");
   // Quoted for the command line first, then escaped as any value of the file.
   EXPECT_EQ(entry_value(entry, "Exec"), R"("/opt/my \\"\\$\\`\\\\100%%/rowvane" %F)");
-  const std::string package = content_of(package_path);
+  const std::string package = content_of_file(package_path);
   for (const char* part : {"<mime-type type=\"application/x-rowvane-test\">", "<glob pattern=\"*.rvbtest\"/>",
                            "<comment>Rowvane &lt;Test> File</comment>"}) {
     EXPECT_THAT(package, testing::HasSubstr(part));

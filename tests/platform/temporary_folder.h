@@ -2,8 +2,10 @@
 #pragma once
 
 #include <filesystem>
+#include <fstream>
 #include <iterator>
 #include <random>
+#include <sstream>
 #include <string>
 
 namespace rowvane::platform {
@@ -11,6 +13,13 @@ namespace rowvane::platform {
 // The path that PATH, in UTF-8, names.
 inline std::filesystem::path path_of(const std::string& path) {
   return std::filesystem::path(std::u8string(path.begin(), path.end()));
+}
+
+// All bytes of the file; none when it cannot be read.
+inline std::string content_of_file(const std::string& path) {
+  std::ostringstream content;
+  content << std::ifstream(path_of(path), std::ios::binary).rdbuf();
+  return content.str();
 }
 
 // A new folder in PARENT that goes away with the test.

@@ -10,12 +10,12 @@ namespace {
 constexpr double kFirstOfMarch = 45352;  // 2024-03-01
 constexpr double kChristmas = 45651;     // 2024-12-25
 
-struct Case {
+struct DateCase {
   const char* text;
   double expected;
 };
 
-void expect_dates(const char* locale, std::initializer_list<Case> cases) {
+void expect_dates(const char* locale, std::initializer_list<DateCase> cases) {
   const RegionalSettings settings = regional_settings_of(locale);
   for (const auto& [text, expected] : cases) {
     const std::optional<double> date = text_to_date(text, settings);

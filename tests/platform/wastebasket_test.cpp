@@ -17,12 +17,6 @@ namespace fs = std::filesystem;
 
 #ifndef _WIN32
 
-std::string content_of(const std::string& path) {
-  std::ostringstream content;
-  content << std::ifstream(path, std::ios::binary).rdbuf();
-  return content.str();
-}
-
 TEST(Wastebasket, TakesFilesWithWhereTheyCameFrom) {
   const TemporaryFolder folder;
   const ScopedEnvironment data("XDG_DATA_HOME", folder.path("data").c_str());
@@ -33,10 +27,10 @@ TEST(Wastebasket, TakesFilesWithWhereTheyCameFrom) {
     EXPECT_FALSE(fs::exists(file));
   }
   const std::string trash = folder.path("data/Trash");
-  EXPECT_EQ(content_of(trash + "/files/a b\xC3\xA4%.txt"), "first");
-  EXPECT_EQ(content_of(trash + "/files/a b\xC3\xA4%.txt.2"), "second");
+  EXPECT_EQ(content_of_file(trash + "/files/a b\xC3\xA4%.txt"), "first");
+  EXPECT_EQ(content_of_file(trash + "/files/a b\xC3\xA4%.txt.2"), "second");
   const std::string url = folder.path("a%20b%C3%A4%25.txt");
-  EXPECT_THAT(content_of(trash + "/info/a b\xC3\xA4%.txt.trashinfo"),
+  EXPECT_THAT(content_of_file(trash + "/info/a b\xC3\xA4%.txt.trashinfo"),
               testing::MatchesRegex("\\[Trash Info\\]\nPath=" + url +
                                     "\nDeletionDate=[0-9]+-[0-9]+-[0-9]+T[0-9]+:[0-9]+:[0-9]+\n"));
   EXPECT_EQ(fs::status(trash).permissions() & fs::perms::all, fs::perms::owner_all);
@@ -49,7 +43,7 @@ TEST(Wastebasket, TakesTheLinkAndNotWhatItLeadsTo) {
   fs::create_symlink(folder.path("target"), folder.path("link"));
   EXPECT_EQ(move_to_wastebasket(folder.path("link")), FileStatus::kOk);
   EXPECT_FALSE(fs::is_symlink(folder.path("link")));
-  EXPECT_EQ(content_of(folder.path("target")), "kept");
+  EXPECT_EQ(content_of_file(folder.path("target")), "kept");
 }
 
 TEST(Wastebasket, LeavesTheFileWhenItHasNoPlace) {
@@ -60,7 +54,7 @@ TEST(Wastebasket, LeavesTheFileWhenItHasNoPlace) {
   std::ofstream(folder.path("data/Trash")) << "in the way";
   std::ofstream(folder.path("a")) << "kept";
   EXPECT_NE(move_to_wastebasket(folder.path("a")), FileStatus::kOk);
-  EXPECT_EQ(content_of(folder.path("a")), "kept");
+  EXPECT_EQ(content_of_file(folder.path("a")), "kept");
 }
 
 #else

@@ -14,12 +14,6 @@
 namespace rowvane {
 namespace {
 
-Options with_threads(int threads) {
-  Options options;
-  options.used_processor_cores = threads;
-  return options;
-}
-
 // The scope cut into groups by looking at every pair, sorted by the fields.
 std::vector<RecordSet> groups_by_comparing(const CWorkSheet& table, const RecordSet& scope,
                                            const std::vector<size_t>& fields, const SortOptions& options) {

@@ -8,12 +8,6 @@
 namespace rowvane {
 namespace {
 
-Options with_threads(int threads) {
-  Options options;
-  options.used_processor_cores = threads;
-  return options;
-}
-
 std::unique_ptr<CWorkSheet> table_of(const std::vector<double>& numbers) {
   TableData data;
   data.record_count = static_cast<uint32_t>(numbers.size());

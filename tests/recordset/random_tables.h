@@ -9,11 +9,18 @@
 #include <string>
 #include <vector>
 
+#include "core/options.h"
 #include "core/progress.h"
 #include "core/work_sheet.h"
 #include "recordset/record_set.h"
 
 namespace rowvane {
+
+inline Options with_threads(int threads) {
+  Options options;
+  options.used_processor_cores = threads;
+  return options;
+}
 
 // The fields of random tables.
 inline constexpr size_t kWordField = 0;    // few different words, which a collation partly takes for equal

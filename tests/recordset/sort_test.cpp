@@ -13,12 +13,6 @@ namespace {
 
 constexpr SortOptions kNeutral{.collation = SortCollation::kNeutral};
 
-Options with_threads(int threads) {
-  Options options;
-  options.used_processor_cores = threads;
-  return options;
-}
-
 // The slow way.
 RecordSet sorted_by_comparing(const CWorkSheet& table, RecordSet records, const SortKeys& keys,
                               const SortOptions& options) {
@@ -113,7 +107,7 @@ TEST(Sort, RefusesKeysThatCannotBe) {
             ErrorCode::kTooManySortKeys);
 }
 
-class UnreadableSource final : public ContentSource {
+class CorruptedSource final : public ContentSource {
  public:
   ErrorCode read(std::string&) const override { return ErrorCode::kZipCorrupted; }
 };
@@ -121,7 +115,7 @@ class UnreadableSource final : public ContentSource {
 TEST(Sort, TellsWhyALongTextCannotBeRead) {
   ContentColumn column;
   column.cells.push_back(column.add(Content::of("a")));
-  column.cells.push_back(column.add(Content::stored(std::make_shared<UnreadableSource>(), 5)));
+  column.cells.push_back(column.add(Content::stored(std::make_shared<CorruptedSource>(), 5)));
   TableData data;
   data.record_count = 2;
   data.fields.resize(1);

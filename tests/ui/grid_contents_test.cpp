@@ -3,6 +3,7 @@
 #include <QFileInfo>
 #include <QImage>
 
+#include "source_folder.h"
 #include "ui/grid/content_texts.h"
 #include "ui/grid/links.h"
 #include "ui/grid/type_signs.h"
@@ -126,7 +127,7 @@ TEST(LinkTargetTest, WebMailAndFiles) {
   EXPECT_EQ(link_target("example.org", {}), QUrl("https://example.org"));
   EXPECT_EQ(link_target(" http://example.org:80/x ", {}), QUrl("http://example.org:80/x"));
   EXPECT_EQ(link_target("anna@example.org", {}), QUrl("mailto:anna@example.org"));
-  const QDir source(QFileInfo(ROWVANE_SOURCE_DIR).absoluteFilePath());
+  const QDir source(QFileInfo(kSourceFolder).absoluteFilePath());
   EXPECT_EQ(link_target(source.filePath("a b.txt"), {}), QUrl::fromLocalFile(source.filePath("a b.txt")));
   EXPECT_EQ(link_target("README.md", source.path()), QUrl::fromLocalFile(source.filePath("README.md")));
   for (const char* none : {"", "just words", "javascript:alert(1)", "unknown:thing"}) {

@@ -43,10 +43,6 @@ const NamedType& named_type(const std::string& name) {
                        [&name](const NamedType& type) { return type.name == name; });
 }
 
-int done(ErrorCode error) {
-  return error == ErrorCode::kOk ? kDone : fail(error);
-}
-
 // FORMULA, cut to what fields can hold, into STORED.
 void read_formula(const std::optional<std::string>& formula, std::string& stored) {
   if (!formula) return;

@@ -35,10 +35,6 @@ int read_expressions(const CWorkSheet& table, std::span<const std::string> typed
   return refusal.empty() ? kDone : fail(refusal);
 }
 
-int done(ErrorCode error) {
-  return error == ErrorCode::kOk ? kDone : fail(error);
-}
-
 int add_key(CWorkSheet& table, std::span<const std::string> words) {
   if (words.size() < 2) return fail_usage("keys add needs a name and at least one criterion");
   SearchKey key{words[0], {}};

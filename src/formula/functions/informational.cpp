@@ -27,7 +27,7 @@ Scalar na(Arguments, const ScalarContext&) {
   return Scalar::of(FormulaError::kNotAvailable);
 }
 
-constexpr std::array kEvaluation = {
+constexpr std::array kInformationalEvaluation = {
     EvaluationEntry{nullptr, "ISBLANK(", {is_blank, 1, 1, true}},
     EvaluationEntry{nullptr, "ISERROR(", {is_error, 1, 1, true}},
     EvaluationEntry{nullptr, "ISNA(", {is_na, 1, 1, true}},
@@ -38,7 +38,7 @@ constexpr std::array kEvaluation = {
 
 constexpr auto kInformational = FunctionCategory::kInformational;
 
-constexpr std::array kDocumentation = {
+constexpr std::array kInformationalDocumentation = {
     DocumentationEntry{documentation_flags(kInformational, 1), "isBlank", "value\0", "0",
                        "isBlank(value)\r\n\r\nTRUE when the value is empty.\r\n\r\n=isBlank(1)    returns 0"},
     DocumentationEntry{
@@ -60,7 +60,7 @@ constexpr std::array kDocumentation = {
 }  // namespace
 
 FunctionTables informational_functions() {
-  return {kEvaluation, kDocumentation};
+  return {kInformationalEvaluation, kInformationalDocumentation};
 }
 
 }  // namespace rowvane

@@ -73,7 +73,7 @@ void decide_cells(FormulaEvaluator& evaluator) {
   evaluator.give(Scalar::of(decided ? kDeciding : !kDeciding));
 }
 
-constexpr std::array kEvaluation = {
+constexpr std::array kLogicalEvaluation = {
     EvaluationEntry{decide_cells<false>, "AND(", {all_true, 1, 255}},
     EvaluationEntry{nullptr, "FALSE(", {always_false, 0, 0}},
     EvaluationEntry{nullptr, "IF(", {choose, 2, 3, true}},
@@ -84,7 +84,7 @@ constexpr std::array kEvaluation = {
 
 constexpr auto kLogical = FunctionCategory::kLogical;
 
-constexpr std::array kDocumentation = {
+constexpr std::array kLogicalDocumentation = {
     DocumentationEntry{
         documentation_flags(kLogical, 0, true), "and", "value1\0value2\0...\0", "0000000",
         "and(value1, value2, ...)\r\n\r\nTRUE when all values are numbers other than 0. Texts and empty "
@@ -116,7 +116,7 @@ constexpr std::array kDocumentation = {
 }  // namespace
 
 FunctionTables logical_functions() {
-  return {kEvaluation, kDocumentation};
+  return {kLogicalEvaluation, kLogicalDocumentation};
 }
 
 }  // namespace rowvane

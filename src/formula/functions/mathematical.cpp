@@ -82,7 +82,7 @@ void sum(FormulaEvaluator& evaluator) {
   evaluator.give(Scalar::computed(total.result()));
 }
 
-constexpr std::array kEvaluation = {
+constexpr std::array kMathematicalEvaluation = {
     EvaluationEntry{nullptr, "ABS(", {abs_of, 1, 1}},
     EvaluationEntry{nullptr, "PI(", {pi, 0, 0}},
     EvaluationEntry{nullptr, "ROUND(", {round_of, 1, 2}},
@@ -91,7 +91,7 @@ constexpr std::array kEvaluation = {
 
 constexpr auto kMathematical = FunctionCategory::kMathematical;
 
-constexpr std::array kDocumentation = {
+constexpr std::array kMathematicalDocumentation = {
     DocumentationEntry{documentation_flags(kMathematical, 1), "abs", "number\0", "0",
                        "abs(number)\r\n\r\nThe absolute value of a number.\r\n\r\n=abs(-2.5)    returns 2.5"},
     DocumentationEntry{
@@ -113,7 +113,7 @@ constexpr std::array kDocumentation = {
 }  // namespace
 
 FunctionTables mathematical_functions() {
-  return {kEvaluation, kDocumentation};
+  return {kMathematicalEvaluation, kMathematicalDocumentation};
 }
 
 }  // namespace rowvane

@@ -10,7 +10,7 @@ void no_implementation(FormulaEvaluator& evaluator) {
   evaluator.give(Scalar::of(FormulaError::kData));
 }
 
-constexpr std::array kEvaluation = {
+constexpr std::array kPlaceholderEvaluation = {
     EvaluationEntry{no_implementation, "DAVERAGE(", {}},
     EvaluationEntry{no_implementation, "DCOUNT(", {}},
     EvaluationEntry{no_implementation, "DCOUNTA(", {}},
@@ -83,7 +83,7 @@ constexpr std::array kEvaluation = {
 }  // namespace
 
 FunctionTables placeholder_functions() {
-  return {kEvaluation, {}};
+  return {kPlaceholderEvaluation, {}};
 }
 
 }  // namespace rowvane

@@ -91,7 +91,7 @@ Scalar upper(Arguments arguments, const ScalarContext& context) {
   return context.area.keep(platform::upper_case(to_text(arguments[0], context).text));
 }
 
-constexpr std::array kEvaluation = {
+constexpr std::array kTextualEvaluation = {
     EvaluationEntry{nullptr, "CONCATENATE(", {concatenate, 0, 255}},
     EvaluationEntry{nullptr, "EXACT(", {exact, 2, 2}},
     EvaluationEntry{nullptr, "FIND(", {find, 2, 3}},
@@ -104,7 +104,7 @@ constexpr std::array kEvaluation = {
 
 constexpr auto kTextual = FunctionCategory::kTextual;
 
-constexpr std::array kDocumentation = {
+constexpr std::array kTextualDocumentation = {
     DocumentationEntry{documentation_flags(kTextual, 0, true), "concatenate", "text1\0text2\0...\0",
                        "0000000",
                        "concatenate(text1, text2, ...)\r\n\r\nThe texts joined into one, as by &.\r\n\r\n"
@@ -145,7 +145,7 @@ constexpr std::array kDocumentation = {
 }  // namespace
 
 FunctionTables textual_functions() {
-  return {kEvaluation, kDocumentation};
+  return {kTextualEvaluation, kTextualDocumentation};
 }
 
 }  // namespace rowvane

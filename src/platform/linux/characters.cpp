@@ -8,6 +8,7 @@
 #include <unicode/stringpiece.h>
 #include <unicode/uchar.h>
 
+#include "platform/ascii.h"
 #include "platform/utf8.h"
 
 namespace rowvane::platform {
@@ -28,10 +29,7 @@ bool is_mark(char32_t character) {
 std::string fold_case(std::string_view text) {
   std::string folded;
   if (ascii_run(text, 0) == text.size()) {
-    folded.resize(text.size());
-    std::ranges::transform(text, folded.begin(),
-                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-    return folded;
+    return ascii::to_lower(text);
   }
   icu::StringByteSink<std::string> sink(&folded);
   UErrorCode error = U_ZERO_ERROR;

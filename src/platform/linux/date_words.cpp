@@ -12,7 +12,7 @@
 namespace rowvane::platform {
 namespace {
 
-std::string to_utf8(const icu::UnicodeString& text) {
+std::string utf8_of(const icu::UnicodeString& text) {
   std::string utf8;
   return text.toUTF8String(utf8);
 }
@@ -21,10 +21,10 @@ void add_names(const icu::DateFormatSymbols& symbols, icu::DateFormatSymbols::Dt
                icu::DateFormatSymbols::DtWidthType width, DateWordsBuilder& builder) {
   int32_t count = 0;
   const icu::UnicodeString* names = symbols.getMonths(count, context, width);
-  for (int32_t i = 0; i < count && i < 12; ++i) builder.add_month(to_utf8(names[i]), i + 1);
+  for (int32_t i = 0; i < count && i < 12; ++i) builder.add_month(utf8_of(names[i]), i + 1);
   names = symbols.getWeekdays(count, context, width);
   for (int32_t i = 0; i < count; ++i) {
-    if (!names[i].isEmpty()) builder.add_weekday(to_utf8(names[i]));
+    if (!names[i].isEmpty()) builder.add_weekday(utf8_of(names[i]));
   }
 }
 
@@ -47,15 +47,15 @@ void add_words_of_locale(const std::string& locale, DateWordsBuilder& builder) {
   int32_t count = 0;
   const icu::UnicodeString* const halves = symbols.getAmPmStrings(count);
   if (count == 2) {
-    builder.add_half(to_utf8(halves[0]), DayHalf::kMorning);
-    builder.add_half(to_utf8(halves[1]), DayHalf::kAfternoon);
+    builder.add_half(utf8_of(halves[0]), DayHalf::kMorning);
+    builder.add_half(utf8_of(halves[1]), DayHalf::kAfternoon);
   }
   const std::unique_ptr<icu::DateFormat> format(
       icu::DateFormat::createDateInstance(icu::DateFormat::kLong, system_locale));
   icu::UnicodeString pattern;
   if (const auto* const simple = dynamic_cast<icu::SimpleDateFormat*>(format.get()))
     simple->toPattern(pattern);
-  for (const std::string& word : literal_words(to_utf8(pattern))) builder.add_filler(word);
+  for (const std::string& word : literal_words(utf8_of(pattern))) builder.add_filler(word);
 }
 
 }  // namespace rowvane::platform

@@ -13,7 +13,7 @@
 namespace rowvane::platform {
 namespace {
 
-constexpr std::chrono::seconds kPatience{20};
+constexpr std::chrono::seconds kDesktopPatience{20};
 
 struct Places {
   std::string applications;
@@ -97,8 +97,8 @@ std::string mime_package(const FileType& type) {
 
 // The desktop finds the files without these lists too, only later.
 void update_lists(const Places& places) {
-  run_program({"update-mime-database", places.mime}, kPatience);
-  run_program({"update-desktop-database", "-q", places.applications}, kPatience);
+  run_program({"update-mime-database", places.mime}, kDesktopPatience);
+  run_program({"update-desktop-database", "-q", places.applications}, kDesktopPatience);
 }
 
 RegistrationStatus registration_status(FileStatus status) {

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <string>
 
+#include "platform/ascii.h"
+
 namespace rowvane::platform {
 namespace {
 
@@ -72,8 +74,7 @@ std::optional<PaperSize> points(std::string_view text) {
 
 std::optional<PaperSize> paper_size(std::string_view given) {
   constexpr std::string_view kCustom = "custom.";
-  std::string lower(given.substr(0, given.find(',')));
-  for (char& c : lower) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  const std::string lower = ascii::to_lower(given.substr(0, given.find(',')));
   const std::string_view name = lower;
   if (name.starts_with(kCustom)) return dimensions(name.substr(kCustom.size()));
   if (const size_t border = name.rfind('_'); border != std::string_view::npos) {

@@ -12,14 +12,15 @@
 namespace rowvane::platform {
 namespace {
 
-constexpr std::chrono::milliseconds kPatience{1500};  // for each program: a print server may be unreachable
+constexpr std::chrono::milliseconds kPrintServerPatience{
+    1500};  // for each program: a print server may be unreachable
 constexpr std::string_view kOrientation = "orientation-requested";
 constexpr std::string_view kLandscapeValue = "4";
 constexpr std::string_view kReverseLandscapeValue = "5";
 
 std::string default_printer() {
   constexpr std::string_view kAnswer = "system default destination: ";
-  const auto text = run_program({"lpstat", "-d"}, kPatience);
+  const auto text = run_program({"lpstat", "-d"}, kPrintServerPatience);
   if (!text || !text->starts_with(kAnswer)) return {};
   return text->substr(kAnswer.size(), text->find_first_of("\r\n") - kAnswer.size());
 }
@@ -47,7 +48,7 @@ std::string take_option(std::string_view& text) {
 
 std::map<std::string, std::string, std::less<>> printer_options(const std::string& printer) {
   std::map<std::string, std::string, std::less<>> options;
-  const auto text = run_program({"lpoptions", "-p", printer}, kPatience);
+  const auto text = run_program({"lpoptions", "-p", printer}, kPrintServerPatience);
   std::string_view rest = text ? std::string_view(*text) : std::string_view();
   for (;;) {
     const std::string option = take_option(rest);
@@ -60,7 +61,7 @@ std::map<std::string, std::string, std::less<>> printer_options(const std::strin
 
 // The choice with the star in "PageSize/Media Size: Letter *A4 Legal".
 std::string chosen_page_size(const std::string& printer) {
-  const auto text = run_program({"lpoptions", "-p", printer, "-l"}, kPatience);
+  const auto text = run_program({"lpoptions", "-p", printer, "-l"}, kPrintServerPatience);
   std::istringstream lines(text.value_or(std::string()));
   for (std::string line; std::getline(lines, line);) {
     if (!line.starts_with("PageSize/") && !line.starts_with("PageSize:")) continue;

@@ -20,7 +20,7 @@
 namespace rowvane::platform {
 namespace {
 
-constexpr int kMostTries = 1000;
+constexpr int kMostNames = 1000;
 constexpr mode_t kPrivateFolder = 0700;
 constexpr mode_t kPrivateFile = 0600;
 
@@ -109,7 +109,7 @@ std::string info_text(const std::string& path, const std::string& top) {
 // Takes a name in the trash that is still free by making its info file; the name's place among the files is
 // then free too. Answers an open file, or -1.
 int claim_name(const std::string& trash, const std::string& wanted, std::string& name) {
-  for (int number = 1; number <= kMostTries; ++number) {
+  for (int number = 1; number <= kMostNames; ++number) {
     name = number == 1 ? wanted : wanted + "." + std::to_string(number);
     const std::string info = join_path(join_path(trash, "info"), name + ".trashinfo");
     const int file = ::open(info.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, kPrivateFile);

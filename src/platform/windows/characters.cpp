@@ -6,6 +6,7 @@
 
 #include <windows.h>
 
+#include "platform/ascii.h"
 #include "platform/utf8.h"
 #include "platform/windows/character_ranges.h"
 #include "platform/windows/character_table.h"
@@ -57,13 +58,6 @@ void append_mapped(char32_t character, std::span<const Folding> exceptions, char
   }
 }
 
-char lower_ascii(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-}
-char upper_ascii(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
-}
-
 // Maps what is well-formed in TEXT: ASCII by MAP_ASCII, EXCEPTIONS as they say, all else by MAP.
 std::string map_text(std::string_view text, char (*map_ascii)(char), std::span<const Folding> exceptions,
                      char32_t (*map)(char32_t)) {
@@ -98,12 +92,12 @@ bool is_mark(char32_t character) {
 
 std::string fold_case(std::string_view text) {
   static_assert(std::ranges::is_sorted(kFoldings, {}, &Folding::character));
-  return map_text(text, lower_ascii, kFoldings, lower_case);
+  return map_text(text, ascii::to_lower, kFoldings, lower_case);
 }
 
 std::string upper_case(std::string_view text) {
   static_assert(std::ranges::is_sorted(kCapitals, {}, &Folding::character));
-  return map_text(text, upper_ascii, kCapitals, capital_of);
+  return map_text(text, ascii::to_upper, kCapitals, capital_of);
 }
 
 }  // namespace rowvane::platform

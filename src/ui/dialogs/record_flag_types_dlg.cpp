@@ -15,7 +15,7 @@
 namespace rowvane {
 namespace {
 
-enum ItemRole { kFormerRole = Qt::UserRole, kColorRole };
+enum FlagRole { kFormerFlagRole = Qt::UserRole, kFlagColorRole };
 constexpr int kNewType = -1;
 constexpr int kIconSize = 32;
 
@@ -80,16 +80,16 @@ QPushButton* CRecordFlagTypesDlg::add_button(QLayout& layout, const QString& tex
 void CRecordFlagTypesDlg::add_item(const RecordFlagType& type, int former) {
   auto* item = new QListWidgetItem(flag_icon(type.color), to_qt(type.name), types_);
   item->setFlags(item->flags() | Qt::ItemIsEditable);
-  item->setData(kFormerRole, former);
-  item->setData(kColorRole, type.color);
+  item->setData(kFormerFlagRole, former);
+  item->setData(kFlagColorRole, type.color);
 }
 
 EditedFlagTypes CRecordFlagTypesDlg::types() const {
   EditedFlagTypes types;
   for (int row = 0; row < types_->count(); ++row) {
     const QListWidgetItem& item = *types_->item(row);
-    const int former = item.data(kFormerRole).toInt();
-    types.push_back({{to_utf8(item.text()), item.data(kColorRole).toUInt()},
+    const int former = item.data(kFormerFlagRole).toInt();
+    types.push_back({{to_utf8(item.text()), item.data(kFlagColorRole).toUInt()},
                      former == kNewType ? std::nullopt : std::optional(static_cast<size_t>(former))});
   }
   return types;
@@ -115,14 +115,14 @@ void CRecordFlagTypesDlg::set_color(const QColor& color) {
   QListWidgetItem* item = types_->currentItem();
   if (item == nullptr || !color.isValid()) return;
   const uint32_t rgb = color.rgb() & 0xFFFFFF;
-  item->setData(kColorRole, rgb);
+  item->setData(kFlagColorRole, rgb);
   item->setIcon(flag_icon(rgb));
 }
 
 void CRecordFlagTypesDlg::choose_color() {
   const QListWidgetItem* item = types_->currentItem();
   if (item == nullptr) return;
-  set_color(QColorDialog::getColor(QColor::fromRgb(item->data(kColorRole).toUInt()), this, tr("Color")));
+  set_color(QColorDialog::getColor(QColor::fromRgb(item->data(kFlagColorRole).toUInt()), this, tr("Color")));
 }
 
 void CRecordFlagTypesDlg::move_type(int by) {

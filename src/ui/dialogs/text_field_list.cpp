@@ -11,8 +11,8 @@ namespace rowvane {
 namespace {
 
 constexpr int kFittedColumns = 200;  // those behind keep the usual width
-constexpr int kLeastWidth = 80;
-constexpr int kMostWidth = 260;
+constexpr int kLeastSampleWidth = 80;
+constexpr int kMostSampleWidth = 260;
 
 void prepare(QTableView& view) {
   view.setWordWrap(false);
@@ -93,7 +93,7 @@ void CTextFieldList::fit_columns() {
     for (int row = 0; row < std::min(records_->rowCount(), 20); ++row)
       width =
           std::max(width, metrics.horizontalAdvance(records_->index(row, column).data().toString().left(80)));
-    choices_->setColumnWidth(column, std::clamp(width + 16, kLeastWidth, kMostWidth));
+    choices_->setColumnWidth(column, std::clamp(width + 16, kLeastSampleWidth, kMostSampleWidth));
   }
 }
 

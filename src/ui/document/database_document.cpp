@@ -7,8 +7,8 @@
 namespace rowvane {
 namespace {
 
-constexpr size_t kNewFields = 5;
-constexpr uint32_t kNewRecords = 20;
+constexpr size_t kFirstFields = 5;
+constexpr uint32_t kFirstRecords = 20;
 
 }  // namespace
 
@@ -25,7 +25,7 @@ std::unique_ptr<CWorkSheet> new_table(std::string name, size_t fields, uint32_t 
 
 DatabaseDocument::DatabaseDocument(const Options& options)
     : options_(options), database_(std::make_unique<Database>("New Database", options)) {
-  auto table = new_table("table1", kNewFields, kNewRecords);
+  auto table = new_table("table1", kFirstFields, kFirstRecords);
   static_cast<void>(database_->add_table(database_->root(), table));
   database_->undo_log() = UndoLog(options.undo_level);
   database_->mark_saved();

@@ -9,9 +9,9 @@
 namespace rowvane {
 namespace {
 
-constexpr int kMargin = 14;
-constexpr int kLeastWidth = 40;
-constexpr int kMostWidth = 500;
+constexpr int kTextMargin = 14;
+constexpr int kLeastFittedWidth = 40;
+constexpr int kMostFittedWidth = 500;
 constexpr size_t kMostCharacters = 120;
 
 // The text of the column with the most characters: no other one is measured.
@@ -44,7 +44,7 @@ void fit_field_widths(CWorkSheet& table, const QFont& font) {
     Field field = table.field(i);
     const int text = std::max(metrics.horizontalAdvance(to_qt(field.name)),
                               metrics.horizontalAdvance(to_qt(longest_text(table, i))));
-    field.width = static_cast<uint16_t>(std::clamp(text + kMargin, kLeastWidth, kMostWidth));
+    field.width = static_cast<uint16_t>(std::clamp(text + kTextMargin, kLeastFittedWidth, kMostFittedWidth));
     static_cast<void>(table.change_field(i, field));
   }
 }

@@ -6,22 +6,11 @@
 
 #include "core/database.h"
 #include "formula/typed_value.h"
+#include "ui/grid/editor_keys.h"
 #include "ui/grid/type_signs.h"
 #include "ui/text.h"
 
 namespace rowvane {
-namespace {
-
-bool is_enter(int key) {
-  return key == Qt::Key_Return || key == Qt::Key_Enter;
-}
-
-bool is_arrow(int key) {
-  return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_Left || key == Qt::Key_Right;
-}
-
-}  // namespace
-
 CellDelegate::CellDelegate(DatabaseDocument& document, TableModel& model, const profile::Settings& settings,
                            QObject* parent)
     : QStyledItemDelegate(parent), document_(document), model_(model), settings_(settings) {}

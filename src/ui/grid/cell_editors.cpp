@@ -12,6 +12,7 @@
 #include <cmath>
 
 #include "ui/grid/code_editor.h"
+#include "ui/grid/editor_keys.h"
 #include "ui/icons.h"
 #include "ui/text.h"
 
@@ -21,10 +22,6 @@ namespace {
 const QDate kDayZero(1899, 12, 30);
 constexpr QSize kTextEditorSize(360, 150);
 constexpr QSize kCodeEditorSize(520, 220);
-
-bool is_arrow(int key) {
-  return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_Left || key == Qt::Key_Right;
-}
 
 void set_line(QLineEdit& line, const QString& text, bool whole) {
   line.setText(text);

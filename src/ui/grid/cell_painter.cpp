@@ -11,7 +11,7 @@
 namespace rowvane {
 namespace {
 
-constexpr int kMargin = 4;
+constexpr int kCellMargin = 4;
 
 // Line breaks and tabs have no place on a single line.
 QString on_one_line(QString text) {
@@ -54,11 +54,11 @@ int wanted_cell_width(const ShownCell& cell, const QFontMetrics& metrics) {
   for (const QString& line : shortened(cell.text, 500, cell.shows_end).split(u'\n')) {
     widest = std::max(widest, metrics.horizontalAdvance(line));
   }
-  return widest + 2 * kMargin + 2;
+  return widest + 2 * kCellMargin + 2;
 }
 
 void CellPainter::draw(const QRect& rect, const ShownCell& cell) {
-  QRect inside = rect.adjusted(kMargin, 0, -kMargin, 0);
+  QRect inside = rect.adjusted(kCellMargin, 0, -kCellMargin, 0);
   if (cell.files != nullptr && look_.thumbnail > 0) inside = draw_thumbnails(inside, *cell.files);
   if (cell.text.isEmpty() || inside.width() <= 0) return;
   const auto color = format_color(cell.color, look_.palette.color(QPalette::Base));

@@ -19,8 +19,8 @@ constexpr int kLeastZoom = 50;
 constexpr int kMostZoom = 300;
 constexpr int kZoomStep = 10;
 constexpr double kLeastPointSize = 9;
-constexpr int kScrollPixels = 30;  // of one step sideways
-constexpr int kMostWidth = 800;    // that fitting gives a field
+constexpr int kScrollPixels = 30;     // of one step sideways
+constexpr int kMostFieldWidth = 800;  // that fitting gives a field
 
 QFont table_font(const profile::Font& settings, QFont font) {
   font.setPointSizeF(settings.size > 0 ? settings.size : std::max(font.pointSizeF(), kLeastPointSize));
@@ -237,7 +237,7 @@ void CCellvaneView::fit_field(int place) {
   };
   fit(0, layout_.frozen_rows());
   fit(layout_.scrolled_rows().first, layout_.scrolled_rows().second);
-  layout_.set_width(place, std::min(width, kMostWidth * zoom_ / 100));
+  layout_.set_width(place, std::min(width, kMostFieldWidth * zoom_ / 100));
   keep_width(place);
 }
 

@@ -1,6 +1,7 @@
 // Opening and closing the editor of a cell.
 #include "core/database.h"
 #include "ui/grid/cellvane_view.h"
+#include "ui/grid/editor_keys.h"
 #include "ui/text.h"
 
 namespace rowvane {
@@ -55,8 +56,7 @@ bool CCellvaneView::finish_editing() {
 }
 
 void CCellvaneView::leave_editor(int key, Qt::KeyboardModifiers modifiers) {
-  const bool is_enter = key == Qt::Key_Return || key == Qt::Key_Enter;
-  if (is_enter && modifiers.testFlag(Qt::ControlModifier)) {
+  if (is_enter(key) && modifiers.testFlag(Qt::ControlModifier)) {
     if (!fill_selection_with_typed()) finish_editing();
     return;
   }

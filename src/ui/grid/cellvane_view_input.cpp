@@ -6,15 +6,12 @@
 #include <QTimerEvent>
 
 #include "ui/grid/cellvane_view.h"
+#include "ui/grid/editor_keys.h"
 
 namespace rowvane {
 namespace {
 
 constexpr int kDragInterval = 40;  // milliseconds between two steps of scrolling while the mouse is dragged
-
-bool is_enter(int key) {
-  return key == Qt::Key_Return || key == Qt::Key_Enter;
-}
 
 }  // namespace
 

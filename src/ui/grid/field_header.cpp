@@ -14,10 +14,10 @@
 namespace rowvane {
 namespace {
 
-constexpr int kMargin = 5;
+constexpr int kHeaderMargin = 5;
 constexpr int kSignSide = 14;
 constexpr int kBorderReach = 4;  // how near to a border the mouse takes it
-constexpr int kLeastWidth = 16;
+constexpr int kLeastFieldWidth = 16;
 constexpr int kArrowWidth = 9;
 
 void draw_arrow(QPainter& painter, const QRect& rect, bool descending) {
@@ -69,7 +69,7 @@ QString FieldHeader::sort_mark(int field) const {
 int FieldHeader::wanted_height() const {
   const int line = fontMetrics().height();
   const bool is_filtered = !document_.criteria().criteria(model_.table()).empty();
-  return line * (is_filtered ? 2 : 1) + 2 * kMargin;
+  return line * (is_filtered ? 2 : 1) + 2 * kHeaderMargin;
 }
 
 int FieldHeader::wanted_width(int field) const {
@@ -77,7 +77,7 @@ int FieldHeader::wanted_width(int field) const {
   bold.setBold(true);
   const QString name = to_qt(model_.table().field(static_cast<size_t>(field)).name);
   const int mark = sort_mark(field).isEmpty() ? 0 : kArrowWidth + 12;
-  return QFontMetrics(bold).horizontalAdvance(name) + kSignSide + 3 * kMargin + mark + 2;
+  return QFontMetrics(bold).horizontalAdvance(name) + kSignSide + 3 * kHeaderMargin + mark + 2;
 }
 
 // ---- drawing
@@ -90,7 +90,7 @@ void FieldHeader::draw_name(QPainter& painter, const QRect& rect, int field, boo
     draw_type_sign(painter,
                    QRect(rect.left(), rect.top() + (rect.height() - kSignSide) / 2, kSignSide, kSignSide),
                    definition, muted);
-    place.setLeft(rect.left() + kSignSide + kMargin);
+    place.setLeft(rect.left() + kSignSide + kHeaderMargin);
   }
   QFont name_font = font();
   name_font.setBold(is_current);
@@ -128,13 +128,15 @@ void FieldHeader::draw_place(QPainter& painter, int place) {
     painter.fillRect(rect, tint);
   }
   const int line = fontMetrics().height();
-  draw_name(painter, QRect(rect.left() + kMargin, kMargin, rect.width() - 2 * kMargin, line), field,
+  draw_name(painter,
+            QRect(rect.left() + kHeaderMargin, kHeaderMargin, rect.width() - 2 * kHeaderMargin, line), field,
             place == current_);
   const QString criterion = criterion_text(field);
   if (!criterion.isEmpty()) {
     painter.setFont(font());
     painter.setPen(accent);
-    const QRect below(rect.left() + kMargin, kMargin + line, rect.width() - 2 * kMargin, line);
+    const QRect below(rect.left() + kHeaderMargin, kHeaderMargin + line, rect.width() - 2 * kHeaderMargin,
+                      line);
     const QString text = fontMetrics().elidedText(criterion.simplified(), Qt::ElideRight, below.width());
     painter.drawText(below, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text);
   }
@@ -205,7 +207,7 @@ void FieldHeader::mouseMoveEvent(QMouseEvent* event) {
     setCursor(border_at(point.x()) >= 0 ? Qt::SplitHCursor : Qt::ArrowCursor);
     hovered_ = layout_.place_at(point.x());
   } else if (drag_ == Drag::kWidth) {
-    emit width_dragged(dragged_, std::max(pressed_width_ + point.x() - pressed_.x(), kLeastWidth));
+    emit width_dragged(dragged_, std::max(pressed_width_ + point.x() - pressed_.x(), kLeastFieldWidth));
   } else if ((point - pressed_).manhattanLength() >= QApplication::startDragDistance()) {
     drag_ = Drag::kMove;
     gap_ = gap_at(point.x());

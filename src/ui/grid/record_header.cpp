@@ -10,7 +10,7 @@ namespace rowvane {
 namespace {
 
 constexpr int kMarkWidth = 12;  // of the current record, on the left
-constexpr int kMargin = 5;
+constexpr int kNumberMargin = 5;
 constexpr int kFlagWidth = 4;
 
 }  // namespace
@@ -28,7 +28,7 @@ void RecordHeader::show_rows(int current, RowRanges selected) {
 
 int RecordHeader::wanted_width() const {
   const auto digits = std::max<qsizetype>(QString::number(model_.table().record_count()).size(), 2);
-  return fontMetrics().horizontalAdvance(QString(digits, u'8')) + kMarkWidth + kMargin + kFlagWidth + 3;
+  return fontMetrics().horizontalAdvance(QString(digits, u'8')) + kMarkWidth + kNumberMargin + kFlagWidth + 3;
 }
 
 bool RecordHeader::is_selected(int row) const {
@@ -50,8 +50,9 @@ void RecordHeader::draw_row(QPainter& painter, int row) {
   painter.setFont(font);
   painter.setPen(palette().color(row == current_ ? QPalette::Active : QPalette::Disabled, QPalette::Text));
   const int line = std::min(rect.height(), layout_.row_height() / layout_.lines());
-  painter.drawText(QRect(kMarkWidth, rect.top(), rect.width() - kMarkWidth - kMargin - kFlagWidth, line),
-                   Qt::AlignRight | Qt::AlignVCenter, QString::number(record));
+  painter.drawText(
+      QRect(kMarkWidth, rect.top(), rect.width() - kMarkWidth - kNumberMargin - kFlagWidth, line),
+      Qt::AlignRight | Qt::AlignVCenter, QString::number(record));
   const int type = model_.table().flag_type(record);
   const Database* database = model_.table().database();
   if (type > 0 && database != nullptr &&

@@ -13,8 +13,8 @@
 namespace rowvane {
 namespace {
 
-constexpr qsizetype kMostKeptBytes = qsizetype{64} << 20;  // more than any window shows at a time
-constexpr size_t kMostWanted = 200;                        // older wishes have been scrolled away
+constexpr qsizetype kMostThumbnailBytes = qsizetype{64} << 20;  // more than any window shows at a time
+constexpr size_t kMostWanted = 200;                             // older wishes have been scrolled away
 constexpr uint64_t kMostImageBytes = uint64_t{64} << 20;
 
 // An inserted file by the address of its content, a file outside by its path.
@@ -62,7 +62,7 @@ Thumbnails::Thumbnail decode(const FileObject& file, int side) {
 
 }  // namespace
 
-Thumbnails::Thumbnails(QObject* parent) : QObject(parent), kept_(kMostKeptBytes) {
+Thumbnails::Thumbnails(QObject* parent) : QObject(parent), kept_(kMostThumbnailBytes) {
   timer_.setSingleShot(true);
   connect(&timer_, &QTimer::timeout, this, &Thumbnails::decode_next);
 }
@@ -94,7 +94,7 @@ void Thumbnails::decode_next() {
   auto kept = std::make_unique<Kept>(Kept{wanted.file.content, decode(wanted.file, wanted.side)});
   const QSize size = kept->thumbnail.pixmap.size();
   const qsizetype bytes = 4 * qsizetype{size.width()} * size.height() + 200;
-  kept_.insert(wanted.key, kept.release(), std::min(bytes, kMostKeptBytes));
+  kept_.insert(wanted.key, kept.release(), std::min(bytes, kMostThumbnailBytes));
   if (!wanted_.empty()) timer_.start(0);
   emit ready();
 }

@@ -9,7 +9,7 @@
 namespace rowvane::platform {
 namespace {
 
-std::string decode(unsigned page, std::string_view bytes) {
+std::string decode_all(unsigned page, std::string_view bytes) {
   std::string text;
   CodePage::open(page)->to_utf8(bytes, text);
   return text;
@@ -36,8 +36,8 @@ TEST(CodePagesOnLinux, DefaultsFollowTheLanguage) {
     const ScopedEnvironment all("LC_ALL", locale);
     // A high byte tells the pages apart.
     const std::string probe = "\xA5\xD5\xF1\xBC\xE0\x92\x8F";
-    EXPECT_EQ(decode(kDefaultAnsiCodePage, probe), decode(ansi, probe)) << locale;
-    EXPECT_EQ(decode(kDefaultOemCodePage, probe), decode(oem, probe)) << locale;
+    EXPECT_EQ(decode_all(kDefaultAnsiCodePage, probe), decode_all(ansi, probe)) << locale;
+    EXPECT_EQ(decode_all(kDefaultOemCodePage, probe), decode_all(oem, probe)) << locale;
   }
 }
 

@@ -25,7 +25,7 @@ enum class System {
   kReadsAnother,  // another date, or a date where the program sees none
 };
 
-struct Case {
+struct OwnDateCase {
   const char* locale;
   const char* text;
   std::optional<double> expected;  // of the program, on both systems
@@ -45,7 +45,7 @@ bool is_near(std::optional<double> a, std::optional<double> b) {
 }
 
 void expect_system(System system, std::optional<double> expected, std::optional<double> found,
-                   const Case& one) {
+                   const OwnDateCase& one) {
   const std::string where = std::string(one.locale) + " " + one.text;
   if (system == System::kAgrees) {
     EXPECT_TRUE(is_near(expected, found)) << where;
@@ -58,7 +58,7 @@ void expect_system(System system, std::optional<double> expected, std::optional<
 
 // Where the program's own reading and VarDateFromStr differ, the program follows its own, on both systems.
 TEST(TextToDateOnWindows, ComparedWithTheSystem) {
-  const Case cases[] = {
+  const OwnDateCase cases[] = {
       // Dates as people write them: no difference.
       {"en_US", "2024-03-01", kFirstOfMarch, System::kAgrees},
       {"en_US", "2024-03-01 18:00:00", kFirstOfMarch + 0.75, System::kAgrees},
@@ -114,7 +114,7 @@ TEST(TextToDateOnWindows, ComparedWithTheSystem) {
       // Before day 0 the system counts the time of day backwards.
       {"en_US", "1899-12-29 06:00", -0.75, System::kReadsAnother},
   };
-  for (const Case& one : cases) {
+  for (const OwnDateCase& one : cases) {
     const std::optional<double> date = text_to_date(one.text, regional_settings_of(one.locale));
     EXPECT_TRUE(is_near(date, one.expected)) << one.locale << " " << one.text;
     expect_system(one.system, one.expected, date_of_system(one.text, one.locale), one);
