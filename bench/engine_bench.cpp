@@ -11,16 +11,16 @@
 #include <string>
 #include <vector>
 
-#include "core/database.h"
-#include "exchange/text_export.h"
-#include "exchange/text_import.h"
+#include "core/database/database.h"
+#include "exchange/text/text_export.h"
+#include "exchange/text/text_import.h"
 #include "file/database_file.h"
-#include "formula/recalculation.h"
-#include "recordset/duplicates.h"
-#include "recordset/find_text.h"
-#include "recordset/quartiles.h"
-#include "recordset/search.h"
-#include "recordset/sort.h"
+#include "formula/passes/recalculation.h"
+#include "recordset/compare/duplicates.h"
+#include "recordset/compare/quartiles.h"
+#include "recordset/find/find_text.h"
+#include "recordset/search/search.h"
+#include "recordset/sort/sort.h"
 #include "sample_text.h"
 
 namespace rowvane::bench {

@@ -5,9 +5,9 @@
 
 #include <benchmark/benchmark.h>
 
-#include "core/work_sheet.h"
-#include "formula/block_evaluator.h"
-#include "formula/field_results.h"
+#include "core/table/work_sheet.h"
+#include "formula/passes/block_evaluator.h"
+#include "formula/passes/field_results.h"
 #include "sample_text.h"
 
 namespace rowvane::bench {

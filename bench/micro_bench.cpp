@@ -13,14 +13,14 @@
 
 #include <benchmark/benchmark.h>
 
-#include "core/number_text.h"
-#include "core/text_pool.h"
-#include "exchange/text_block.h"
-#include "exchange/text_formatter.h"
-#include "exchange/text_import.h"
-#include "exchange/text_tokenizer.h"
-#include "file/zlib_codec.h"
+#include "core/table/text_pool.h"
+#include "core/values/number_text.h"
+#include "exchange/text/text_block.h"
+#include "exchange/text/text_formatter.h"
+#include "exchange/text/text_import.h"
+#include "exchange/text/text_tokenizer.h"
 #include "sample_text.h"
+#include "zip/zlib_codec.h"
 
 namespace rowvane::bench {
 namespace {

@@ -20,7 +20,7 @@
 #include <string>
 #include <vector>
 
-#include "core/database.h"
+#include "core/database/database.h"
 #include "ui/dialogs.h"
 #include "ui/document/database_document.h"
 #include "ui/grid/cellvane_view.h"

@@ -52,11 +52,11 @@ endif()
 
 # One floor of the program: a static library made of every .cpp file in the folder.
 #   rowvane_floor(NAME [SOURCES file...] [LINKS target...])
-# Without SOURCES all .cpp files directly in the folder are taken.
+# Without SOURCES all .cpp files below the folder are taken.
 function(rowvane_floor name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
   if(NOT ARG_SOURCES)
-    file(GLOB ARG_SOURCES CONFIGURE_DEPENDS "*.cpp")
+    file(GLOB_RECURSE ARG_SOURCES CONFIGURE_DEPENDS "*.cpp")
   endif()
   add_library(rowvane_${name} STATIC ${ARG_SOURCES})
   target_link_libraries(rowvane_${name} PUBLIC rowvane_options ${ARG_LINKS})

@@ -4,8 +4,8 @@
 #include <set>
 
 #include "cli/report.h"
-#include "core/file_error.h"
-#include "formula/typed_value.h"
+#include "core/messages/file_error.h"
+#include "formula/formats/typed_value.h"
 #include "platform/file.h"
 #include "platform/paths.h"
 

@@ -9,7 +9,7 @@
 #include "cli/password_input.h"
 #include "cli/profile_option.h"
 #include "cli/report.h"
-#include "core/messages.h"
+#include "core/messages/messages.h"
 
 namespace rowvane::cli {
 namespace {

@@ -6,8 +6,8 @@
 
 #include "core/options.h"
 #include "crypto/secret.h"
-#include "recordset/search_options.h"
-#include "recordset/sort_options.h"
+#include "recordset/search/search_options.h"
+#include "text/sort_options.h"
 
 namespace rowvane::cli {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/work_sheet.h"
+#include "core/table/work_sheet.h"
 
 namespace rowvane::cli {
 

@@ -1,7 +1,7 @@
 #include "cli/password_input.h"
 
 #include "cli/report.h"
-#include "core/file_error.h"
+#include "core/messages/file_error.h"
 #include "core/utf8.h"
 #include "platform/environment_variables.h"
 #include "platform/file.h"

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "cli/text_options.h"
-#include "core/work_sheet.h"
+#include "core/table/work_sheet.h"
 #include "recordset/record_set.h"
 
 namespace CLI {

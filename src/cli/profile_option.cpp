@@ -1,9 +1,9 @@
 #include "cli/profile_option.h"
 
-#include "app/engine_options.h"
-#include "app/profile_file.h"
-#include "app/sort_settings.h"
-#include "app/twofish_profile_cipher.h"
+#include "app/profile/engine_options.h"
+#include "app/profile/profile_file.h"
+#include "app/profile/sort_settings.h"
+#include "app/profile/twofish_profile_cipher.h"
 #include "cli/report.h"
 
 namespace rowvane::cli {

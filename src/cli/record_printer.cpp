@@ -5,10 +5,10 @@
 #include <optional>
 
 #include "cli/json.h"
-#include "core/number_text.h"
 #include "core/utf8.h"
-#include "exchange/text_formatter.h"
-#include "formula/number_format.h"
+#include "core/values/number_text.h"
+#include "exchange/text/text_formatter.h"
+#include "formula/formats/number_format.h"
 #include "platform/terminal.h"
 #include "platform/text_width.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "core/work_sheet.h"
+#include "core/table/work_sheet.h"
 #include "recordset/record_set.h"
 
 namespace rowvane::cli {

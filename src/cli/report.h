@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/status.h"
+#include "core/messages/status.h"
 
 namespace rowvane::cli {
 

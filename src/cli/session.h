@@ -10,7 +10,7 @@
 #include "cli/terminal_questions.h"
 #include "cli/text_options.h"
 #include "file/document.h"
-#include "formula/formula_hooks.h"
+#include "formula/fields/formula_hooks.h"
 
 namespace rowvane::cli {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "recordset/sort.h"
+#include "recordset/sort/sort.h"
 
 namespace CLI {
 class App;

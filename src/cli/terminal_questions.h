@@ -1,7 +1,7 @@
 // Questions on the terminal.
 #pragma once
 
-#include "core/questions.h"
+#include "core/messages/questions.h"
 
 namespace rowvane::cli {
 

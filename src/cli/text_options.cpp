@@ -5,7 +5,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "exchange/text_settings_dialog.h"
+#include "exchange/text/text_settings_dialog.h"
 #include "platform/ascii.h"
 
 namespace rowvane::cli {

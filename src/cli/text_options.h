@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "exchange/text_file_settings.h"
+#include "exchange/text/text_file_settings.h"
 
 namespace CLI {
 class App;

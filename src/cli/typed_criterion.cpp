@@ -1,7 +1,7 @@
 #include "cli/typed_criterion.h"
 
 #include "cli/report.h"
-#include "core/messages.h"
+#include "core/messages/messages.h"
 
 namespace rowvane::cli {
 namespace {

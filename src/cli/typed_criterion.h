@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "recordset/search.h"
+#include "recordset/search/search.h"
 
 namespace rowvane::cli {
 

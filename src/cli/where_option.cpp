@@ -5,7 +5,7 @@
 #include "cli/report.h"
 #include "cli/session.h"
 #include "cli/typed_criterion.h"
-#include "recordset/search_keys.h"
+#include "recordset/search/search_keys.h"
 
 namespace rowvane::cli {
 namespace {

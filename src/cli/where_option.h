@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "recordset/search.h"
+#include "recordset/search/search.h"
 
 namespace CLI {
 class App;

@@ -8,7 +8,7 @@
 #include <span>
 #include <string_view>
 
-#include "core/error_code.h"
+#include "core/messages/error_code.h"
 #include "crypto/secret.h"
 
 namespace rowvane {

@@ -1,6 +1,6 @@
 #include "crypto/field_cipher.h"
 
-#include "core/base64.h"
+#include "core/values/base64.h"
 #include "crypto/digest.h"
 #include "crypto/key_derivation.h"
 

@@ -13,7 +13,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/field.h"
+#include "core/table/field.h"
 #include "crypto/cipher.h"
 #include "crypto/random_source.h"
 

@@ -7,9 +7,9 @@
 #include <new>
 #include <set>
 
-#include "core/base64.h"
-#include "core/database.h"
+#include "core/database/database.h"
 #include "core/parallel_blocks.h"
+#include "core/values/base64.h"
 #include "crypto/field_cipher.h"
 
 namespace rowvane {

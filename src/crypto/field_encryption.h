@@ -11,9 +11,9 @@
 
 #include <vector>
 
+#include "core/messages/status.h"
 #include "core/progress.h"
-#include "core/status.h"
-#include "core/work_sheet.h"
+#include "core/table/work_sheet.h"
 #include "crypto/protection.h"
 #include "crypto/secret.h"
 

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "core/error_code.h"
+#include "core/messages/error_code.h"
 #include "crypto/secret.h"
 
 namespace rowvane {

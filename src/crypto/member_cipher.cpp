@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "core/base64.h"
+#include "core/values/base64.h"
 #include "crypto/random_source.h"
 
 namespace rowvane {

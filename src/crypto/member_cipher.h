@@ -5,7 +5,7 @@
 #include <span>
 #include <string>
 
-#include "core/error_code.h"
+#include "core/messages/error_code.h"
 #include "crypto/cipher.h"
 #include "crypto/digest.h"
 #include "crypto/key_derivation.h"

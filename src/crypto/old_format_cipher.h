@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "core/error_code.h"
+#include "core/messages/error_code.h"
 #include "crypto/secret.h"
 #include "platform/legacy_cipher.h"
 

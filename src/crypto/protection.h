@@ -4,8 +4,8 @@
 #include <memory>
 #include <optional>
 
-#include "core/database.h"
-#include "core/messages.h"
+#include "core/database/database.h"
+#include "core/messages/messages.h"
 #include "crypto/cipher.h"
 #include "crypto/secret.h"
 

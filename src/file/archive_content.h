@@ -4,7 +4,7 @@
 #include <memory>
 #include <mutex>
 
-#include "core/content.h"
+#include "core/table/content.h"
 #include "file/database_archive.h"
 
 namespace rowvane {

@@ -4,10 +4,10 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "core/names.h"
+#include "core/database/names.h"
 #include "core/utf8.h"
-#include "file/byte_stream.h"
 #include "platform/characters.h"
+#include "zip/byte_stream.h"
 
 namespace rowvane {
 namespace {

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "core/database.h"
-#include "core/error_code.h"
+#include "core/database/database.h"
+#include "core/messages/error_code.h"
 #include "crypto/cipher.h"
 
 namespace rowvane {

@@ -6,7 +6,7 @@
 
 #include "core/parallel_blocks.h"
 #include "crypto/member_cipher.h"
-#include "file/zlib_codec.h"
+#include "zip/zlib_codec.h"
 
 namespace rowvane {
 namespace {

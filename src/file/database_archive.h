@@ -10,7 +10,7 @@
 
 #include "crypto/secret.h"
 #include "file/manifest.h"
-#include "file/zip_reader.h"
+#include "zip/zip_reader.h"
 
 namespace rowvane {
 

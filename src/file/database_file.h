@@ -9,15 +9,15 @@
 #include <string>
 #include <vector>
 
-#include "core/database.h"
+#include "core/database/database.h"
+#include "core/messages/questions.h"
+#include "core/messages/status.h"
 #include "core/options.h"
 #include "core/progress.h"
-#include "core/questions.h"
-#include "core/status.h"
 #include "crypto/protection.h"
 #include "file/database_archive.h"
 #include "file/manifest.h"
-#include "file/zip_writer.h"
+#include "zip/zip_writer.h"
 
 namespace rowvane {
 

@@ -4,12 +4,12 @@
 #include <charconv>
 #include <new>
 
-#include "core/names.h"
+#include "core/database/names.h"
 #include "core/parallel_blocks.h"
 #include "core/utf8.h"
-#include "exchange/file_list_text.h"
-#include "exchange/text_import.h"
-#include "exchange/text_pipeline.h"
+#include "exchange/text/file_list_text.h"
+#include "exchange/text/text_import.h"
+#include "exchange/text/text_pipeline.h"
 #include "file/archive_content.h"
 #include "file/member_blocks.h"
 #include "file/member_text_source.h"

@@ -4,7 +4,7 @@
 #include <map>
 #include <unordered_set>
 
-#include "exchange/text_stream.h"
+#include "exchange/text/text_stream.h"
 #include "file/config_dat.h"
 #include "file/database_file.h"
 #include "file/member_names.h"

@@ -5,19 +5,19 @@
 #include <thread>
 #include <unordered_map>
 
-#include "core/binary_names.h"
-#include "core/names.h"
+#include "core/database/binary_names.h"
+#include "core/database/names.h"
 #include "core/parallel_blocks.h"
 #include "core/utf8.h"
 #include "crypto/field_encryption.h"
-#include "exchange/text_formatter.h"
+#include "exchange/text/text_formatter.h"
 #include "file/archive_content.h"
 #include "file/config_dat.h"
 #include "file/member_blocks.h"
 #include "file/member_names.h"
-#include "file/save_time.h"
 #include "platform/paths.h"
 #include "platform/pipe.h"
+#include "zip/save_time.h"
 
 namespace rowvane {
 namespace {

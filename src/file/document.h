@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "exchange/text_import.h"
+#include "exchange/text/text_import.h"
 #include "file/database_file.h"
 
 namespace rowvane {

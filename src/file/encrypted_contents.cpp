@@ -1,10 +1,10 @@
 #include "file/encrypted_contents.h"
 
-#include "core/binary_names.h"
-#include "exchange/ordered_blocks.h"
+#include "core/database/binary_names.h"
+#include "exchange/text/ordered_blocks.h"
 #include "file/archive_content.h"
-#include "file/zlib_codec.h"
 #include "platform/paths.h"
+#include "zip/zlib_codec.h"
 
 namespace rowvane {
 namespace {

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "core/content.h"
+#include "core/table/content.h"
 #include "crypto/member_cipher.h"
-#include "file/zip_format.h"
+#include "zip/zip_format.h"
 
 namespace rowvane {
 

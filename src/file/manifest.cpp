@@ -6,9 +6,9 @@
 #include <unordered_set>
 #include <utility>
 
-#include "core/base64.h"
 #include "core/utf8.h"
-#include "file/zip_names.h"
+#include "core/values/base64.h"
+#include "zip/zip_names.h"
 
 namespace rowvane {
 namespace {

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/error_code.h"
+#include "core/messages/error_code.h"
 #include "crypto/member_cipher.h"
 
 namespace rowvane {

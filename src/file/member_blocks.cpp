@@ -4,7 +4,7 @@
 #include <numeric>
 
 #include "crypto/member_cipher.h"
-#include "file/block_inflater.h"
+#include "zip/block_inflater.h"
 
 namespace rowvane {
 

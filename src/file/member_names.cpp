@@ -4,8 +4,8 @@
 #include <charconv>
 #include <unordered_set>
 
+#include "core/database/names.h"
 #include "core/limits.h"
-#include "core/names.h"
 #include "platform/characters.h"
 
 namespace rowvane {

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "core/binary_names.h"
-#include "core/work_sheet.h"
+#include "core/database/binary_names.h"
+#include "core/table/work_sheet.h"
 
 namespace rowvane {
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <string>
 
-#include "exchange/text_source.h"
+#include "exchange/text/text_source.h"
 #include "file/database_archive.h"
 
 namespace rowvane {

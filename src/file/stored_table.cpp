@@ -1,6 +1,6 @@
 #include "file/stored_table.h"
 
-#include "core/names.h"
+#include "core/database/names.h"
 #include "core/parallel_blocks.h"
 
 namespace rowvane {

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "exchange/text_load_plan.h"
+#include "exchange/text/text_load_plan.h"
 #include "file/config_dat.h"
 
 namespace rowvane {

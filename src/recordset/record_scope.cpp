@@ -1,7 +1,7 @@
 #include "recordset/record_scope.h"
 
-#include "core/messages.h"
-#include "core/work_sheet.h"
+#include "core/messages/messages.h"
+#include "core/table/work_sheet.h"
 
 namespace rowvane {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "recordset/sort.h"
+#include "recordset/sort/sort.h"
 
 namespace rowvane {
 

@@ -2,7 +2,7 @@
 
 #include <numeric>
 
-#include "core/work_sheet.h"
+#include "core/table/work_sheet.h"
 
 namespace rowvane {
 

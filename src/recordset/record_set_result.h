@@ -1,7 +1,7 @@
 // What an operation on a record set gives.
 #pragma once
 
-#include "core/error_code.h"
+#include "core/messages/error_code.h"
 #include "recordset/record_set.h"
 
 namespace rowvane {

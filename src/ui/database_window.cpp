@@ -6,9 +6,9 @@
 #include <QStackedWidget>
 #include <algorithm>
 
-#include "app/engine_options.h"
-#include "core/messages.h"
-#include "core/names.h"
+#include "app/profile/engine_options.h"
+#include "core/database/names.h"
+#include "core/messages/messages.h"
 #include "ui/dialogs/drop_down_lists_dlg.h"
 #include "ui/dialogs/field_dlg.h"
 #include "ui/dialogs/field_encryption_dlg.h"

@@ -6,7 +6,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 
-#include "core/messages.h"
+#include "core/messages/messages.h"
 #include "ui/dialogs/insert_password_dlg.h"
 #include "ui/text.h"
 

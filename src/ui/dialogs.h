@@ -5,9 +5,9 @@
 #include <QStringList>
 #include <optional>
 
-#include "app/profile_cipher.h"
-#include "app/user_messages.h"
-#include "core/questions.h"
+#include "app/profile/profile_cipher.h"
+#include "app/start/user_messages.h"
+#include "core/messages/questions.h"
 
 class QWidget;
 

@@ -8,7 +8,7 @@
 #include <QMenu>
 #include <QToolButton>
 
-#include "recordset/recent_texts.h"
+#include "recordset/search/recent_texts.h"
 #include "ui/icons.h"
 #include "ui/long_task.h"
 #include "ui/text.h"

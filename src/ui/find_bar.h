@@ -5,8 +5,8 @@
 #include <QWidget>
 #include <memory>
 
-#include "app/profile_settings.h"
-#include "recordset/find_text.h"
+#include "app/profile/profile_settings.h"
+#include "recordset/find/find_text.h"
 #include "ui/dialogs.h"
 #include "ui/grid/cellvane_view.h"
 

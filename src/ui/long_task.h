@@ -4,8 +4,8 @@
 #include <QString>
 #include <functional>
 
+#include "core/messages/questions.h"
 #include "core/progress.h"
-#include "core/questions.h"
 
 class QWidget;
 

@@ -6,8 +6,8 @@
 #include <map>
 #include <memory>
 
-#include "app/engine_options.h"
-#include "app/program_profile.h"
+#include "app/profile/engine_options.h"
+#include "app/profile/program_profile.h"
 #include "ui/actions.h"
 #include "ui/database_window.h"
 #include "ui/dialogs.h"

@@ -5,7 +5,7 @@
 #include <QTabWidget>
 #include <QToolBar>
 
-#include "app/file_type_registration.h"
+#include "app/start/file_type_registration.h"
 #include "platform/folders.h"
 #include "ui/dialogs/keyboard_dlg.h"
 #include "ui/dialogs/profile_protect_dlg.h"

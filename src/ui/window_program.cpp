@@ -4,7 +4,7 @@
 #include <QFileInfo>
 #include <QMetaObject>
 
-#include "app/startup_command.h"
+#include "app/start/startup_command.h"
 #include "ui/text.h"
 #include "ui/theme.h"
 

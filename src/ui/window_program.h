@@ -4,8 +4,8 @@
 #include <QApplication>
 #include <memory>
 
-#include "app/program_steps.h"
-#include "app/twofish_profile_cipher.h"
+#include "app/profile/twofish_profile_cipher.h"
+#include "app/start/program_steps.h"
 #include "ui/dialogs.h"
 #include "ui/main_frame.h"
 

@@ -1,15 +1,15 @@
-#include "app/first_run.h"
+#include "app/start/first_run.h"
 
 #include <filesystem>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/default_page.h"
-#include "app/help_archive.h"
+#include "app/profile/default_page.h"
 #include "app/profile_test_support.h"
-#include "file/zip_writer.h"
+#include "app/start/help_archive.h"
 #include "platform/temporary_folder.h"
+#include "zip/zip_writer.h"
 
 namespace rowvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "app/options_change.h"
+#include "app/profile/options_change.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

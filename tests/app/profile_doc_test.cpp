@@ -3,9 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include "app/profile_settings.h"
+#include "app/profile/profile_settings.h"
+#include "app/profile/profile_values.h"
 #include "app/profile_test_support.h"
-#include "app/profile_values.h"
 #include "source_folder.h"
 
 namespace rowvane::profile {

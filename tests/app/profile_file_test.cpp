@@ -1,16 +1,16 @@
-#include "app/profile_file.h"
+#include "app/profile/profile_file.h"
 
 #include <filesystem>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/engine_options.h"
-#include "app/profile_protection.h"
+#include "app/profile/engine_options.h"
+#include "app/profile/profile_protection.h"
+#include "app/profile/sort_settings.h"
+#include "app/profile/twofish_profile_cipher.h"
 #include "app/profile_test_support.h"
-#include "app/sort_settings.h"
-#include "app/twofish_profile_cipher.h"
-#include "core/messages.h"
+#include "core/messages/messages.h"
 #include "platform/temporary_folder.h"
 
 namespace rowvane {

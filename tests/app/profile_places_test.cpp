@@ -1,8 +1,8 @@
-#include "app/profile_places.h"
+#include "app/profile/profile_places.h"
 
 #include <gtest/gtest.h>
 
-#include "app/recent_files.h"
+#include "app/profile/recent_files.h"
 #include "platform/paths.h"
 
 namespace rowvane {

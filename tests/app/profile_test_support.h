@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "app/profile_cipher.h"
+#include "app/profile/profile_cipher.h"
 
 namespace rowvane {
 

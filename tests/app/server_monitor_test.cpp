@@ -1,4 +1,4 @@
-#include "app/server_monitor.h"
+#include "app/start/server_monitor.h"
 
 #include <atomic>
 #include <future>

@@ -1,4 +1,4 @@
-#include "app/start_up.h"
+#include "app/start/start_up.h"
 
 #include <filesystem>
 
@@ -6,9 +6,9 @@
 #include <gtest/gtest.h>
 
 #include "app/profile_test_support.h"
-#include "app/program_steps.h"
+#include "app/start/program_steps.h"
 #include "app/user_test_support.h"
-#include "core/messages.h"
+#include "core/messages/messages.h"
 #include "platform/temporary_folder.h"
 
 namespace rowvane {

@@ -1,4 +1,4 @@
-#include "app/startup_command.h"
+#include "app/start/startup_command.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "app/uninstall.h"
+#include "app/start/uninstall.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -9,7 +9,7 @@
 
 #include "app/profile_test_support.h"
 #include "app/user_test_support.h"
-#include "core/messages.h"
+#include "core/messages/messages.h"
 #include "platform/temporary_folder.h"
 
 namespace rowvane {

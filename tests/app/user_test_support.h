@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "app/user_messages.h"
-#include "core/questions.h"
+#include "app/start/user_messages.h"
+#include "core/messages/questions.h"
 
 namespace rowvane {
 

@@ -58,7 +58,7 @@ class SystemHeaders(Tree):
         for line in ("#include <sys/stat.h>", "#include <windows.h>", "#include <unicode/ucnv.h>", "#ifdef _WIN32"):
             self.assertEqual([], self.line("src/platform/linux/a.cpp", line))
         for line in ("#include <vector>", "#include <cstring>", "#include <zlib.h>"):
-            self.assertEqual([], self.line("src/file/a.cpp", line))
+            self.assertEqual([], self.line("src/zip/a.cpp", line))
 
     def test_system_headers_elsewhere(self):
         for name in ("unistd.h", "fcntl.h", "sys/types.h", "windows.h", "pthread.h", "dlfcn.h", "string.h"):

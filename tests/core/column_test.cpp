@@ -1,11 +1,11 @@
-#include "core/column.h"
+#include "core/table/column.h"
 
 #include <algorithm>
 #include <random>
 
 #include <gtest/gtest.h>
 
-#include "core/field.h"
+#include "core/table/field.h"
 
 namespace rowvane {
 namespace {

@@ -1,9 +1,9 @@
-#include "core/database.h"
+#include "core/database/database.h"
 
 #include <gtest/gtest.h>
 
-#include "core/messages.h"
-#include "core/names.h"
+#include "core/database/names.h"
+#include "core/messages/messages.h"
 #include "sample_tables.h"
 
 namespace rowvane {

@@ -1,8 +1,8 @@
-#include "core/field_conversion.h"
+#include "core/table/field_conversion.h"
 
 #include <gtest/gtest.h>
 
-#include "core/messages.h"
+#include "core/messages/messages.h"
 #include "sample_tables.h"
 
 namespace rowvane {

@@ -1,7 +1,7 @@
 // Names of inserted files, and the depth of folders: what database files can hold.
 #include <gtest/gtest.h>
 
-#include "core/names.h"
+#include "core/database/names.h"
 #include "sample_tables.h"
 
 namespace rowvane {

@@ -1,10 +1,10 @@
-#include "core/messages.h"
+#include "core/messages/messages.h"
 
 #include <gtest/gtest.h>
 
-#include "core/error_code.h"
-#include "core/field.h"
-#include "core/status.h"
+#include "core/messages/error_code.h"
+#include "core/messages/status.h"
+#include "core/table/field.h"
 
 namespace rowvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "core/number_text.h"
+#include "core/values/number_text.h"
 
 #include <bit>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "core/search_key.h"
+#include "core/table/search_key.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
-#include "core/shared_lists.h"
+#include "core/database/shared_lists.h"
 
 #include <gtest/gtest.h>
 
-#include "core/messages.h"
+#include "core/messages/messages.h"
 #include "sample_tables.h"
 
 namespace rowvane {

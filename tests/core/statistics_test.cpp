@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include "core/exact_sum.h"
-#include "core/quantiles.h"
+#include "core/values/exact_sum.h"
+#include "core/values/quantiles.h"
 
 namespace rowvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "core/table_copy.h"
+#include "core/table/table_copy.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "core/text_pool.h"
+#include "core/table/text_pool.h"
 
 #include <map>
 #include <random>

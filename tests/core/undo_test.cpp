@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "core/field_conversion.h"
+#include "core/table/field_conversion.h"
 #include "sample_tables.h"
 
 namespace rowvane {

@@ -1,11 +1,11 @@
-#include "core/work_sheet.h"
+#include "core/table/work_sheet.h"
 
 #include <limits>
 
 #include <gtest/gtest.h>
 
-#include "core/field_hooks.h"
-#include "core/messages.h"
+#include "core/messages/messages.h"
+#include "core/table/field_hooks.h"
 #include "sample_tables.h"
 
 namespace rowvane {

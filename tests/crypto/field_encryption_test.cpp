@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include "core/base64.h"
 #include "core/sample_tables.h"
+#include "core/values/base64.h"
 #include "crypto/field_cipher.h"
 
 namespace rowvane {

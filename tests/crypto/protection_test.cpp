@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "core/base64.h"
+#include "core/values/base64.h"
 #include "crypto/encryptor_queue.h"
 #include "crypto/member_cipher.h"
 

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "core/work_sheet.h"
+#include "core/table/work_sheet.h"
 
 namespace rowvane {
 

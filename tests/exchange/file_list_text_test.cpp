@@ -1,4 +1,4 @@
-#include "exchange/file_list_text.h"
+#include "exchange/text/file_list_text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "exchange/ordered_blocks.h"
+#include "exchange/text/ordered_blocks.h"
 
 #include <atomic>
 #include <new>

@@ -1,9 +1,9 @@
-#include "exchange/standard_dates.h"
+#include "exchange/text/standard_dates.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/database.h"
+#include "core/database/database.h"
 
 namespace rowvane {
 namespace {

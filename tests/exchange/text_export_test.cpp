@@ -1,4 +1,4 @@
-#include "exchange/text_export.h"
+#include "exchange/text/text_export.h"
 
 #include <atomic>
 #include <map>
@@ -6,11 +6,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/database.h"
+#include "core/database/database.h"
 #include "exchange/export_test_support.h"
-#include "exchange/text_import.h"
+#include "exchange/text/text_import.h"
 #include "platform/file.h"
 #include "platform/temporary_folder.h"
+#include "zip/zip_test_support.h"
 
 #ifndef _WIN32
 #include <csignal>
@@ -129,38 +130,18 @@ TEST_F(TextExportTest, RowLimitContinuesInFurtherFiles) {
   EXPECT_EQ(file_text(path(".x")), "n,t\r\n");
 }
 
-// Remembers what it was given; `finish` puts it on the shelf.
-class FakeArchive final : public ExportArchive {
- public:
-  using Members = std::map<std::string, std::string>;
-  static inline std::map<std::string, Members> shelf;
-  static inline ErrorCode add_error = ErrorCode::kOk;
-  static inline ErrorCode finish_error = ErrorCode::kOk;
-
-  explicit FakeArchive(std::string path) : path_(std::move(path)) {}
-  static std::unique_ptr<ExportArchive> make(const std::string& path) {
-    return path.find("none") == std::string::npos ? std::make_unique<FakeArchive>(path) : nullptr;
-  }
-
-  ErrorCode add(const std::string& name, const Content& content) override {
-    if (!members_.emplace(name, content.in_memory()).second) return ErrorCode::kNameNotUnique;
-    return add_error;
-  }
-  ErrorCode finish() override {
-    if (finish_error == ErrorCode::kOk) shelf[path_] = members_;
-    return finish_error;
-  }
-
- private:
-  std::string path_;
-  Members members_;
-};
+// The members of the archive at PATH.
+std::map<std::string, std::string> members_of(const std::string& path) {
+  ZipReader reader;
+  EXPECT_EQ(reader.open(path), ErrorCode::kOk) << path;
+  std::map<std::string, std::string> members;
+  for (const ZipMember& member : reader.members()) members[member.name] = content_of(reader, member.name);
+  return members;
+}
 
 class TextExportArchives : public TextExportTest {
  protected:
   TextExportArchives() {
-    FakeArchive::shelf.clear();
-    FakeArchive::add_error = FakeArchive::finish_error = ErrorCode::kOk;
     const FileList files = {
         {"photo.jpg", "", Content::of("jpg")}, {"b.txt", "/home/b.txt", {}}, {"c.txt", "", Content::of("c")}};
     table_ = std::make_unique<CWorkSheet>(
@@ -168,7 +149,6 @@ class TextExportArchives : public TextExportTest {
                  {{"id", FieldType::kNumber, {1.0, 2.0, 3.0}},
                   {"long", FieldType::kLongText, {Content::of("x,y"), Content::of("{\\rtf1}"), CellValue()}},
                   {"files", FieldType::kFiles, {CellValue(), CellValue(), files}}}));
-    settings_.make_archive = &FakeArchive::make;
   }
   std::unique_ptr<CWorkSheet> table_;
   TextExport settings_;
@@ -184,7 +164,7 @@ TEST_F(TextExportArchives, HoldWhatTheCellsName) {
             "2,my.list.rvb-bin/t.r000000002f00002/text.rtf,\r\n"
             "3,,my.list.rvb-bin/t.r000000003f00003/photo.jpg; /home/b.txt; "
             "my.list.rvb-bin/t.r000000003f00003/c.txt\r\n");
-  EXPECT_THAT(FakeArchive::shelf[path("my.list.rvb-bin.zip")],
+  EXPECT_THAT(members_of(path("my.list.rvb-bin.zip")),
               UnorderedElementsAre(Pair("my.list.rvb-bin/t.r000000001f00002/text.txt", "x,y"),
                                    Pair("my.list.rvb-bin/t.r000000002f00002/text.rtf", "{\\rtf1}"),
                                    Pair("my.list.rvb-bin/t.r000000003f00003/photo.jpg", "jpg"),
@@ -200,26 +180,34 @@ TEST_F(TextExportArchives, EachOptionStandsAlone) {
       "t.rvb-bin/t.r000000003f00003/photo.jpg; /home/b.txt; t.rvb-bin/t.r000000003f00003/c.txt";
   EXPECT_EQ(file_text(path()), "files,long,files\r\n" + files + ",," + files + "\r\n,\"x,y\",\r\n" + files +
                                    ",," + files + "\r\n");
-  EXPECT_EQ(FakeArchive::shelf.size(), 1U);
-  settings_.make_archive = nullptr;
-  EXPECT_NE(check_text_export_settings(*table_, settings_), "");
+  EXPECT_EQ(members_of(path("t.rvb-bin.zip")).size(), 2U);
 }
+
+class UnreadableFile final : public ContentSource {
+ public:
+  ErrorCode read(std::string&) const override { return ErrorCode::kFileRead; }
+};
 
 TEST_F(TextExportArchives, FailuresLeaveTheText) {
   settings_.save_files = true;
   write_old(path());
-  for (ErrorCode* place : {&FakeArchive::add_error, &FakeArchive::finish_error}) {
-    *place = ErrorCode::kFileWrite;
-    const TextExportResult result = export_text(*table_, path(), settings_);
-    EXPECT_EQ(result.status, Status::kFailed);
-    EXPECT_EQ(result.error, ErrorCode::kFileWrite);
-    EXPECT_THAT(result.files, IsEmpty());
-    EXPECT_EQ(file_text(path()), "old");
-    EXPECT_THAT(FakeArchive::shelf, IsEmpty());
-    *place = ErrorCode::kOk;
-  }
-  EXPECT_EQ(export_text(*table_, path("none.csv"), settings_).error, ErrorCode::kFileCreate);
+  ASSERT_EQ(
+      table_->set_value(1, 2, FileList{{"lost", "", Content::stored(std::make_shared<UnreadableFile>(), 9)}}),
+      ErrorCode::kOk);
+  const TextExportResult unread = export_text(*table_, path(), settings_);
+  EXPECT_EQ(unread.status, Status::kFailed);
+  EXPECT_EQ(unread.error, ErrorCode::kFileRead);
+  EXPECT_THAT(unread.files, IsEmpty());
   EXPECT_EQ(folder_.file_count(), 1U);
+
+  settings_.positions = std::vector<uint32_t>{2};
+  std::filesystem::create_directory(path("t.rvb-bin.zip"));
+  const TextExportResult blocked = export_text(*table_, path(), settings_);
+  EXPECT_EQ(blocked.status, Status::kFailed);
+  EXPECT_THAT(blocked.files, IsEmpty());
+  EXPECT_EQ(file_text(path()), "old");
+  EXPECT_EQ(folder_.file_count(), 2U);
+  EXPECT_EQ(export_text(*table_, path("none/t.csv"), settings_).error, ErrorCode::kFileCreate);
 }
 
 // Cancels once DONE records are reported.

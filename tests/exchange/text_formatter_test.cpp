@@ -1,12 +1,12 @@
-#include "exchange/text_formatter.h"
+#include "exchange/text/text_formatter.h"
 
 #include <cmath>
 
 #include <gtest/gtest.h>
 
-#include "exchange/archived_cells.h"
 #include "exchange/export_test_support.h"
-#include "exchange/text_import.h"
+#include "exchange/text/archived_cells.h"
+#include "exchange/text/text_import.h"
 
 namespace rowvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "exchange/text_import.h"
+#include "exchange/text/text_import.h"
 
 #include <atomic>
 #include <filesystem>
@@ -6,11 +6,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/names.h"
+#include "core/database/names.h"
 #include "core/utf8.h"
 #include "exchange/export_test_support.h"
-#include "exchange/text_export.h"
-#include "exchange/text_pipeline.h"
+#include "exchange/text/text_export.h"
+#include "exchange/text/text_pipeline.h"
 #include "platform/code_pages.h"
 #include "platform/file.h"
 #include "platform/temporary_folder.h"

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "core/utf8.h"
-#include "exchange/text_block.h"
-#include "exchange/text_pipeline.h"
-#include "exchange/text_tokenizer.h"
+#include "exchange/text/text_block.h"
+#include "exchange/text/text_pipeline.h"
+#include "exchange/text/text_tokenizer.h"
 
 namespace rowvane {
 

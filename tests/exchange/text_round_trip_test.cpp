@@ -5,9 +5,9 @@
 #include <gtest/gtest.h>
 
 #include "exchange/export_test_support.h"
-#include "exchange/text_export.h"
-#include "exchange/text_import.h"
-#include "exchange/text_stream.h"
+#include "exchange/text/text_export.h"
+#include "exchange/text/text_import.h"
+#include "exchange/text/text_stream.h"
 #include "platform/temporary_folder.h"
 
 namespace rowvane {

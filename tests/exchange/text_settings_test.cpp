@@ -1,9 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/messages.h"
-#include "exchange/saved_text_settings.h"
-#include "exchange/text_settings_dialog.h"
+#include "core/messages/messages.h"
+#include "exchange/text/saved_text_settings.h"
+#include "exchange/text/text_settings_dialog.h"
 
 namespace rowvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "exchange/text_tokenizer.h"
+#include "exchange/text/text_tokenizer.h"
 
 #include <random>
 

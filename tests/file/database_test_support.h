@@ -10,7 +10,7 @@
 
 #include "core/sample_tables.h"
 #include "file/database_file.h"
-#include "zip_test_support.h"
+#include "zip/zip_test_support.h"
 
 namespace rowvane {
 

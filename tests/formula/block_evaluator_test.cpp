@@ -1,5 +1,5 @@
 // Passes over columns give what the evaluator gives, bit for bit.
-#include "formula/block_evaluator.h"
+#include "formula/passes/block_evaluator.h"
 
 #include <bit>
 #include <limits>

@@ -1,4 +1,4 @@
-#include "formula/call_hint.h"
+#include "formula/language/call_hint.h"
 
 #include <gtest/gtest.h>
 

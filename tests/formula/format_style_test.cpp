@@ -1,11 +1,11 @@
-#include "formula/format_style.h"
+#include "formula/formats/format_style.h"
 
 #include <algorithm>
 
 #include <gtest/gtest.h>
 
-#include "formula/format_code.h"
-#include "formula/format_style_text.h"
+#include "formula/formats/format_code.h"
+#include "formula/formats/format_style_text.h"
 
 namespace rowvane {
 namespace {

@@ -1,9 +1,9 @@
-#include "formula/formula_evaluator.h"
+#include "formula/evaluation/formula_evaluator.h"
 
 #include <gtest/gtest.h>
 
 #include "allocation_counter.h"
-#include "formula/formula_program.h"
+#include "formula/passes/formula_program.h"
 #include "formula_table.h"
 #include "platform/characters.h"
 #include "sample_formula_tables.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "formula/formula_evaluator.h"
+#include "formula/evaluation/formula_evaluator.h"
 #include "source_folder.h"
 
 namespace rowvane {

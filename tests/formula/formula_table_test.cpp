@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "formula/formula_program.h"
+#include "formula/passes/formula_program.h"
 #include "sample_formula_tables.h"
 
 namespace rowvane {

@@ -1,4 +1,4 @@
-#include "formula/number_format.h"
+#include "formula/formats/number_format.h"
 
 #include <limits>
 #include <set>
@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "allocation_counter.h"
-#include "core/number_text.h"
+#include "core/values/number_text.h"
 #include "formula_table.h"
 
 namespace rowvane {

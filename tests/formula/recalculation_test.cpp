@@ -1,9 +1,9 @@
-#include "formula/recalculation.h"
+#include "formula/passes/recalculation.h"
 
 #include <gtest/gtest.h>
 
-#include "core/messages.h"
-#include "formula/formula_hooks.h"
+#include "core/messages/messages.h"
+#include "formula/fields/formula_hooks.h"
 #include "sample_formula_tables.h"
 
 namespace rowvane {

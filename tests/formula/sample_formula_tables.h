@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "core/database.h"
+#include "core/database/database.h"
 
 namespace rowvane {
 

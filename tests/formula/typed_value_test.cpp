@@ -1,11 +1,11 @@
-#include "formula/typed_value.h"
+#include "formula/formats/typed_value.h"
 
 #include <cmath>
 
 #include <gtest/gtest.h>
 
-#include "formula/format_style_text.h"
-#include "formula/number_format.h"
+#include "formula/formats/format_style_text.h"
+#include "formula/formats/number_format.h"
 
 namespace rowvane {
 namespace {

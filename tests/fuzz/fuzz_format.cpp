@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "formula/format_style_text.h"
-#include "formula/number_format.h"
-#include "formula/typed_value.h"
+#include "formula/formats/format_style_text.h"
+#include "formula/formats/number_format.h"
+#include "formula/formats/typed_value.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <memory>
 #include <string_view>
 
-#include "core/work_sheet.h"
-#include "formula/block_evaluator.h"
+#include "core/table/work_sheet.h"
+#include "formula/passes/block_evaluator.h"
 
 namespace {
 

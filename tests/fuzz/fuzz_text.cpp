@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "../exchange/text_record_support.h"
-#include "exchange/text_stream.h"
+#include "exchange/text/text_stream.h"
 
 namespace {
 

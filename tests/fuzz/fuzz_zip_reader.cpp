@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "file/zip_reader.h"
+#include "zip/zip_reader.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
-#include "recordset/criterion.h"
+#include "recordset/search/criterion.h"
 
 #include <gtest/gtest.h>
 
+#include "core/database/names.h"
 #include "core/limits.h"
-#include "core/names.h"
 #include "core/sample_tables.h"
-#include "recordset/criterion_formula.h"
+#include "recordset/search/criterion_formula.h"
 
 namespace rowvane {
 namespace {

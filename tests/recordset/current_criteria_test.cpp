@@ -1,4 +1,4 @@
-#include "recordset/current_criteria.h"
+#include "recordset/search/current_criteria.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "recordset/field_filter.h"
+#include "recordset/search/field_filter.h"
 
 #include <gtest/gtest.h>
 

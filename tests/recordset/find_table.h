@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "core/database.h"
+#include "core/database/database.h"
 #include "core/sample_tables.h"
-#include "recordset/find_text.h"
+#include "recordset/find/find_text.h"
 
 namespace rowvane {
 

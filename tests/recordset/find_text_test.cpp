@@ -1,9 +1,9 @@
-#include "recordset/find_text.h"
+#include "recordset/find/find_text.h"
 
 #include <gtest/gtest.h>
 
 #include "find_table.h"
-#include "recordset/find_as_you_type.h"
+#include "recordset/find/find_as_you_type.h"
 
 namespace rowvane {
 namespace {

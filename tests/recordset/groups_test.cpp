@@ -3,13 +3,13 @@
 
 #include <gtest/gtest.h>
 
-#include "core/database.h"
-#include "core/messages.h"
-#include "formula/formula_hooks.h"
-#include "recordset/duplicates.h"
+#include "core/database/database.h"
+#include "core/messages/messages.h"
+#include "formula/fields/formula_hooks.h"
+#include "recordset/compare/duplicates.h"
+#include "recordset/compare/unique_values.h"
 #include "recordset/random_tables.h"
-#include "recordset/record_order.h"
-#include "recordset/unique_values.h"
+#include "recordset/sort/record_order.h"
 
 namespace rowvane {
 namespace {

@@ -1,8 +1,8 @@
-#include "recordset/quartiles.h"
+#include "recordset/compare/quartiles.h"
 
 #include <gtest/gtest.h>
 
-#include "core/quantiles.h"
+#include "core/values/quantiles.h"
 #include "recordset/random_tables.h"
 
 namespace rowvane {

@@ -11,7 +11,7 @@
 
 #include "core/options.h"
 #include "core/progress.h"
-#include "core/work_sheet.h"
+#include "core/table/work_sheet.h"
 #include "recordset/record_set.h"
 
 namespace rowvane {

@@ -1,12 +1,12 @@
-#include "recordset/replace_text.h"
+#include "recordset/find/replace_text.h"
 
 #include <functional>
 
 #include <gtest/gtest.h>
 
 #include "find_table.h"
-#include "formula/formula_hooks.h"
-#include "recordset/replacement.h"
+#include "formula/fields/formula_hooks.h"
+#include "recordset/find/replacement.h"
 
 namespace rowvane {
 namespace {

@@ -1,10 +1,10 @@
-#include "recordset/search_keys.h"
+#include "recordset/search/search_keys.h"
 
 #include <gtest/gtest.h>
 
-#include "core/database.h"
+#include "core/database/database.h"
 #include "core/sample_tables.h"
-#include "recordset/recent_texts.h"
+#include "recordset/search/recent_texts.h"
 
 namespace rowvane {
 namespace {

@@ -1,12 +1,12 @@
-#include "recordset/search.h"
+#include "recordset/search/search.h"
 
 #include <algorithm>
 
 #include <gtest/gtest.h>
 
 #include "core/limits.h"
-#include "formula/formula_evaluator.h"
-#include "recordset/criterion_formula.h"
+#include "formula/evaluation/formula_evaluator.h"
+#include "recordset/search/criterion_formula.h"
 #include "search_samples.h"
 
 namespace rowvane {

@@ -1,8 +1,8 @@
-#include "recordset/sort_keys.h"
+#include "recordset/sort/sort_keys.h"
 
 #include <gtest/gtest.h>
 
-#include "recordset/sort_options.h"
+#include "text/sort_options.h"
 
 namespace rowvane {
 namespace {

@@ -1,12 +1,12 @@
-#include "recordset/sort.h"
+#include "recordset/sort/sort.h"
 
 #include <gtest/gtest.h>
 
 #include "core/parallel_blocks.h"
-#include "recordset/counting_sort.h"
 #include "recordset/random_tables.h"
-#include "recordset/record_order.h"
-#include "recordset/record_search.h"
+#include "recordset/search/record_search.h"
+#include "recordset/sort/counting_sort.h"
+#include "recordset/sort/record_order.h"
 
 namespace rowvane {
 namespace {

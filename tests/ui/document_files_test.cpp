@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/messages.h"
+#include "core/messages/messages.h"
 #include "crypto/protection.h"
 #include "platform/temporary_folder.h"
 #include "ui/scripted_dialogs.h"

@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/messages.h"
+#include "core/messages/messages.h"
 #include "ui/explorer/database_explorer.h"
 #include "ui/scripted_dialogs.h"
 #include "ui/text.h"

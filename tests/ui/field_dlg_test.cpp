@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/messages.h"
+#include "core/messages/messages.h"
 #include "text_dialog_support.h"
 #include "ui/dialogs/drop_down_lists_dlg.h"
 #include "ui/dialogs/format_choice.h"

@@ -12,7 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "recordset/recent_texts.h"
+#include "recordset/search/recent_texts.h"
 #include "ui/accessible_names.h"
 #include "ui/dialogs/formula_editor.h"
 #include "ui/scripted_dialogs.h"

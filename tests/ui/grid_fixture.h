@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/database.h"
+#include "core/database/database.h"
 #include "ui/grid/cellvane_view.h"
 #include "ui/scripted_dialogs.h"
 

@@ -11,7 +11,7 @@
 
 #include <gmock/gmock.h>
 
-#include "core/messages.h"
+#include "core/messages/messages.h"
 #include "text_dialog_support.h"
 #include "ui/dialogs/field_filter_dlg.h"
 #include "ui/dialogs/named_text_settings.h"

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/messages.h"
+#include "core/messages/messages.h"
 #include "text_dialog_support.h"
 #include "ui/document/database_document.h"
 #include "ui/scripted_dialogs.h"

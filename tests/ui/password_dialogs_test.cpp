@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/messages.h"
+#include "core/messages/messages.h"
 #include "ui/dialogs/field_encryption_dlg.h"
 #include "ui/dialogs/insert_password_dlg.h"
 #include "ui/dialogs/profile_protect_dlg.h"

@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/messages.h"
+#include "core/messages/messages.h"
 #include "text_dialog_support.h"
 #include "ui/database_window.h"
 #include "ui/scripted_dialogs.h"

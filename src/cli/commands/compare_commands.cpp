@@ -12,10 +12,10 @@
 #include "cli/session.h"
 #include "cli/sort_options.h"
 #include "cli/where_option.h"
-#include "core/number_text.h"
-#include "recordset/duplicates.h"
-#include "recordset/quartiles.h"
-#include "recordset/unique_values.h"
+#include "core/values/number_text.h"
+#include "recordset/compare/duplicates.h"
+#include "recordset/compare/quartiles.h"
+#include "recordset/compare/unique_values.h"
 
 namespace rowvane::cli {
 namespace {

@@ -5,7 +5,7 @@
 #include "cli/commands/commands.h"
 #include "cli/report.h"
 #include "cli/session.h"
-#include "exchange/standard_dates.h"
+#include "exchange/text/standard_dates.h"
 
 namespace rowvane::cli {
 namespace {

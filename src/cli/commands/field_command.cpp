@@ -6,9 +6,9 @@
 #include "cli/commands/commands.h"
 #include "cli/report.h"
 #include "cli/session.h"
-#include "formula/field_entry.h"
-#include "formula/format_style_text.h"
-#include "formula/formula_hooks.h"
+#include "formula/fields/field_entry.h"
+#include "formula/fields/formula_hooks.h"
+#include "formula/formats/format_style_text.h"
 
 namespace rowvane::cli {
 namespace {

@@ -7,7 +7,7 @@
 #include "cli/record_printer.h"
 #include "cli/report.h"
 #include "cli/session.h"
-#include "recordset/replace_text.h"
+#include "recordset/find/replace_text.h"
 
 namespace rowvane::cli {
 namespace {

@@ -8,8 +8,8 @@
 #include "cli/json.h"
 #include "cli/report.h"
 #include "cli/session.h"
-#include "formula/field_results.h"
-#include "formula/formula_evaluator.h"
+#include "formula/evaluation/formula_evaluator.h"
+#include "formula/passes/field_results.h"
 
 namespace rowvane::cli {
 namespace {

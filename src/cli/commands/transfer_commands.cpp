@@ -10,8 +10,7 @@
 #include "cli/sort_options.h"
 #include "cli/where_option.h"
 #include "crypto/protection.h"
-#include "exchange/text_export.h"
-#include "file/export_archive.h"
+#include "exchange/text/text_export.h"
 #include "platform/paths.h"
 
 namespace rowvane::cli {
@@ -104,7 +103,6 @@ int run_export(const GlobalOptions& global, ExportArguments& arguments) {
   settings.numbers.decimal = region.decimal_separator;
   settings.save_files = arguments.files_zip;
   settings.save_long_texts = arguments.long_text_zip;
-  settings.make_archive = make_export_archive;
   settings.row_limit = arguments.row_limit.value_or(session.options().text_export_row_limit);
   settings.threads = session.options().used_processor_cores;
   if (const std::string wrong = check_text_export_settings(*table, settings); !wrong.empty())

@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "formula/function_registry.h"
+#include "formula/functions/function_registry.h"
 
 namespace rowvane {
 

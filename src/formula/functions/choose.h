@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "formula/scalar_operations.h"
+#include "formula/evaluation/scalar_operations.h"
 
 namespace rowvane {
 

@@ -1,6 +1,6 @@
 #include <array>
 
-#include "formula/formula_evaluator.h"
+#include "formula/evaluation/formula_evaluator.h"
 #include "formula/functions/categories.h"
 
 namespace rowvane {

@@ -4,10 +4,10 @@
 #include <optional>
 
 #include "core/utf8.h"
-#include "formula/folded_text.h"
-#include "formula/formula_evaluator.h"
+#include "formula/evaluation/formula_evaluator.h"
 #include "formula/functions/categories.h"
 #include "platform/characters.h"
+#include "text/folded_text.h"
 
 namespace rowvane {
 namespace {

@@ -8,7 +8,7 @@
 #include <QPushButton>
 #include <QSignalBlocker>
 
-#include "core/names.h"
+#include "core/database/names.h"
 #include "ui/dialogs.h"
 #include "ui/text.h"
 

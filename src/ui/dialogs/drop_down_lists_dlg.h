@@ -3,7 +3,7 @@
 
 #include <QDialog>
 
-#include "core/shared_lists.h"
+#include "core/database/shared_lists.h"
 
 class QListWidget;
 class QListWidgetItem;

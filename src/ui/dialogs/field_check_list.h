@@ -4,7 +4,7 @@
 #include <QListWidget>
 #include <functional>
 
-#include "core/work_sheet.h"
+#include "core/table/work_sheet.h"
 
 namespace rowvane {
 

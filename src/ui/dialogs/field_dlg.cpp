@@ -12,9 +12,9 @@
 #include <array>
 #include <cmath>
 
-#include "core/messages.h"
-#include "core/names.h"
-#include "formula/update_order.h"
+#include "core/database/names.h"
+#include "core/messages/messages.h"
+#include "formula/passes/update_order.h"
 #include "ui/dialogs.h"
 #include "ui/dialogs/drop_down_lists_dlg.h"
 #include "ui/dialogs/format_choice.h"

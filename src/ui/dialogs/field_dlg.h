@@ -4,8 +4,8 @@
 #include <QDialog>
 #include <optional>
 
-#include "app/profile_settings.h"
-#include "formula/field_entry.h"
+#include "app/profile/profile_settings.h"
+#include "formula/fields/field_entry.h"
 #include "ui/document/database_document.h"
 
 class QCheckBox;

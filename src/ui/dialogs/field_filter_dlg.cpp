@@ -11,8 +11,8 @@
 #include <QRadioButton>
 #include <QTimer>
 
-#include "core/messages.h"
-#include "recordset/recent_texts.h"
+#include "core/messages/messages.h"
+#include "recordset/search/recent_texts.h"
 #include "ui/dialogs.h"
 #include "ui/dialogs/formula_editor.h"
 #include "ui/dialogs/function_picker.h"

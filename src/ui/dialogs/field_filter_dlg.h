@@ -4,8 +4,8 @@
 #include <QDialog>
 #include <functional>
 
-#include "core/database.h"
-#include "recordset/field_filter.h"
+#include "core/database/database.h"
+#include "recordset/search/field_filter.h"
 
 class QAbstractButton;
 class QButtonGroup;

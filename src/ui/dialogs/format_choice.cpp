@@ -2,9 +2,9 @@
 
 #include <QLineEdit>
 
-#include "core/number_text.h"
-#include "formula/format_style_text.h"
-#include "formula/number_format.h"
+#include "core/values/number_text.h"
+#include "formula/formats/format_style_text.h"
+#include "formula/formats/number_format.h"
 #include "ui/text.h"
 
 namespace rowvane {

@@ -6,10 +6,10 @@
 #include <QKeyEvent>
 #include <algorithm>
 
-#include "formula/call_hint.h"
-#include "formula/field_entry.h"
-#include "formula/formula_hooks.h"
-#include "formula/function_registry.h"
+#include "formula/fields/field_entry.h"
+#include "formula/fields/formula_hooks.h"
+#include "formula/functions/function_registry.h"
+#include "formula/language/call_hint.h"
 #include "ui/text.h"
 #include "ui/theme.h"
 

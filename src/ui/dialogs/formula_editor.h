@@ -6,8 +6,8 @@
 #include <Qsci/qscilexercustom.h>
 #include <Qsci/qsciscintilla.h>
 
-#include "core/work_sheet.h"
-#include "formula/formula_lexer.h"
+#include "core/table/work_sheet.h"
+#include "formula/language/formula_lexer.h"
 
 namespace rowvane {
 

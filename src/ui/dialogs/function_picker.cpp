@@ -7,7 +7,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
-#include "formula/function_registry.h"
+#include "formula/functions/function_registry.h"
 #include "ui/dialogs/formula_editor.h"
 #include "ui/text.h"
 

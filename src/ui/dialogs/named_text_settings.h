@@ -4,7 +4,7 @@
 #include <QPushButton>
 #include <functional>
 
-#include "exchange/saved_text_settings.h"
+#include "exchange/text/saved_text_settings.h"
 
 class QMenu;
 

@@ -8,7 +8,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "app/engine_options.h"
+#include "app/profile/engine_options.h"
 #include "file/document.h"
 #include "platform/regional_settings.h"
 #include "ui/dialogs.h"

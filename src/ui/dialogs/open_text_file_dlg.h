@@ -6,9 +6,9 @@
 #include <memory>
 #include <optional>
 
-#include "app/profile_settings.h"
-#include "recordset/criterion.h"
-#include "recordset/recent_texts.h"
+#include "app/profile/profile_settings.h"
+#include "recordset/search/criterion.h"
+#include "recordset/search/recent_texts.h"
 #include "ui/dialogs/sample_reader.h"
 #include "ui/dialogs/text_field_list.h"
 #include "ui/dialogs/text_settings_box.h"

@@ -11,8 +11,8 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
-#include "app/options_change.h"
-#include "exchange/text_settings_dialog.h"
+#include "app/profile/options_change.h"
+#include "exchange/text/text_settings_dialog.h"
 #include "ui/dialogs.h"
 #include "ui/text.h"
 

@@ -3,7 +3,7 @@
 
 #include <QDialog>
 
-#include "app/profile_settings.h"
+#include "app/profile/profile_settings.h"
 
 class QCheckBox;
 class QFormLayout;

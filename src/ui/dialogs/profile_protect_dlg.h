@@ -3,7 +3,7 @@
 
 #include <QDialog>
 
-#include "app/profile_protection.h"
+#include "app/profile/profile_protection.h"
 #include "ui/dialogs/password_box.h"
 
 namespace rowvane {

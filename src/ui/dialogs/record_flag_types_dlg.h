@@ -4,7 +4,7 @@
 #include <QColor>
 #include <QDialog>
 
-#include "core/shared_lists.h"
+#include "core/database/shared_lists.h"
 
 class QListWidget;
 class QPushButton;

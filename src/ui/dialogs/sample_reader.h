@@ -4,7 +4,7 @@
 #include <QObject>
 #include <memory>
 
-#include "exchange/text_import.h"
+#include "exchange/text/text_import.h"
 
 namespace rowvane {
 

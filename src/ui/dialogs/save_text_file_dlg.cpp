@@ -10,7 +10,6 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "file/export_archive.h"
 #include "ui/dialogs.h"
 #include "ui/dialogs/named_text_settings.h"
 #include "ui/text.h"
@@ -126,7 +125,6 @@ TextExport CSaveTextFileDlg::settings() const {
   settings.fields = fields_->checked_fields();
   settings.save_files = files_->isChecked();
   settings.save_long_texts = long_texts_->isChecked();
-  settings.make_archive = make_export_archive;
   settings.row_limit = several_files_->isChecked() ? static_cast<uint64_t>(row_limit_->value()) : 0;
   return settings;
 }

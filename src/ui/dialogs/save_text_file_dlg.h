@@ -4,8 +4,8 @@
 #include <QDialog>
 #include <optional>
 
-#include "app/profile_settings.h"
-#include "exchange/text_export.h"
+#include "app/profile/profile_settings.h"
+#include "exchange/text/text_export.h"
 #include "ui/dialogs/field_check_list.h"
 #include "ui/dialogs/text_settings_box.h"
 

@@ -4,7 +4,7 @@
 #include <QStyle>
 #include <algorithm>
 
-#include "core/names.h"
+#include "core/database/names.h"
 #include "core/utf8.h"
 #include "ui/dialogs/text_field_list.h"
 #include "ui/text.h"

@@ -6,8 +6,8 @@
 #include <array>
 #include <memory>
 
-#include "core/work_sheet.h"
-#include "exchange/text_file_settings.h"
+#include "core/table/work_sheet.h"
+#include "exchange/text/text_file_settings.h"
 
 namespace rowvane {
 

@@ -4,8 +4,8 @@
 #include <QTableView>
 #include <memory>
 
-#include "core/work_sheet.h"
-#include "exchange/text_file_settings.h"
+#include "core/table/work_sheet.h"
+#include "exchange/text/text_file_settings.h"
 
 namespace rowvane {
 

@@ -3,7 +3,7 @@
 
 #include <QWidget>
 
-#include "exchange/text_settings_dialog.h"
+#include "exchange/text/text_settings_dialog.h"
 
 class QCheckBox;
 class QComboBox;

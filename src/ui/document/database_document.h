@@ -8,10 +8,10 @@
 
 #include "file/database_file.h"
 #include "file/document.h"
-#include "formula/formula_hooks.h"
+#include "formula/fields/formula_hooks.h"
 #include "platform/regional_settings.h"
-#include "recordset/current_criteria.h"
-#include "recordset/recent_texts.h"
+#include "recordset/search/current_criteria.h"
+#include "recordset/search/recent_texts.h"
 
 namespace rowvane {
 

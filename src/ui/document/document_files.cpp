@@ -5,9 +5,9 @@
 #include <array>
 #include <utility>
 
-#include "app/engine_options.h"
-#include "core/messages.h"
-#include "exchange/text_export.h"
+#include "app/profile/engine_options.h"
+#include "core/messages/messages.h"
+#include "exchange/text/text_export.h"
 #include "ui/dialogs/open_text_file_dlg.h"
 #include "ui/dialogs/save_text_file_dlg.h"
 #include "ui/document/field_widths.h"

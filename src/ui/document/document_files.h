@@ -7,7 +7,7 @@
 #include <memory>
 #include <optional>
 
-#include "app/profile_settings.h"
+#include "app/profile/profile_settings.h"
 #include "ui/dialogs.h"
 #include "ui/document/database_document.h"
 #include "ui/document/recovery_folder.h"

@@ -3,7 +3,7 @@
 
 #include <QFont>
 
-#include "core/database.h"
+#include "core/database/database.h"
 
 namespace rowvane {
 

@@ -1,7 +1,7 @@
 #include "ui/document/table_presentation.h"
 
-#include "recordset/search.h"
-#include "recordset/sort.h"
+#include "recordset/search/search.h"
+#include "recordset/sort/sort.h"
 
 namespace rowvane {
 

@@ -5,9 +5,9 @@
 #include <string>
 
 #include "core/progress.h"
-#include "recordset/current_criteria.h"
-#include "recordset/sort_keys.h"
-#include "recordset/sort_options.h"
+#include "recordset/search/current_criteria.h"
+#include "recordset/sort/sort_keys.h"
+#include "text/sort_options.h"
 #include "ui/document/database_document.h"
 
 namespace rowvane {

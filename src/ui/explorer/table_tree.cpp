@@ -5,8 +5,8 @@
 #include <QMimeData>
 #include <algorithm>
 
-#include "core/messages.h"
-#include "core/table_copy.h"
+#include "core/messages/messages.h"
+#include "core/table/table_copy.h"
 #include "ui/icons.h"
 #include "ui/text.h"
 

@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "app/profile_settings.h"
+#include "app/profile/profile_settings.h"
 #include "ui/document/database_document.h"
 
 namespace rowvane {

@@ -5,7 +5,7 @@
 #include <span>
 #include <utility>
 
-#include "core/database.h"
+#include "core/database/database.h"
 #include "ui/grid/table_model.h"
 
 namespace rowvane {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "core/work_sheet.h"
+#include "core/table/work_sheet.h"
 #include "platform/regional_settings.h"
 #include "ui/grid/clipboard.h"
 

@@ -4,8 +4,8 @@
 #include <QLineEdit>
 #include <algorithm>
 
-#include "core/database.h"
-#include "formula/typed_value.h"
+#include "core/database/database.h"
+#include "formula/formats/typed_value.h"
 #include "ui/grid/editor_keys.h"
 #include "ui/grid/type_signs.h"
 #include "ui/text.h"

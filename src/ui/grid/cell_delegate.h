@@ -4,7 +4,7 @@
 #include <QPointer>
 #include <QStyledItemDelegate>
 
-#include "app/profile_settings.h"
+#include "app/profile/profile_settings.h"
 #include "ui/grid/cell_editors.h"
 #include "ui/grid/table_model.h"
 

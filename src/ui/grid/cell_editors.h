@@ -4,7 +4,7 @@
 #include <QWidget>
 #include <functional>
 
-#include "core/database.h"
+#include "core/database/database.h"
 
 class QKeyEvent;
 

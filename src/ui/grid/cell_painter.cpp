@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "formula/number_format.h"
+#include "formula/formats/number_format.h"
 #include "ui/grid/type_signs.h"
 #include "ui/text.h"
 

@@ -6,8 +6,8 @@
 #include <QVarLengthArray>
 #include <optional>
 
-#include "app/profile_settings.h"
-#include "recordset/shown_texts.h"
+#include "app/profile/profile_settings.h"
+#include "recordset/find/shown_texts.h"
 #include "ui/grid/content_texts.h"
 
 namespace rowvane {

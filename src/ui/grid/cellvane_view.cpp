@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "core/database.h"
+#include "core/database/database.h"
 #include "ui/grid/grid_accessible.h"
 #include "ui/text.h"
 

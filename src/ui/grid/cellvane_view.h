@@ -5,7 +5,7 @@
 #include <QBasicTimer>
 #include <optional>
 
-#include "app/profile_settings.h"
+#include "app/profile/profile_settings.h"
 #include "ui/dialogs.h"
 #include "ui/document/table_presentation.h"
 #include "ui/grid/cell_block.h"

@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <numeric>
 
-#include "core/database.h"
-#include "core/date_text.h"
-#include "exchange/standard_dates.h"
+#include "core/database/database.h"
+#include "core/values/date_text.h"
+#include "exchange/text/standard_dates.h"
 #include "ui/grid/cellvane_view.h"
 #include "ui/grid/links.h"
 #include "ui/long_task.h"

@@ -1,5 +1,5 @@
 // Opening and closing the editor of a cell.
-#include "core/database.h"
+#include "core/database/database.h"
 #include "ui/grid/cellvane_view.h"
 #include "ui/grid/editor_keys.h"
 #include "ui/text.h"

@@ -3,7 +3,7 @@
 #include <QLocale>
 #include <memory>
 
-#include "recordset/rich_text.h"
+#include "text/rich_text.h"
 #include "ui/text.h"
 
 namespace rowvane {

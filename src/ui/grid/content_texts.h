@@ -4,8 +4,8 @@
 #include <QCache>
 #include <QString>
 
-#include "core/content.h"
-#include "core/field.h"
+#include "core/table/content.h"
+#include "core/table/field.h"
 
 namespace rowvane {
 

@@ -6,8 +6,8 @@
 #include <QPainter>
 #include <QToolTip>
 
-#include "core/database.h"
-#include "recordset/criterion.h"
+#include "core/database/database.h"
+#include "recordset/search/criterion.h"
 #include "ui/grid/type_signs.h"
 #include "ui/text.h"
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "recordset/shown_texts.h"
+#include "recordset/find/shown_texts.h"
 
 namespace rowvane {
 namespace {

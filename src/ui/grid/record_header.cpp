@@ -4,7 +4,7 @@
 #include <QPainter>
 #include <algorithm>
 
-#include "core/database.h"
+#include "core/database/database.h"
 
 namespace rowvane {
 namespace {

@@ -5,7 +5,7 @@
 #include <QTimer>
 #include <optional>
 
-#include "core/exact_sum.h"
+#include "core/values/exact_sum.h"
 #include "ui/grid/cell_selection.h"
 #include "ui/grid/table_model.h"
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "core/messages.h"
-#include "formula/typed_value.h"
-#include "recordset/rich_text.h"
+#include "core/messages/messages.h"
+#include "formula/formats/typed_value.h"
+#include "text/rich_text.h"
 #include "ui/text.h"
 
 namespace rowvane {

@@ -8,7 +8,7 @@
 #include <QTimer>
 #include <deque>
 
-#include "core/content.h"
+#include "core/table/content.h"
 
 namespace rowvane {
 

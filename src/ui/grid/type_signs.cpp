@@ -2,7 +2,7 @@
 
 #include <QPainterPath>
 
-#include "formula/format_code.h"
+#include "formula/formats/format_code.h"
 
 namespace rowvane {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <QPainter>
 
-#include "core/field.h"
+#include "core/table/field.h"
 
 namespace rowvane {
 

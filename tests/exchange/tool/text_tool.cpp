@@ -5,8 +5,8 @@
 #include <iostream>
 #include <string>
 
-#include "exchange/text_export.h"
-#include "exchange/text_import.h"
+#include "exchange/text/text_export.h"
+#include "exchange/text/text_import.h"
 
 using namespace rowvane;
 

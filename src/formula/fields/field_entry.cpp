@@ -1,0 +1,200 @@
+#include "formula/fields/field_entry.h"
+
+#include <algorithm>
+
+#include "core/database/database.h"
+#include "core/database/names.h"
+#include "core/messages/messages.h"
+#include "core/table/field_conversion.h"
+#include "formula/fields/formula_hooks.h"
+#include "formula/formats/format_code.h"
+#include "formula/formats/typed_value.h"
+#include "formula/passes/recalculation.h"
+#include "formula/passes/update_order.h"
+
+namespace rowvane {
+namespace {
+
+constexpr std::string_view kOnlyNumbersHaveFormats = "Only Number fields have a display format.";
+constexpr std::string_view kCanNotBeCalculated = "Only Text and Number fields can be calculated.";
+constexpr std::string_view kNoSuchList = "The database has no drop-down list of this name.";
+
+// Checks one entry; the first rule that is broken is the answer.
+class EntryCheck {
+ public:
+  EntryCheck(const CWorkSheet& table, const FieldEntry& entry, const FormulaSettings& formulas)
+      : table_(table), entry_(entry), field_(entry.field), formulas_(formulas) {}
+
+  FieldCheck run() {
+    check_name();
+    check_encryption();
+    check_type();
+    check_format();
+    check_formulas();
+    check_default_value();
+    check_list();
+    return std::move(check_);
+  }
+
+ private:
+  const Field* present() const { return entry_.index ? &table_.field(*entry_.index) : nullptr; }
+
+  void refuse(FieldPart part, std::string_view text) {
+    if (!check_.refusal.empty()) return;
+    check_.part = part;
+    check_.refusal = text;
+  }
+
+  void refuse(FieldPart part, const Notice& notice) {
+    if (!check_.refusal.empty()) return;
+    refuse(part, notice_text(notice));
+    check_.notice = notice;
+  }
+
+  void check_name() {
+    if (!is_valid_field_name(field_.name)) refuse(FieldPart::kName, Notice(MessageId::kFieldNameNeedsLetter));
+    const auto taken = table_.find_field(field_.name);
+    if (taken && taken != entry_.index) refuse(FieldPart::kName, Notice(MessageId::kFieldNameExists));
+  }
+
+  void check_encryption() {
+    const Field* before = present();
+    if (before == nullptr || !before->encrypted) return;
+    const Notice refusal = ErrorCode::kEncryptedField;
+    if (field_.type != before->type || field_.link != before->link) refuse(FieldPart::kType, refusal);
+    if (field_.formula != before->formula) refuse(FieldPart::kFormula, refusal);
+    if (field_.default_value != before->default_value) refuse(FieldPart::kDefaultValue, refusal);
+  }
+
+  void check_type() {
+    if (present() == nullptr || field_.type == present()->type) return;
+    const ConversionCheck conversion =
+        check_conversion(table_, {*entry_.index, field_.type, field_.link, {}});
+    if (!conversion.refusal.empty()) refuse(FieldPart::kType, conversion.refusal);
+    check_.question = conversion.question;
+  }
+
+  void check_format() {
+    if (field_.format.empty()) return;
+    if (field_.type != FieldType::kNumber) refuse(FieldPart::kFormat, kOnlyNumbersHaveFormats);
+    const FormatCode code(field_.format);
+    if (!code.problem().empty()) refuse(FieldPart::kFormat, code.problem());
+  }
+
+  void check_formulas() {
+    const auto is_wrong = [this](const std::string& formula) {
+      return !formula.empty() &&
+             (check_formula_entry(formula).warning || !is_valid_formula(formula, &table_, formulas_));
+    };
+    if (is_wrong(field_.formula)) refuse(FieldPart::kFormula, texts::kInvalidFormula);
+    if (!field_.formula.empty() && !can_be_calculated(field_))
+      refuse(FieldPart::kFormula, kCanNotBeCalculated);
+    if (is_wrong(field_.validation)) refuse(FieldPart::kValidation, texts::kInvalidFormula);
+  }
+
+  void check_default_value();
+
+  void check_list() {
+    const std::string& name = field_.drop_down_list;
+    if (name.empty() || (present() != nullptr && present()->drop_down_list == name)) return;
+    const Database* database = table_.database();
+    const bool found = database != nullptr &&
+                       std::ranges::any_of(database->settings().drop_down_lists,
+                                           [&](const auto& list) { return same_name(list.name, name); });
+    if (!found) refuse(FieldPart::kDropDownList, kNoSuchList);
+  }
+
+  const CWorkSheet& table_;
+  const FieldEntry& entry_;
+  const Field& field_;
+  const FormulaSettings& formulas_;
+  FieldCheck check_;
+};
+
+// As it is stored: numbers and dates as plain numbers. Nothing when it is no value of the type.
+std::optional<std::string> stored_default(const FieldEntry& entry) {
+  const Field& field = entry.field;
+  if (field.default_value.empty()) return std::string();
+  if (field.type == FieldType::kNumber) {
+    const auto typed = read_typed_value(field.default_value, entry.region);
+    return typed ? std::optional(number_to_text(typed->number, NumberSeparators())) : std::nullopt;
+  }
+  CellValue value;
+  const bool fits =
+      value_from_text(field.type, field.default_value, NumberSeparators(), value) == ErrorCode::kOk;
+  return fits ? std::optional(field.default_value) : std::nullopt;
+}
+
+void EntryCheck::check_default_value() {
+  if (!stored_default(entry_)) refuse(FieldPart::kDefaultValue, Notice(ErrorCode::kFieldTypeMismatch));
+}
+
+ErrorCode convert(CWorkSheet& table, const FieldEntry& entry, Progress& progress, FieldEntryResult& result) {
+  const Field& now = entry.field;
+  const Field& before = table.field(*entry.index);
+  if (now.type == before.type) return ErrorCode::kOk;
+  FieldConversion settings{*entry.index, now.type, now.link, {}};
+  settings.separators = {entry.region.decimal_separator, entry.region.group_separator};
+  ConversionResult converted = convert_field(table, settings, progress);
+  result.messages = std::move(converted.messages);
+  result.cancelled = converted.error == ErrorCode::kOk && table.field(*entry.index).type != now.type;
+  return converted.error;
+}
+
+// The name comes last: what was entered names the field as it is called now.
+ErrorCode change(CWorkSheet& table, const FieldEntry& entry, Field definition, Progress& progress,
+                 FieldEntryResult& result) {
+  ErrorCode error = convert(table, entry, progress, result);
+  if (error != ErrorCode::kOk || result.cancelled) return error;
+  std::string name = definition.name;
+  error = table.change_field(*entry.index, std::move(definition));
+  if (error != ErrorCode::kOk || table.field(*entry.index).name == name) return error;
+  return table.rename_field(*entry.index, std::move(name));
+}
+
+std::string find_circle(const CWorkSheet& table, const FormulaSettings& formulas) {
+  if (table.database() == nullptr) return {};
+  return check_recalculation(*table.database(), Recalculation(), formulas).refusal;
+}
+
+FieldEntryResult apply(CWorkSheet& table, const FieldEntry& entry, const FormulaSettings& formulas,
+                       Progress& progress) {
+  FieldEntryResult result;
+  const bool had_circle = !find_circle(table, formulas).empty();
+  Field definition = entry.field;
+  definition.default_value = stored_default(entry).value_or(std::string());
+  definition.encrypted = false;
+  definition.encryption.clear();
+  result.error = entry.index ? change(table, entry, std::move(definition), progress, result)
+                             : table.insert_field(entry.before, std::move(definition));
+  if (result.error == ErrorCode::kOk && !result.cancelled && !had_circle)
+    result.refusal = find_circle(table, formulas);
+  return result;
+}
+
+}  // namespace
+
+FieldCheck check_field_entry(const CWorkSheet& table, const FieldEntry& entry,
+                             const FormulaSettings& formulas) {
+  return EntryCheck(table, entry, formulas).run();
+}
+
+FieldEntryResult apply_field_entry(CWorkSheet& table, const FieldEntry& entry,
+                                   const FormulaSettings& formulas, Progress& progress) {
+  if (table.database() == nullptr) return apply(table, entry, formulas, progress);
+  ChangeGroup step(*table.database(), entry.index ? "Field Properties" : "Insert Field");
+  FieldEntryResult result = apply(table, entry, formulas, progress);
+  if (result.error != ErrorCode::kOk || result.cancelled || !result.refusal.empty()) step.roll_back();
+  return result;
+}
+
+std::string stored_formula(std::string_view formula) {
+  constexpr std::string_view kBlanks = " \t\r\n";
+  const size_t start = formula.find_first_not_of(kBlanks);
+  if (start == std::string_view::npos) return {};
+  formula = formula.substr(start, formula.find_last_not_of(kBlanks) - start + 1);
+  const bool begins = formula.front() == '=' || formula.front() == '+';
+  return (begins ? "" : "=") + std::string(formula);
+}
+
+}  // namespace rowvane
