@@ -9,6 +9,7 @@
 #include "cli/password_input.h"
 #include "cli/profile_option.h"
 #include "cli/report.h"
+#include "core/log.h"
 #include "core/messages/messages.h"
 
 namespace rowvane::cli {
@@ -17,6 +18,10 @@ namespace {
 void add_global_options(CLI::App& app, GlobalOptions& global) {
   app.add_flag("--json", global.json, "Print machine-readable output");
   app.add_flag("--quiet", global.quiet, "Show no progress and no report");
+  app.add_flag_callback(
+      "--verbose", [] { set_log_categories("all"); },
+      "Tell developers on the standard error stream what is read, written and worked out, and in how "
+      "many milliseconds; the environment variable ROWVANE_LOG chooses from it");
   app.add_flag("--yes", global.yes, "Answer Yes to all questions");
   app.add_option("--threads", global.threads, "Threads to use, 1 to 16")->check(CLI::Range(1, 16));
   app.add_option("--profile", global.profile_path, "Settings profile that steers the engine; only read");
@@ -40,6 +45,7 @@ int report_usage(const CLI::App& app, const CLI::ParseError& error) {
 }
 
 int run(int count, const char* const* arguments) {
+  set_log_categories_from_environment();
   CLI::App app(
       "Works on Rowvane databases, and on any file that Rowvane can open, from a terminal or a script.",
       "rvb");

@@ -5,6 +5,7 @@
 #include <QMetaObject>
 
 #include "app/start/startup_command.h"
+#include "core/log.h"
 #include "ui/text.h"
 #include "ui/theme.h"
 
@@ -41,6 +42,7 @@ void WindowProgram::quit_message_loop() {
 }
 
 int run_window_program(int count, const char* const* arguments) {
+  set_log_categories_from_environment();
   // Qt takes its own options out of the list.
   std::vector<char*> words;
   for (int i = 0; i < count; ++i) words.push_back(const_cast<char*>(arguments[i]));
