@@ -19,7 +19,7 @@ ErrorCode decrypt_error(ErrorCode error) {
 
 }  // namespace
 
-ErrorCode inflate_whole(std::string packed, uint64_t size, std::string& out) {
+ErrorCode inflate_whole(std::string_view packed, uint64_t size, std::string& out) {
   out.clear();
   if (size / kMaxDeflateRatio > packed.size()) return ErrorCode::kZipCorrupted;
   try {
@@ -133,7 +133,7 @@ ErrorCode DatabaseArchive::read(const ZipMember& member, uint64_t limit, std::st
   if (encrypted->record.size > limit) return ErrorCode::kZipMemory;
   std::string bytes;
   if (const ErrorCode error = read_decrypted(member, bytes); error != ErrorCode::kOk) return error;
-  if (encrypted->deflated) return decrypt_error(inflate_whole(std::move(bytes), encrypted->record.size, out));
+  if (encrypted->deflated) return decrypt_error(inflate_whole(bytes, encrypted->record.size, out));
   if (bytes.size() != encrypted->record.size) return ErrorCode::kFileDecrypt;
   out = std::move(bytes);
   return ErrorCode::kOk;

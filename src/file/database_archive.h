@@ -66,6 +66,6 @@ class DatabaseArchive {
 };
 
 // Inflates PACKED, a deflate stream of SIZE bytes, into OUT. kZipCorrupted, kZipMemory.
-ErrorCode inflate_whole(std::string packed, uint64_t size, std::string& out);
+ErrorCode inflate_whole(std::string_view packed, uint64_t size, std::string& out);
 
 }  // namespace rowvane

@@ -67,7 +67,11 @@ CaselessText::CaselessText(std::string_view wanted) {
   wanted_ = fold(wanted, 0, false);
   std::string run;
   for (const char32_t character : wanted_) {
-    run = character < 0x80 ? run + static_cast<char>(character) : std::string();
+    if (character < 0x80) {
+      run += static_cast<char>(character);
+    } else {
+      run.clear();
+    }
     if (run.size() > ascii_.size()) ascii_ = run;
   }
   is_all_ascii_ = ascii_.size() == wanted_.size();

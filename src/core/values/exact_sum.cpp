@@ -19,8 +19,7 @@ void ExactSum::add(const ExactSum& other) {
     pending_ = 1;
   }
   for (size_t i = 0; i < kDigits; ++i) digits_[i] += digits[i];
-  add_digits(static_cast<double>(other.small_ / (int64_t{1} << 31)) * 2147483648.0);
-  add_digits(static_cast<double>(other.small_ % (int64_t{1} << 31)));
+  add_whole(other.small_);
 }
 
 void ExactSum::add_digits(double number) {
@@ -45,8 +44,15 @@ void ExactSum::flush_small() {
   const int64_t small = small_;
   small_ = 0;
   small_count_ = 0;
-  add_digits(static_cast<double>(small / (int64_t{1} << 31)) * 2147483648.0);
-  add_digits(static_cast<double>(small % (int64_t{1} << 31)));
+  add_whole(small);
+}
+
+// In two halves, each of which a double holds exactly.
+void ExactSum::add_whole(int64_t number) {
+  constexpr int64_t kHalf = int64_t{1} << 31;
+  const int64_t upper = number / kHalf;
+  add_digits(static_cast<double>(upper) * static_cast<double>(kHalf));
+  add_digits(static_cast<double>(number % kHalf));
 }
 
 // Afterwards all digits but the last lie between 0 and 2^32 - 1.

@@ -36,6 +36,7 @@ class ExactSum {
 
   void add_digits(double number);
   void flush_small();
+  void add_whole(int64_t number);
   static void move_carries(Digits& digits);
   // The nearest double to the sum times 2^EXPONENT.
   double scaled(int exponent) const;

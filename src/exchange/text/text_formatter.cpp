@@ -240,7 +240,7 @@ class TextFormatter::LineWriter {
   std::string text_;
 };
 
-TextFormatter::TextFormatter(const CWorkSheet& table, std::vector<size_t> fields,
+TextFormatter::TextFormatter(const CWorkSheet& table, const std::vector<size_t>& fields,
                              const TextFileSettings& settings, const TextDialect& dialect)
     : layout_(std::make_unique<const Layout>(table, fields, settings, dialect)) {}
 

@@ -44,7 +44,7 @@ struct TextDialect {
 class TextFormatter {
  public:
   // FIELDS are the chosen fields in their order; SETTINGS have passed check_text_settings.
-  TextFormatter(const CWorkSheet& table, std::vector<size_t> fields, const TextFileSettings& settings,
+  TextFormatter(const CWorkSheet& table, const std::vector<size_t>& fields, const TextFileSettings& settings,
                 const TextDialect& dialect);
   ~TextFormatter();
   TextFormatter(const TextFormatter&) = delete;

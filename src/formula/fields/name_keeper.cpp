@@ -119,7 +119,7 @@ std::vector<NameKeeper::Use> NameKeeper::find_uses(const CWorkSheet& table,
 // From the last name to the first, so that the places of those before stay.
 std::string NameKeeper::updated(const Formula& formula, std::string text) const {
   const FieldNames names(*formula.table);
-  const std::string original = text;
+  std::string original = text;
   for (auto use = formula.uses.rbegin(); use != formula.uses.rend(); ++use) {
     const std::string now = use->field ? use->table->field(*use->field).name : use->table->path();
     if (now == use->name) continue;

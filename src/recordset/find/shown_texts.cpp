@@ -29,7 +29,7 @@ std::vector<size_t> shown_fields(const CWorkSheet& table) {
   return fields;
 }
 
-ShownTexts::ShownTexts(const CWorkSheet& table, DisplayRegion region)
+ShownTexts::ShownTexts(const CWorkSheet& table, const DisplayRegion& region)
     : table_(table), decimal_(region.decimal) {
   for (const Field& field : table.data().fields) {
     std::optional<NumberFormat>& format = formats_.emplace_back();

@@ -18,7 +18,7 @@ std::vector<size_t> shown_fields(const CWorkSheet& table);
 // For any number of threads. Holds on to the fields as the table has them now.
 class ShownTexts {
  public:
-  explicit ShownTexts(const CWorkSheet& table, DisplayRegion region = DisplayRegion());
+  explicit ShownTexts(const CWorkSheet& table, const DisplayRegion& region = DisplayRegion());
 
   const CWorkSheet& table() const { return table_; }
   // Numbers with this field's display format, or with the decimal separator of the region; errors by their

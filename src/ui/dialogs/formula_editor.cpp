@@ -230,7 +230,8 @@ void FormulaEditor::keyPressEvent(QKeyEvent* event) {
   const bool closes_hint = event->key() == Qt::Key_Escape && SendScintilla(SCI_CALLTIPACTIVE) != 0;
   if (is_listing || closes_hint || !leaves) return QsciScintilla::keyPressEvent(event);
   if (event->key() == Qt::Key_Escape) return event->ignore();
-  QWidget::focusNextPrevChild(event->key() == Qt::Key_Tab);
+  // Past the overrides, which keep the key in the editor.
+  QWidget::focusNextPrevChild(event->key() == Qt::Key_Tab);  // NOLINT(bugprone-parent-virtual-call)
 }
 
 bool FormulaEditor::focusNextPrevChild(bool) {
