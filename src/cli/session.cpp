@@ -102,6 +102,7 @@ int Session::save(const SaveOptions& save) {
   if (save.container == "zip64" || is_to_be_converted(save)) settings.variant = SaveVariant::kZip64;
   const std::string question = check_save_variant(settings.variant);
   if (!question.empty() && !questions_.ask(question)) return fail("not saved: " + question);
+  database_->clean_pools();
   const std::string& path = save.output.empty() ? database_->file_path() : save.output;
   const SaveResult result = file_->save(path, settings, options_, progress_);
   if (result.cancelled) return fail(Status::kCancelled);

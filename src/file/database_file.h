@@ -58,6 +58,9 @@ class DatabaseFile {
   // kTooManyZipStreams and kBinaryFieldsTooLarge (limits), kEncryptedDataChanged (a value of an encrypted
   // field could not be decrypted any more), kInvalidPassword (open read-only), kCryptographicKey and
   // kFileEncrypt, those of contents that can't be read. The old file is whole then.
+  //
+  // The tables are only read, so a copy may be saved on a thread of its own until Database::before_change;
+  // two saves never run side by side.
   SaveResult save(const std::string& path, const SaveSettings& settings, const Options& options,
                   Progress& progress = Progress::none());
 

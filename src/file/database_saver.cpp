@@ -260,7 +260,7 @@ ErrorCode DatabaseSaver::recode_table(const ZipMember& member, const std::string
 
 // Blocks of records are formatted and packed on all processors; each block ends with a record, so that
 // opening can read them side by side.
-ErrorCode DatabaseSaver::write_table(CWorkSheet& table) {
+ErrorCode DatabaseSaver::write_table(const CWorkSheet& table) {
   const std::string name = table_member_name(table);
   if (const ZipMember* member = member_to_copy(table)) {
     const ErrorCode error = copy_table(*member, name);
@@ -271,7 +271,6 @@ ErrorCode DatabaseSaver::write_table(CWorkSheet& table) {
   std::optional<MemberEncryptor> encryptor;
   ErrorCode error = start_encryptor(encryptor);
   if (error != ErrorCode::kOk) return error;
-  table.clean_pools();
   std::vector<size_t> fields(table.field_count());
   for (size_t i = 0; i < fields.size(); ++i) fields[i] = i;
   TextDialect dialect;
@@ -469,6 +468,7 @@ SaveResult DatabaseFile::save(const std::string& path, const SaveSettings& setti
 
 ErrorCode DatabaseFile::set_protection(std::optional<Protection> protection) {
   if (read_only_) return ErrorCode::kInvalidPassword;
+  database_.before_change();
   protection_ = std::move(protection);
   database_.mark_modified();
   return ErrorCode::kOk;

@@ -18,7 +18,7 @@ class DatabaseSaver {
  private:
   ErrorCode write_all(const std::string& path);
   ErrorCode write_config_member(const std::string& database_name);
-  ErrorCode write_table(CWorkSheet& table);
+  ErrorCode write_table(const CWorkSheet& table);
   ErrorCode write_binaries(const std::string& database_name);
   ErrorCode write_field_binaries(const CWorkSheet& table, size_t field, std::string_view database_name,
                                  std::string_view table_name);

@@ -144,6 +144,7 @@ bool run_long_task(QWidget* parent, const QString& caption, const std::function<
 bool run_long_change(QWidget* views, const QString& caption, DatabaseDocument& document,
                      const std::function<void(Progress&)>& work) {
   views->setUpdatesEnabled(false);
+  document.database().before_change();
   document.hold_notices();
   const bool done = run_long_task(views, caption, work);
   document.release_notices();

@@ -248,7 +248,6 @@ bool CMainFrame::finish_editing(CDatabaseWindow* window) {
 void CMainFrame::close_window(int index) {
   CDatabaseWindow* window = window_at(index);
   if (window == nullptr) return;
-  recovery_.stop();
   if (!finish_editing(window) || !files_.may_close(window->document())) return;
   recovery_.forget(window->document());
   tabs_->removeTab(index);
@@ -257,7 +256,6 @@ void CMainFrame::close_window(int index) {
 }
 
 void CMainFrame::closeEvent(QCloseEvent* event) {
-  recovery_.stop();
   for (int i = 0; i < tabs_->count(); ++i) {
     tabs_->setCurrentIndex(i);
     if (finish_editing(current_window()) && files_.may_close(current_window()->document())) continue;
@@ -275,7 +273,6 @@ void CMainFrame::auto_save() {
   if (minutes == 0 || ++minutes_since_save_ < minutes) return;
   if (is_long_task_running() || QApplication::activeModalWidget() != nullptr) return;
   minutes_since_save_ = 0;
-  recovery_.stop();
   for (int i = 0; i < tabs_->count(); ++i) {
     DatabaseDocument& document = window_at(i)->document();
     const bool has_file = document.database().file_format() == FileFormat::kNative;

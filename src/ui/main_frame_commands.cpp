@@ -86,7 +86,6 @@ void CMainFrame::make_status_bar() {
 
 void CMainFrame::on(Command command, const std::function<void()>& run) {
   connect(actions_.of(command), &QAction::triggered, this, [this, command, run] {
-    recovery_.stop();
     // What is being typed is stored first; these two write into it.
     const bool writes = command == Command::kInsertToday || command == Command::kCopyFromAbove;
     if (writes || finish_editing(current_window())) run();

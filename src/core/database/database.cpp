@@ -80,7 +80,13 @@ Database::Database(std::string name, const Options& options)
 
 Database::~Database() = default;
 
+void Database::set_name(std::string name) {
+  before_change();
+  name_ = std::move(name);
+}
+
 void Database::set_file(std::string path, FileFormat format) {
+  before_change();
   file_path_ = std::move(path);
   file_format_ = format;
 }
@@ -130,7 +136,16 @@ bool Database::holds_other_tables(const Folder& folder) const {
   return tables().size() > inside.size() || inside.empty();
 }
 
+void Database::before_change() {
+  for (BackgroundReader* reader : readers_) reader->stop();
+}
+
+void Database::clean_pools() {
+  for (CWorkSheet* table : tables()) table->clean_pools();
+}
+
 void Database::apply(std::unique_ptr<Change> change) {
+  before_change();
   change->toggle();
   record(std::move(change), nullptr);
 }
@@ -285,14 +300,18 @@ void Database::notify() {
 }
 
 bool Database::undo() {
-  if (open_groups_ > 0 || !undo_log_.undo()) return false;
+  if (open_groups_ > 0 || !undo_log_.can_undo()) return false;
+  before_change();
+  undo_log_.undo();
   modified_ = true;
   notify();
   return true;
 }
 
 bool Database::redo() {
-  if (open_groups_ > 0 || !undo_log_.redo()) return false;
+  if (open_groups_ > 0 || !undo_log_.can_redo()) return false;
+  before_change();
+  undo_log_.redo();
   modified_ = true;
   notify();
   return true;
@@ -315,6 +334,7 @@ ChangeGroup::~ChangeGroup() {
 
 void ChangeGroup::roll_back() {
   auto& changes = database_.open_step_.changes;
+  if (changes.size() > first_change_) database_.before_change();
   while (changes.size() > first_change_) {
     changes.back()->toggle();
     changes.pop_back();

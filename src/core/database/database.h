@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/database/background_reader.h"
 #include "core/database/undo_log.h"
 #include "core/options.h"
 #include "core/table/work_sheet.h"
@@ -75,7 +76,7 @@ class Database {
   Database& operator=(const Database&) = delete;
 
   const std::string& name() const { return name_; }
-  void set_name(std::string name) { name_ = std::move(name); }
+  void set_name(std::string name);
   const std::string& file_path() const { return file_path_; }
   FileFormat file_format() const { return file_format_; }
   void set_file(std::string path, FileFormat format);
@@ -121,6 +122,15 @@ class Database {
   void add_observer(DatabaseObserver* observer) { observers_.push_back(observer); }  // not owned
   void remove_observer(DatabaseObserver* observer) { std::erase(observers_, observer); }
 
+  void add_reader(BackgroundReader* reader) { readers_.push_back(reader); }  // not owned
+  void remove_reader(BackgroundReader* reader) { std::erase(readers_, reader); }
+  // Stops the background readers. Every change of a table, the tree of tables or the settings, undoing and
+  // redoing included, calls this before anything differs. Others call it before changes that they make on
+  // another thread, and before they change what belongs to the database, such as its file.
+  void before_change();
+  // Drops the texts and values of all tables that no record uses. Nothing that can be seen differs.
+  void clean_pools();
+
   UndoLog& undo_log() { return undo_log_; }
   // False when there is nothing to undo or redo, and while a group is open.
   bool undo();
@@ -156,6 +166,7 @@ class Database {
   DatabaseSettings settings_;
   const FieldHooks* hooks_ = nullptr;
   std::vector<DatabaseObserver*> observers_;
+  std::vector<BackgroundReader*> readers_;
   UndoLog undo_log_;
   UndoStep open_step_;
   int open_groups_ = 0;

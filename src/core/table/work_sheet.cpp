@@ -125,7 +125,12 @@ void CWorkSheet::touch() {
   revision_ = next_revision();
 }
 
+void CWorkSheet::before_change() {
+  if (database_ != nullptr) database_->before_change();
+}
+
 void CWorkSheet::apply(std::unique_ptr<Change> change) {
+  before_change();
   change->toggle();
   if (database_ != nullptr) database_->record(std::move(change), this);
 }
@@ -232,6 +237,7 @@ void CWorkSheet::rewrite_formulas(size_t field, std::string formula, std::string
 }
 
 void CWorkSheet::store_outcomes(std::span<const RecordFlags> outcomes) {
+  before_change();
   if (data_.flags.empty()) data_.flags.resize(data_.record_count, RecordFlags{0});
   for (size_t i = 0; i < data_.flags.size() && i < outcomes.size(); ++i) {
     const unsigned kept = data_.flags[i] & ~static_cast<unsigned>(kOutcomeMask);
@@ -409,6 +415,7 @@ ErrorCode CWorkSheet::delete_search_key(size_t index) {
 }
 
 void CWorkSheet::clean_pools() {
+  before_change();
   for (Column& column : data_.columns) clean_pool(column);
 }
 

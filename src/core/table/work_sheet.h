@@ -141,6 +141,7 @@ class CWorkSheet {
   ErrorCode check_new_name(std::string_view name, std::optional<size_t> own_index) const;
   ErrorCode check_search_key_name(std::string_view name, std::optional<size_t> own_index) const;
   void replace_search_keys(std::vector<SearchKey> keys);
+  void before_change();
   void apply(std::unique_ptr<Change> change);
   // Applies CHANGE and, as part of the same undo step, what TELL makes the hooks do.
   template <typename Tell>

@@ -189,6 +189,8 @@ bool DocumentFiles::save_to(DatabaseDocument& document, const Target& target, bo
   settings.as_copy = as_copy;
   settings.variant = target.variant == SaveVariant::kAuto ? document.save_variant() : target.variant;
   SaveResult result;
+  document.database().before_change();  // one save at a time, and it may get another file
+  document.database().clean_pools();
   run(tr("Saving Database"), [&](Progress& progress) {
     result = document.file().save(absolute_path(target.path), settings, document.options(), progress);
   });

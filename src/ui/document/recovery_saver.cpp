@@ -1,7 +1,6 @@
 #include "ui/document/recovery_saver.h"
 
-#include <QCoreApplication>
-#include <QEvent>
+#include <QThread>
 #include <algorithm>
 #include <atomic>
 #include <thread>
@@ -15,24 +14,6 @@ namespace {
 
 constexpr int kPauseMilliseconds = 2000;
 constexpr qint64 kWaitFactor = 20;  // copies take at most a twentieth of the time
-
-bool is_input(QEvent::Type type) {
-  switch (type) {
-    case QEvent::KeyPress:
-    case QEvent::ShortcutOverride:
-    case QEvent::Shortcut:
-    case QEvent::InputMethod:
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonRelease:
-    case QEvent::MouseButtonDblClick:
-    case QEvent::ContextMenu:
-    case QEvent::Drop:
-    case QEvent::Close:
-      return true;
-    default:
-      return false;
-  }
-}
 
 }  // namespace
 
@@ -87,11 +68,11 @@ RecoverySaver::RecoverySaver(RecoveryFolder& folder) : folder_(folder) {
   pause_.setSingleShot(true);
   pause_.setInterval(kPauseMilliseconds);
   connect(&pause_, &QTimer::timeout, this, &RecoverySaver::save_in_pause);
-  QCoreApplication::instance()->installEventFilter(this);
 }
 
 RecoverySaver::~RecoverySaver() {
   stop();
+  for (const Watched& watched : watched_) watched.document->database().remove_reader(this);
 }
 
 RecoverySaver::Watched* RecoverySaver::find(const DatabaseDocument& document) {
@@ -105,6 +86,7 @@ void RecoverySaver::watch(DatabaseDocument& document) {
 
 void RecoverySaver::watch_recovered(DatabaseDocument& document, const QString& copy) {
   watched_.push_back({&document, copy});
+  document.database().add_reader(this);
   connect(&document, &DatabaseDocument::changed, this, [this, &document] { mark(document); });
   connect(&document, &DatabaseDocument::saved, this, [this, &document] { drop_copy(document); });
 }
@@ -122,17 +104,19 @@ void RecoverySaver::drop_copy(const DatabaseDocument& document) {
   RecoveryFolder::remove(std::exchange(watched->copy, {}));
 }
 
-void RecoverySaver::forget(const DatabaseDocument& document) {
+void RecoverySaver::forget(DatabaseDocument& document) {
   stop();
   Watched* watched = find(document);
   if (watched == nullptr) return;
   disconnect(&document, nullptr, this, nullptr);
+  document.database().remove_reader(this);
   RecoveryFolder::remove(watched->copy);
   watched_.erase(watched_.begin() + (watched - watched_.data()));
 }
 
 void RecoverySaver::stop() {
   if (writer_ == nullptr) return;
+  Q_ASSERT(QThread::currentThread() == thread());
   writer_->stop();
   finish(writer_->is_written());
 }
@@ -185,14 +169,6 @@ bool RecoverySaver::save_now() {
     shortest_wait_ = 0;
   }
   return true;
-}
-
-bool RecoverySaver::eventFilter(QObject* watched, QEvent* event) {
-  if (is_input(event->type())) {
-    stop();
-    if (pause_.isActive()) pause_.start();
-  }
-  return QObject::eventFilter(watched, event);
 }
 
 }  // namespace rowvane

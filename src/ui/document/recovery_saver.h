@@ -12,10 +12,10 @@
 
 namespace rowvane {
 
-// A copy is written on a thread of its own once the user has paused. Whoever is about to change a database
-// calls `stop` first; keys, buttons and drops do so before they reach their windows. What was stopped is done
-// in the next pause. After a save that took long the next one waits accordingly longer.
-class RecoverySaver final : public QObject {
+// A copy is written on a thread of its own once nothing has changed for a moment. The next change stops the
+// writing before it begins; what was stopped is done in the next pause. After a save that took long the next
+// one waits accordingly longer.
+class RecoverySaver final : public QObject, private BackgroundReader {
  public:
   // FOLDER must outlive this.
   explicit RecoverySaver(RecoveryFolder& folder);
@@ -26,15 +26,12 @@ class RecoverySaver final : public QObject {
   // The same for one that was opened from COPY, which stands for its unsaved changes.
   void watch_recovered(DatabaseDocument& document, const QString& copy);
   // Removes the copy of a document that goes.
-  void forget(const DatabaseDocument& document);
+  void forget(DatabaseDocument& document);
 
-  // Ends the writing of a copy, if there is one.
-  void stop();
+  // True while a copy is being written.
+  bool is_writing() const { return writer_ != nullptr; }
   // Writes the copies that are due without waiting for a pause. False when one could not be written.
   bool save_now();
-
- protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   struct Watched {
@@ -44,6 +41,7 @@ class RecoverySaver final : public QObject {
   };
   class Writer;
 
+  void stop() override;
   Watched* find(const DatabaseDocument& document);
   void mark(DatabaseDocument& document);
   void drop_copy(const DatabaseDocument& document);
