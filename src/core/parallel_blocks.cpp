@@ -12,14 +12,14 @@ int thread_count(int setting) {
 }
 
 void parallel_blocks(uint64_t count, int threads,
-                     const std::function<void(int thread, uint64_t first, uint64_t last)>& work) {
+                     const std::function<void(int thread, uint64_t first, uint64_t end)>& work) {
   if (count == 0) return;
-  const uint64_t step = count / static_cast<uint64_t>(std::clamp(threads, 1, kMaxThreads));
+  const uint64_t size = count / static_cast<uint64_t>(std::clamp(threads, 1, kMaxThreads)) + 1;
   std::vector<std::jthread> running;
-  for (uint64_t first = 0; first < count; first += step + 1) {
-    const uint64_t last = std::min(first + step, count - 1);
+  for (uint64_t first = 0; first < count; first += size) {
+    const uint64_t end = std::min(first + size, count);
     const int thread = static_cast<int>(running.size());
-    running.emplace_back([&work, thread, first, last] { work(thread, first, last); });
+    running.emplace_back([&work, thread, first, end] { work(thread, first, end); });
   }
 }
 

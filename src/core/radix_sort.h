@@ -81,12 +81,12 @@ class RadixSort {
     const uint64_t mask = (uint64_t{1} << width) - 1;
     const auto digit = [bit, mask](const Element& element) { return (radix_key(element) >> bit) & mask; };
     for (Counts& counts : counts_) counts.assign(size_t{1} << width, 0);
-    for_blocks([&](Counts& counts, size_t first, size_t last) {
-      for (size_t i = first; i <= last; ++i) ++counts[digit(from_[i])];
+    for_blocks([&](Counts& counts, size_t first, size_t end) {
+      for (size_t i = first; i < end; ++i) ++counts[digit(from_[i])];
     });
     if (!counts_become_places()) return;
-    for_blocks([&](Counts& places, size_t first, size_t last) {
-      for (size_t i = first; i <= last; ++i) to_[places[digit(from_[i])]++] = from_[i];
+    for_blocks([&](Counts& places, size_t first, size_t end) {
+      for (size_t i = first; i < end; ++i) to_[places[digit(from_[i])]++] = from_[i];
     });
     std::swap(from_, to_);
   }
@@ -109,11 +109,11 @@ class RadixSort {
   template <typename Work>
   void for_blocks(const Work& work) {
     if (threads_ == 1) {
-      if (!from_.empty()) work(counts_[0], 0, from_.size() - 1);
+      if (!from_.empty()) work(counts_[0], 0, from_.size());
       return;
     }
-    parallel_blocks(from_.size(), threads_, [&](int thread, uint64_t first, uint64_t last) {
-      work(counts_[static_cast<size_t>(thread)], first, last);
+    parallel_blocks(from_.size(), threads_, [&](int thread, uint64_t first, uint64_t end) {
+      work(counts_[static_cast<size_t>(thread)], first, end);
     });
   }
 

@@ -182,10 +182,10 @@ class ColumnPass {
   ErrorCode convert_chunk(size_t first, const Convert& convert, std::vector<CellValue>& values) {
     std::vector<ErrorCode> errors(ciphers_.size(), ErrorCode::kOk);
     parallel_blocks(values.size(), static_cast<int>(ciphers_.size()),
-                    [&](int thread, uint64_t from, uint64_t to) {
+                    [&](int thread, uint64_t from, uint64_t end) {
                       ErrorCode& error = errors[static_cast<size_t>(thread)];
                       try {
-                        for (uint64_t i = from; i <= to && error == ErrorCode::kOk; ++i) {
+                        for (uint64_t i = from; i < end && error == ErrorCode::kOk; ++i) {
                           const CellValue cell = cell_value(source_, first + i);
                           if (!is_empty(cell))
                             error = convert(ciphers_[static_cast<size_t>(thread)], cell, values[i]);
@@ -350,9 +350,9 @@ ErrorCode check_encrypted_fields(const CWorkSheet& table, int threads) {
     const auto header = decode_field_header(table.field(index).encryption);
     if (!header) return ErrorCode::kEncryptedDataChanged;
     const Column& column = table.column(index);
-    parallel_blocks(table.record_count(), threads, [&](int, uint64_t from, uint64_t to) {
+    parallel_blocks(table.record_count(), threads, [&](int, uint64_t first, uint64_t end) {
       try {
-        for (uint64_t position = from; position <= to && error == ErrorCode::kOk; ++position) {
+        for (uint64_t position = first; position < end && error == ErrorCode::kOk; ++position) {
           if (!is_intact(column, position, header->salt)) error.store(ErrorCode::kEncryptedDataChanged);
         }
       } catch (const std::bad_alloc&) {

@@ -84,8 +84,8 @@ void DatabaseArchive::prepare_keys(const std::vector<const ZipMember*>& members,
   });
   std::vector<Secret> keys(encrypted.size());
   std::vector<char> made(encrypted.size(), 0);
-  parallel_blocks(encrypted.size(), threads, [&](int, uint64_t first, uint64_t last) {
-    for (uint64_t i = first; i <= last; ++i) {
+  parallel_blocks(encrypted.size(), threads, [&](int, uint64_t first, uint64_t end) {
+    for (uint64_t i = first; i < end; ++i) {
       made[i] = member_key(encryption(*encrypted[i])->record, password_.get(), keys[i]) == ErrorCode::kOk;
     }
   });

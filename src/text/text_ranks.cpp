@@ -129,9 +129,9 @@ class TextRanking {
   void for_texts(const Work& work) {
     stores_.clear();
     stores_.resize(static_cast<size_t>(threads_));
-    parallel_blocks(keys_.size(), threads_, [&](int thread, uint64_t first, uint64_t last) {
+    parallel_blocks(keys_.size(), threads_, [&](int thread, uint64_t first, uint64_t end) {
       KeyStore store;
-      for (size_t i = first; i <= last; ++i) {
+      for (size_t i = first; i < end; ++i) {
         if (i % kTextsPerCheck == 0 && progress_.cancelled()) break;
         if (!work(i, store)) break;
       }
@@ -197,8 +197,8 @@ class TextRanking {
     TextRanks result;
     result.ranks.resize(keys_.size());
     // Whether each differs from the one before takes most of the time.
-    parallel_blocks(elements_.size(), threads_, [&](int, uint64_t first, uint64_t last) {
-      for (size_t i = first; i <= last; ++i) {
+    parallel_blocks(elements_.size(), threads_, [&](int, uint64_t first, uint64_t end) {
+      for (size_t i = first; i < end; ++i) {
         elements_[i].key = i > 0 && keys_[elements_[i].index] != keys_[elements_[i - 1].index] ? 1 : 0;
       }
     });

@@ -218,13 +218,13 @@ TEST(QuickDuplicates, TakeUpToAHundredFields) {
   std::vector<Field> fields(101);
   for (size_t i = 0; i < fields.size(); ++i) fields[i].name = "f" + std::to_string(i);
   const CWorkSheet table("t", std::move(fields));
-  EXPECT_EQ(check_duplicates(table, quick_duplicates(1, 100)), std::nullopt);
-  EXPECT_EQ(check_duplicates(table, quick_filtered_duplicates(0, 100)),
+  EXPECT_EQ(check_duplicates(table, quick_duplicates(1, 101)), std::nullopt);
+  EXPECT_EQ(check_duplicates(table, quick_filtered_duplicates(0, 101)),
             "Please select no more than 100 fields as sort keys.");
-  EXPECT_EQ(quick_duplicates(3, 4).fields, (std::vector<size_t>{3, 4}));
-  EXPECT_EQ(quick_duplicates(3, 4).mode, DuplicatesMode::kAll);
-  EXPECT_TRUE(quick_duplicates(3, 4).sort_results);
-  EXPECT_EQ(quick_filtered_duplicates(3, 4).mode, DuplicatesMode::kAllButFirst);
+  EXPECT_EQ(quick_duplicates(3, 5).fields, (std::vector<size_t>{3, 4}));
+  EXPECT_EQ(quick_duplicates(3, 5).mode, DuplicatesMode::kAll);
+  EXPECT_TRUE(quick_duplicates(3, 5).sort_results);
+  EXPECT_EQ(quick_filtered_duplicates(3, 5).mode, DuplicatesMode::kAllButFirst);
 }
 
 TEST(Groups, StopWhenCancelled) {

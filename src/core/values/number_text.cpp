@@ -137,15 +137,15 @@ bool begins_with_idle_zero(std::string_view integer) {
 // The common case: an optional minus and at most 15 digits with at most one point. Exact, because both the
 // digits and the power of ten are exact doubles and the quotient is rounded once. Answers 1 for a number, 0
 // for text, -1 when the general path has to decide.
-int parse_short_number(const char* first, const char* last, double& number) {
+int parse_short_number(const char* first, const char* end, double& number) {
   static constexpr double kPowers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                        1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-  const bool negative = first < last && *first == '-';
+  const bool negative = first < end && *first == '-';
   const char* digits = first + (negative ? 1 : 0);
-  if (last - digits > 16) return -1;
+  if (end - digits > 16) return -1;
   uint64_t mantissa = 0;
   const char* point = nullptr;
-  for (const char* p = digits; p < last; ++p) {
+  for (const char* p = digits; p < end; ++p) {
     if (ascii::is_digit(*p)) {
       mantissa = mantissa * 10 + static_cast<uint64_t>(*p - '0');
     } else if (*p == '.' && point == nullptr) {
@@ -154,22 +154,22 @@ int parse_short_number(const char* first, const char* last, double& number) {
       return *p == 'e' || *p == 'E' ? -1 : 0;
     }
   }
-  const auto length = last - digits - (point != nullptr ? 1 : 0);
+  const auto length = end - digits - (point != nullptr ? 1 : 0);
   if (length == 0) return 0;
   if (length > 15) return -1;
-  if (*digits == '0' && digits + 1 < last && ascii::is_digit(digits[1])) return 0;
+  if (*digits == '0' && digits + 1 < end && ascii::is_digit(digits[1])) return 0;
   double value = static_cast<double>(mantissa);
-  if (point != nullptr) value /= kPowers[last - point - 1];
+  if (point != nullptr) value /= kPowers[end - point - 1];
   number = negative ? -value : value;
   return 1;
 }
 
 }  // namespace
 
-bool parse_plain_number_exactly(const char* first, const char* last, double& number) {
-  const int quick = parse_short_number(first, last, number);
+bool parse_plain_number_exactly(const char* first, const char* end, double& number) {
+  const int quick = parse_short_number(first, end, number);
   if (quick >= 0) return quick == 1;
-  const std::string_view text(first, static_cast<size_t>(last - first));
+  const std::string_view text(first, static_cast<size_t>(end - first));
   NumberParts parts;
   if (text.size() > kMaxNumberText || !split_number(text, ".", parts)) return false;
   if (parts.plus || begins_with_idle_zero(parts.integer)) return false;

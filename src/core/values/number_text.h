@@ -33,9 +33,9 @@ std::optional<double> parse_number(std::string_view text, const NumberSeparators
 // How the number is written (1.50, 1e-5, " 2 ", 1,000) does not count as lost.
 std::optional<double> parse_number_exactly(std::string_view text, const NumberSeparators& separators);
 
-// The generic-separator form of parse_number_exactly for the bytes [first, last), without leading or trailing
+// The generic-separator form of parse_number_exactly for the bytes [first, end), without leading or trailing
 // blanks; the inner loop of reading text files.
-bool parse_plain_number_exactly(const char* first, const char* last, double& number);
+bool parse_plain_number_exactly(const char* first, const char* end, double& number);
 
 // Appends the shortest digits that read back to the same double, with the decimal separator given; with an
 // exponent ("1e+21", "1e-07") only below 1e-5 and from 1e15 on. NUMBER must be finite.

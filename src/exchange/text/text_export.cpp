@@ -124,7 +124,7 @@ class ExportRun {
   std::string archive_path() const { return target_.substr(0, stem_length(target_)) + ".rvb-bin.zip"; }
   ErrorCode write_archive();
   ErrorCode write_file(const TextFormatter& formatter, uint64_t number);
-  ErrorCode make_block(const TextFormatter& formatter, uint64_t first, uint64_t last, std::string& out) const;
+  ErrorCode make_block(const TextFormatter& formatter, uint64_t first, uint64_t end, std::string& out) const;
   ErrorCode commit_all();
 
   std::string file_start(const TextFormatter& formatter) const;
@@ -245,16 +245,16 @@ ErrorCode ExportRun::write_file(const TextFormatter& formatter, uint64_t number)
   return write_error != ErrorCode::kOk ? write_error : error;
 }
 
-ErrorCode ExportRun::make_block(const TextFormatter& formatter, uint64_t first, uint64_t last,
+ErrorCode ExportRun::make_block(const TextFormatter& formatter, uint64_t first, uint64_t end,
                                 std::string& out) const {
   std::string utf8;
   const bool utf16 = settings_.text.encoding == TextFileSettings::kUtf16;
   std::string& lines = utf16 ? utf8 : out;
   ErrorCode error;
   if (settings_.positions) {
-    error = formatter.append_records(std::span(*settings_.positions).subspan(first, last - first), lines);
+    error = formatter.append_records(std::span(*settings_.positions).subspan(first, end - first), lines);
   } else {
-    error = formatter.append_range(static_cast<uint32_t>(first), static_cast<uint32_t>(last), lines);
+    error = formatter.append_range(static_cast<uint32_t>(first), static_cast<uint32_t>(end), lines);
   }
   if (utf16) platform::utf8_to_utf16le(lines, out);
   return error;

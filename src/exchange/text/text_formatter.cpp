@@ -250,10 +250,10 @@ void TextFormatter::append_names(std::string& out) const {
   LineWriter(*this, out).write_names();
 }
 
-ErrorCode TextFormatter::append_range(uint32_t first, uint32_t last, std::string& out) const {
+ErrorCode TextFormatter::append_range(uint32_t first, uint32_t end, std::string& out) const {
   LineWriter lines(*this, out);
   if (!lines.is_usable()) return ErrorCode::kOutOfResources;
-  for (uint32_t position = first; position < last; ++position) {
+  for (uint32_t position = first; position < end; ++position) {
     if (const auto error = lines.write_record(position); error != ErrorCode::kOk) return error;
   }
   return ErrorCode::kOk;

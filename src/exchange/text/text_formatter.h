@@ -57,7 +57,7 @@ class TextFormatter {
   void append_names(std::string& out) const;
   // The records at 0-based positions FIRST to LAST - 1. kOk, or the error of a value that can't be read;
   // kOutOfResources when the system lacks the code page. OUT then has lines as far as they went.
-  ErrorCode append_range(uint32_t first, uint32_t last, std::string& out) const;
+  ErrorCode append_range(uint32_t first, uint32_t end, std::string& out) const;
   // The records at POSITIONS in that order.
   ErrorCode append_records(std::span<const uint32_t> positions, std::string& out) const;
 

@@ -78,7 +78,10 @@ Scalar FormulaEvaluator::result() const {
 // ---- operands
 
 Reference FormulaEvaluator::with_rows(Reference reference) const {
-  if (reference.current_record) reference.first_row = reference.last_row = record_;
+  if (reference.current_record) {
+    reference.first_row = record_;
+    reference.end_row = record_ + 1;
+  }
   return reference;
 }
 
@@ -104,8 +107,8 @@ bool FormulaEvaluator::array_of(const Value& value, ArrayView& array) {
   if (value.is_array()) return true;
   const bool range = value.kind == Kind::kReference && !value.reference.is_single_cell();
   const Reference cells = with_rows(value.reference);
-  array.rows = range ? size_t{cells.last_row} - cells.first_row + 1 : 1;
-  array.columns = range ? size_t{cells.last_column} - cells.first_column + 1 : 1;
+  array.rows = range ? cells.rows() : 1;
+  array.columns = range ? cells.columns() : 1;
   Scalar* out = area_.cells(array.size());
   if (out == nullptr) return false;
   array.cells = out;
@@ -116,8 +119,10 @@ bool FormulaEvaluator::array_of(const Value& value, ArrayView& array) {
   for (size_t row = 0; row < array.rows; ++row) {
     for (size_t column = 0; column < array.columns; ++column) {
       Reference cell = value.reference;
-      cell.first_row = cell.last_row = cells.first_row + static_cast<uint32_t>(row);
-      cell.first_column = cell.last_column = static_cast<uint16_t>(cells.first_column + column);
+      cell.first_row = cells.first_row + static_cast<uint32_t>(row);
+      cell.end_row = cell.first_row + 1;
+      cell.first_column = static_cast<uint16_t>(cells.first_column + column);
+      cell.end_column = static_cast<uint16_t>(cell.first_column + 1);
       *out++ = read_reference(cell);
     }
   }
@@ -243,11 +248,11 @@ Value FormulaEvaluator::intersect(const Value& left, const Value& right) const {
   const Reference b = with_rows(right.reference);
   Reference common = a;
   common.first_row = std::max(a.first_row, b.first_row);
-  common.last_row = std::min(a.last_row, b.last_row);
+  common.end_row = std::min(a.end_row, b.end_row);
   common.first_column = std::max(a.first_column, b.first_column);
-  common.last_column = std::min(a.last_column, b.last_column);
+  common.end_column = std::min(a.end_column, b.end_column);
   common.current_record = a.current_record || b.current_record;
-  const bool none = common.first_row > common.last_row || common.first_column > common.last_column;
+  const bool none = common.first_row >= common.end_row || common.first_column >= common.end_column;
   return none ? Value(Scalar::of(FormulaError::kNull)) : Value(common);
 }
 
@@ -258,11 +263,11 @@ Value FormulaEvaluator::span(const Value& left, const Value& right) const {
   const Reference b = with_rows(right.reference);
   Reference both = a;
   both.first_row = std::min(a.first_row, b.first_row);
-  both.last_row = std::max(a.last_row, b.last_row);
+  both.end_row = std::max(a.end_row, b.end_row);
   both.first_column = std::min(a.first_column, b.first_column);
-  both.last_column = std::max(a.last_column, b.last_column);
+  both.end_column = std::max(a.end_column, b.end_column);
   both.current_record = a.current_record && b.current_record;
-  for (size_t field = both.first_column; field <= both.last_column; ++field) {
+  for (size_t field = both.first_column; field < both.end_column; ++field) {
     if (both.source->field(field).encrypted) return Value(Scalar::of(FormulaError::kRef));
   }
   return Value(both);

@@ -11,18 +11,22 @@ namespace rowvane {
 
 class CWorkSheet;
 
-// Cells of a table: 0-based record positions and field indices, both ends included.
+// Cells of a table: record positions and field indices, each from the first to the one before the end.
 struct Reference {
   const CWorkSheet* source = nullptr;
   uint32_t first_row = 0;
-  uint32_t last_row = 0;
+  uint32_t end_row = 1;
   uint16_t first_column = 0;
-  uint16_t last_column = 0;
+  uint16_t end_column = 1;
   bool current_record = false;  // the rows are the current record, whatever they say
 
-  bool is_single_cell() const {
-    return first_column == last_column && (current_record || first_row == last_row);
+  static Reference field_of_record(const CWorkSheet& table, uint16_t field) {
+    return {&table, 0, 1, field, static_cast<uint16_t>(field + 1), true};
   }
+
+  bool is_single_cell() const { return columns() == 1 && (current_record || rows() == 1); }
+  size_t rows() const { return end_row - first_row; }
+  size_t columns() const { return static_cast<size_t>(end_column - first_column); }
 };
 
 // Row by row. The cells are borrowed.

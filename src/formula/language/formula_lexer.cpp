@@ -239,7 +239,7 @@ bool FormulaLexer::read_reference(Token& token) {
   const auto match = names_.match(rest());
   if (!match) return false;
   cursor_ += match->bytes;
-  token.reference = {table_, 0, 0, match->field, match->field, true};
+  token.reference = Reference::field_of_record(*table_, match->field);
   if (table_->field(match->field).encrypted) token.error = FormulaError::kRef;
   return true;
 }
@@ -252,7 +252,7 @@ bool FormulaLexer::read_quoted_reference(Token& token) {
   if (closing == std::string_view::npos) return false;
   const auto field = names_.find(after.substr(1, closing - 1));
   cursor_ += closing + 2;
-  if (field) token.reference = {table_, 0, 0, *field, *field, true};
+  if (field) token.reference = Reference::field_of_record(*table_, *field);
   if (!field || table_->field(*field).encrypted) token.error = FormulaError::kRef;
   return true;
 }

@@ -35,7 +35,7 @@ class ColumnPass {
         program_(pass.table.field(pass.field).formula, &pass.table, pass.formulas),
         stored_(pass.table.column(pass.field)),
         texts_(static_cast<size_t>(kMaxThreads)),
-        blocks_(static_cast<size_t>(kMaxThreads), kUnused) {}
+        blocks_(static_cast<size_t>(kMaxThreads)) {}
 
   Column run() {
     const uint32_t count = pass_.table.record_count();
@@ -45,27 +45,25 @@ class ColumnPass {
     } else {
       codes_.resize(count);
     }
-    parallel_blocks(count, pass_.threads, [this](int thread, uint64_t first, uint64_t last) {
-      blocks_[static_cast<size_t>(thread)] = {first, last};
-      run_thread(static_cast<size_t>(thread), first, last);
+    parallel_blocks(count, pass_.threads, [this](int thread, uint64_t first, uint64_t end) {
+      blocks_[static_cast<size_t>(thread)] = {first, end};
+      run_thread(static_cast<size_t>(thread), first, end);
     });
     if (numbers) return NumberColumn{std::move(numbers_)};
-    const auto used = std::ranges::find(blocks_, kUnused);
-    const auto threads = static_cast<size_t>(used - blocks_.begin());
+    const auto unused =
+        std::ranges::find_if(blocks_, [](const ThreadBlock& block) { return block.first == block.end; });
+    const auto threads = static_cast<size_t>(unused - blocks_.begin());
     return join_text_results(texts_, {blocks_.data(), threads}, std::move(codes_));
   }
 
  private:
-  using Block = std::pair<uint64_t, uint64_t>;  // the first and the last position of a thread
-  static constexpr Block kUnused{1, 0};
-
-  void run_thread(size_t thread, uint64_t first, uint64_t last) {
+  void run_thread(size_t thread, uint64_t first, uint64_t end) {
     BlockEvaluator evaluator(program_);
     WorkArea area(WorkArea::kUnlimited);
     const ScalarContext context{area, pass_.formulas.generic};
-    for (uint64_t from = first, block = 0; from <= last; from += kBlockRecords, ++block) {
+    for (uint64_t from = first, block = 0; from < end; from += kBlockRecords, ++block) {
       if (block % kReportEvery == 0 && pass_.progress.cancelled()) return;
-      const size_t count = static_cast<size_t>(std::min<uint64_t>(kBlockRecords, last - from + 1));
+      const size_t count = static_cast<size_t>(std::min<uint64_t>(kBlockRecords, end - from));
       area.clear();
       const BlockVector& results = evaluator.run(static_cast<uint32_t>(from), count);
       if (std::holds_alternative<NumberColumn>(stored_)) {
@@ -112,7 +110,7 @@ class ColumnPass {
   NumberColumn::Cells numbers_;
   TextColumn::Cells codes_;
   std::vector<TextResults> texts_;
-  std::vector<Block> blocks_;
+  std::vector<ThreadBlock> blocks_;
   std::atomic<uint64_t> done_ = 0;
 };
 

@@ -84,8 +84,8 @@ void TextResults::write(const BlockVector& results, size_t count, const ScalarCo
   }
 }
 
-TextColumn join_text_results(std::vector<TextResults>& threads,
-                             std::span<const std::pair<uint64_t, uint64_t>> blocks, TextColumn::Cells cells) {
+TextColumn join_text_results(std::vector<TextResults>& threads, std::span<const ThreadBlock> blocks,
+                             TextColumn::Cells cells) {
   TextColumn column;
   column.cells = std::move(cells);
   if (threads.empty()) return column;
@@ -97,7 +97,7 @@ TextColumn join_text_results(std::vector<TextResults>& threads,
     moved.resize(own.size());
     moved[0] = 0;
     for (TextPool::Code code = 1; code < own.size(); ++code) moved[code] = column.code_for(own.text(code));
-    for (uint64_t i = blocks[t].first; i <= blocks[t].second; ++i) column.cells[i] = moved[column.cells[i]];
+    for (uint64_t i = blocks[t].first; i < blocks[t].end; ++i) column.cells[i] = moved[column.cells[i]];
   }
   return column;
 }

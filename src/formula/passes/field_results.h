@@ -23,6 +23,12 @@ std::string_view text_cell_of(const Scalar& result, const ScalarContext& context
 void write_number_cells(const BlockVector& results, size_t count, const ScalarContext& context,
                         double* cells);
 
+// The positions that one thread of a pass works on, to the one before `end`.
+struct ThreadBlock {
+  uint64_t first = 0;
+  uint64_t end = 0;
+};
+
 // The texts that one thread of a pass finds, with codes of its own.
 class TextResults {
  public:
@@ -31,8 +37,8 @@ class TextResults {
   TextPool::Code code_for(std::string_view text);
 
  private:
-  friend TextColumn join_text_results(std::vector<TextResults>&,
-                                      std::span<const std::pair<uint64_t, uint64_t>>, TextColumn::Cells);
+  friend TextColumn join_text_results(std::vector<TextResults>&, std::span<const ThreadBlock>,
+                                      TextColumn::Cells);
 
   void watch_repetition();
 
@@ -42,10 +48,9 @@ class TextResults {
   std::vector<TextPool::Code> known_;  // own code + 1 by the code of the results
 };
 
-// One column of the CELLS that the threads of a pass wrote; thread i those from BLOCKS[i].first to
-// BLOCKS[i].second, included.
-TextColumn join_text_results(std::vector<TextResults>& threads,
-                             std::span<const std::pair<uint64_t, uint64_t>> blocks, TextColumn::Cells cells);
+// One column of the CELLS that the threads of a pass wrote, thread i those of BLOCKS[i].
+TextColumn join_text_results(std::vector<TextResults>& threads, std::span<const ThreadBlock> blocks,
+                             TextColumn::Cells cells);
 
 // True when both hold the same values.
 bool same_values(const Column& a, const Column& b);

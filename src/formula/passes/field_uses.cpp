@@ -17,7 +17,7 @@ struct KnownValue {
   bool literal = false;               // the name is a text between quotes
   const CWorkSheet* table = nullptr;  // of kFields
   uint16_t first = 0;
-  uint16_t last = 0;
+  uint16_t end = 0;
   bool all_records = false;
 };
 
@@ -56,17 +56,17 @@ class UseFinder {
       result.literal = value.literal;
     } else if (value.reference.source != nullptr) {
       const Reference& cells = value.reference;
-      result = fields(*cells.source, cells.first_column, cells.last_column, false);
+      result = fields(*cells.source, cells.first_column, cells.end_column, false);
     }
     return result;
   }
 
-  static KnownValue fields(const CWorkSheet& table, uint16_t first, uint16_t last, bool all_records) {
+  static KnownValue fields(const CWorkSheet& table, uint16_t first, uint16_t end, bool all_records) {
     KnownValue result;
     result.kind = KnownValue::Kind::kFields;
     result.table = &table;
     result.first = first;
-    result.last = last;
+    result.end = end;
     result.all_records = all_records;
     return result;
   }
@@ -91,7 +91,7 @@ class UseFinder {
       left = KnownValue();
     } else {
       left.first = std::min(left.first, right.first);
-      left.last = std::max(left.last, right.last);
+      left.end = std::max(left.end, right.end);
       left.all_records = left.all_records || right.all_records;
     }
     stack_.push_back(left);
@@ -102,14 +102,14 @@ class UseFinder {
     const KnownValue path = pop();
     KnownValue result;
     const bool is_field =
-        field.kind == KnownValue::Kind::kFields && field.first == field.last && !field.all_records;
+        field.kind == KnownValue::Kind::kFields && field.first + 1 == field.end && !field.all_records;
     const CWorkSheet* table =
         path.kind == KnownValue::Kind::kName ? find_named_table(program_.table(), path.name) : nullptr;
     const std::string_view name =
         is_field ? std::string_view(field.table->field(field.first).name) : field.name;
     if (const auto found = table != nullptr ? table->find_field(name) : std::nullopt) {
       const auto index = static_cast<uint16_t>(*found);
-      result = fields(*table, index, index, true);
+      result = fields(*table, index, static_cast<uint16_t>(index + 1), true);
     } else {
       uses_.unknown_names = true;
     }
@@ -119,7 +119,7 @@ class UseFinder {
   void use(const KnownValue& value) {
     if (value.kind == KnownValue::Kind::kName && !value.literal) uses_.unknown_names = true;
     if (value.kind != KnownValue::Kind::kFields) return;
-    for (uint32_t field = value.first; field <= value.last; ++field) {
+    for (uint32_t field = value.first; field < value.end; ++field) {
       const FieldUse found{value.table, static_cast<uint16_t>(field), value.all_records};
       if (std::ranges::find(uses_.fields, found) == uses_.fields.end()) uses_.fields.push_back(found);
     }

@@ -24,10 +24,10 @@ GroupPart part_of_group(size_t size, DuplicatesMode mode) {
   return {};
 }
 
-DuplicatesSearch quick_search(size_t first, size_t last, DuplicatesMode mode, bool sort_results) {
+DuplicatesSearch quick_search(size_t first, size_t end, DuplicatesMode mode, bool sort_results) {
   DuplicatesSearch search;
   search.sort_results = sort_results;
-  search.fields.resize(last - first + 1);
+  search.fields.resize(end - first);
   std::iota(search.fields.begin(), search.fields.end(), first);
   search.mode = mode;
   return search;
@@ -54,12 +54,12 @@ RecordSetResult find_duplicates(const CWorkSheet& table, const RecordSet& scope,
   return result;
 }
 
-DuplicatesSearch quick_duplicates(size_t first, size_t last) {
-  return quick_search(first, last, DuplicatesMode::kAll, true);
+DuplicatesSearch quick_duplicates(size_t first, size_t end) {
+  return quick_search(first, end, DuplicatesMode::kAll, true);
 }
 
-DuplicatesSearch quick_filtered_duplicates(size_t first, size_t last) {
-  return quick_search(first, last, DuplicatesMode::kAllButFirst, false);
+DuplicatesSearch quick_filtered_duplicates(size_t first, size_t end) {
+  return quick_search(first, end, DuplicatesMode::kAllButFirst, false);
 }
 
 }  // namespace rowvane

@@ -33,12 +33,12 @@ RecordSetResult find_duplicates(const CWorkSheet& table, const RecordSet& scope,
                                 const DuplicatesSearch& search, const SortOptions& sort_options,
                                 const Options& options, Progress& progress = Progress::none());
 
-// ---- the commands for the fields FIRST to LAST of the grid's selection, without a dialog; `fields` may be
-// too many for check_duplicates
+// ---- the commands for the fields FIRST to END - 1 of the grid's selection, without a dialog; `fields` may
+// be too many for check_duplicates
 
 // "Find Duplicates": all records with duplicates, sorted.
-DuplicatesSearch quick_duplicates(size_t first, size_t last);
+DuplicatesSearch quick_duplicates(size_t first, size_t end);
 // "Find Filtered Duplicates": all but the first record of each group, in the table's order.
-DuplicatesSearch quick_filtered_duplicates(size_t first, size_t last);
+DuplicatesSearch quick_filtered_duplicates(size_t first, size_t end);
 
 }  // namespace rowvane

@@ -22,9 +22,9 @@ using Counts = std::vector<uint32_t>;
 
 Counts count_buckets(std::span<const double> numbers, int threads) {
   std::vector<Counts> counts(static_cast<size_t>(threads), Counts(kSelectionBuckets, 0));
-  parallel_blocks(numbers.size(), threads, [&](int thread, uint64_t first, uint64_t last) {
+  parallel_blocks(numbers.size(), threads, [&](int thread, uint64_t first, uint64_t end) {
     Counts& own = counts[static_cast<size_t>(thread)];
-    for (size_t i = first; i <= last; ++i) ++own[bucket_of(numbers[i])];
+    for (size_t i = first; i < end; ++i) ++own[bucket_of(numbers[i])];
   });
   for (size_t thread = 1; thread < counts.size(); ++thread) {
     std::ranges::transform(counts[0], counts[thread], counts[0].begin(), std::plus<>());
@@ -42,9 +42,9 @@ class BucketMembers {
 
   void collect(std::span<const double> numbers, int threads) {
     std::vector<std::vector<PlainVector<double>>> found(static_cast<size_t>(threads), members_);
-    parallel_blocks(numbers.size(), threads, [&](int thread, uint64_t first, uint64_t last) {
+    parallel_blocks(numbers.size(), threads, [&](int thread, uint64_t first, uint64_t end) {
       auto& own = found[static_cast<size_t>(thread)];
-      for (size_t i = first; i <= last; ++i) {
+      for (size_t i = first; i < end; ++i) {
         if (const uint8_t number = number_of_[bucket_of(numbers[i])]; number != 0)
           own[number].push_back(numbers[i]);
       }

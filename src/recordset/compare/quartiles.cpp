@@ -19,8 +19,8 @@ constexpr uint64_t kRecordsPerCheck = 1 << 16;  // records between two looks at 
 // Calls `work(thread, position)` for all RECORDS, each thread its own part, as long as nobody cancels.
 template <typename Work>
 void for_records(std::span<const uint32_t> records, int threads, const Progress& progress, const Work& work) {
-  parallel_blocks(records.size(), threads, [&](int thread, uint64_t first, uint64_t last) {
-    for (uint64_t i = first; i <= last; ++i) {
+  parallel_blocks(records.size(), threads, [&](int thread, uint64_t first, uint64_t end) {
+    for (uint64_t i = first; i < end; ++i) {
       if (i % kRecordsPerCheck == 0 && progress.cancelled()) return;
       work(static_cast<size_t>(thread), records[i]);
     }
@@ -139,9 +139,9 @@ FieldStatistics field_statistics(const CWorkSheet& table, std::span<const uint32
   const NumberColumn& column = *number_column(table, field);
   PlainVector<double> numbers(records.size());
   std::vector<NumberPart> parts(static_cast<size_t>(threads));
-  parallel_blocks(records.size(), threads, [&](int thread, uint64_t first, uint64_t last) {
+  parallel_blocks(records.size(), threads, [&](int thread, uint64_t first, uint64_t end) {
     NumberPart part{.first = first, .end = first, .sum = {}};
-    for (uint64_t i = first; i <= last; ++i) {
+    for (uint64_t i = first; i < end; ++i) {
       if (i % kRecordsPerCheck == 0 && progress.cancelled()) break;
       const double cell = column.cells[records[i]];
       if (!std::isfinite(cell)) continue;

@@ -215,31 +215,31 @@ TextFinder::TextFinder(const CWorkSheet& table, FindText settings)
 
 TextFinder::~TextFinder() = default;
 
-void TextFinder::scan_part(Scan& scan, Worker& worker, size_t begin, size_t end) {
+void TextFinder::scan_part(Scan& scan, Worker& worker, size_t first, size_t end) {
   std::array<uint8_t, kBlockRecords> hits;
-  for (size_t first = begin; first < end && !scan.progress.cancelled(); first += kBlockRecords) {
-    const size_t count = std::min(kBlockRecords, end - first);
-    const std::span<const uint32_t> block(scan.records.data() + first, count);
+  for (size_t from = first; from < end && !scan.progress.cancelled(); from += kBlockRecords) {
+    const size_t count = std::min(kBlockRecords, end - from);
+    const std::span<const uint32_t> block(scan.records.data() + from, count);
     std::fill_n(hits.begin(), count, uint8_t{0});
     for (const auto& search : searches_) search->mark(block, hits.data(), worker, scan.progress);
     for (size_t i = 0; i < count; ++i) {
-      if (hits[i] != 0) worker.found.push_back(static_cast<uint32_t>(first + i));
+      if (hits[i] != 0) worker.found.push_back(static_cast<uint32_t>(from + i));
     }
     scan.progress.report(scan.done += count, scan.total);
   }
 }
 
-std::vector<uint32_t> TextFinder::scan(const RecordSet& records, size_t begin, size_t end,
+std::vector<uint32_t> TextFinder::scan(const RecordSet& records, size_t first, size_t end,
                                        Progress& progress) {
-  Scan scan{records, progress, begin, records.size()};
+  Scan scan{records, progress, first, records.size()};
   for (const auto& worker : workers_) worker->found.clear();
-  if (end - begin < kRecordsForThreads) {
-    scan_part(scan, *workers_[0], begin, end);
+  if (end - first < kRecordsForThreads) {
+    scan_part(scan, *workers_[0], first, end);
   } else {
-    parallel_blocks(
-        end - begin, static_cast<int>(workers_.size()), [&](int thread, uint64_t first, uint64_t last) {
-          scan_part(scan, *workers_[static_cast<size_t>(thread)], begin + first, begin + last + 1);
-        });
+    parallel_blocks(end - first, static_cast<int>(workers_.size()),
+                    [&](int thread, uint64_t begin, uint64_t stop) {
+                      scan_part(scan, *workers_[static_cast<size_t>(thread)], first + begin, first + stop);
+                    });
   }
   std::vector<uint32_t> found = std::move(workers_[0]->found);
   for (size_t i = 1; i < workers_.size(); ++i) {
@@ -281,15 +281,15 @@ FoundRecords TextFinder::find(const RecordSet& records, size_t start, size_t mos
   return found;
 }
 
-std::optional<size_t> TextFinder::nearest(const RecordSet& records, size_t begin, size_t end, bool forward,
+std::optional<size_t> TextFinder::nearest(const RecordSet& records, size_t first, size_t end, bool forward,
                                           Progress& progress) {
-  for (size_t stretch = kFirstStretch; begin < end && !progress.cancelled(); stretch *= kStretchGrowth) {
-    const size_t count = std::min(stretch, end - begin);
-    const size_t first = forward ? begin : end - count;
-    const std::vector<uint32_t> found = scan(records, first, first + count, progress);
+  for (size_t stretch = kFirstStretch; first < end && !progress.cancelled(); stretch *= kStretchGrowth) {
+    const size_t count = std::min(stretch, end - first);
+    const size_t start = forward ? first : end - count;
+    const std::vector<uint32_t> found = scan(records, start, start + count, progress);
     if (progress.cancelled()) break;
     if (!found.empty()) return forward ? found.front() : found.back();
-    (forward ? begin : end) = forward ? first + count : first;
+    (forward ? first : end) = forward ? start + count : start;
   }
   return std::nullopt;
 }
@@ -298,20 +298,20 @@ std::optional<CellPlace> TextFinder::find_next(const RecordSet& records, CellPla
                                                Progress& progress) {
   if (from.index >= records.size()) return std::nullopt;
   Worker& worker = *workers_[0];
-  // Places among the fields, from 1; 0 stands before the first.
+  const size_t all = fields_.size();
+  // Where the cell stands among the fields; a field that is not searched stands before the first.
   const auto found_field = std::ranges::find(fields_, from.field);
-  const size_t from_place =
-      found_field == fields_.end() ? 0 : static_cast<size_t>(found_field - fields_.begin()) + 1;
-  const auto search_cells = [&](size_t index, size_t first, size_t last) -> std::optional<CellPlace> {
-    for (size_t i = first; i <= last; ++i) {
-      const size_t place = forward ? i : last - (i - first);
-      if (searches_[place - 1]->matches(records[index], worker)) return CellPlace{index, fields_[place - 1]};
+  const bool is_searched = found_field != fields_.end();
+  const size_t here = is_searched ? static_cast<size_t>(found_field - fields_.begin()) : 0;
+  const size_t behind = is_searched ? here + 1 : 0;
+  const auto search_cells = [&](size_t index, size_t first, size_t end) -> std::optional<CellPlace> {
+    for (size_t i = first; i < end; ++i) {
+      const size_t place = forward ? i : end - 1 - (i - first);
+      if (searches_[place]->matches(records[index], worker)) return CellPlace{index, fields_[place]};
     }
     return std::nullopt;
   };
-  const size_t last = fields_.size();
-  const size_t before = from_place == 0 ? 0 : from_place - 1;
-  auto place = forward ? search_cells(from.index, from_place + 1, last) : search_cells(from.index, 1, before);
+  auto place = forward ? search_cells(from.index, behind, all) : search_cells(from.index, 0, here);
   if (place) return place;
   auto record = forward ? nearest(records, from.index + 1, records.size(), forward, progress)
                         : nearest(records, 0, from.index, forward, progress);
@@ -320,9 +320,8 @@ std::optional<CellPlace> TextFinder::find_next(const RecordSet& records, CellPla
                      : nearest(records, from.index + 1, records.size(), forward, progress);
   }
   if (progress.cancelled()) return std::nullopt;
-  if (record) return search_cells(*record, 1, last);
-  return forward ? search_cells(from.index, 1, from_place)
-                 : search_cells(from.index, std::max<size_t>(from_place, 1), last);
+  if (record) return search_cells(*record, 0, all);
+  return forward ? search_cells(from.index, 0, behind) : search_cells(from.index, here, all);
 }
 
 std::vector<CellMatches> TextFinder::matches_in(uint32_t position) {

@@ -93,9 +93,9 @@ class TextFinder {
   struct Scan;
 
   // Indices into RECORDS from BEGIN to END, END not included, of the records with a match, ascending.
-  std::vector<uint32_t> scan(const RecordSet& records, size_t begin, size_t end, Progress& progress);
-  void scan_part(Scan& scan, Worker& worker, size_t begin, size_t end);
-  std::optional<size_t> nearest(const RecordSet& records, size_t begin, size_t end, bool forward,
+  std::vector<uint32_t> scan(const RecordSet& records, size_t first, size_t end, Progress& progress);
+  void scan_part(Scan& scan, Worker& worker, size_t first, size_t end);
+  std::optional<size_t> nearest(const RecordSet& records, size_t first, size_t end, bool forward,
                                 Progress& progress);
   void take_problems(FoundRecords& found);
 

@@ -34,8 +34,8 @@ class FilterPass {
   RecordSet run(const std::vector<RecordFilterPointer>& filters, int threads) {
     make_workers(filters, threads);
     found_.resize(workers_.size());
-    parallel_blocks(count_, threads, [this](int thread, uint64_t first, uint64_t last) {
-      run_thread(static_cast<size_t>(thread), first, last + 1);
+    parallel_blocks(count_, threads, [this](int thread, uint64_t first, uint64_t end) {
+      run_thread(static_cast<size_t>(thread), first, end);
     });
     RecordSet all;
     size_t size = 0;
@@ -60,9 +60,9 @@ class FilterPass {
   size_t take_block(uint64_t first, uint64_t end, uint32_t* positions) const {
     const auto block_end = [](uint64_t position) { return (position / kBlockRecords + 1) * kBlockRecords; };
     if (within_ == nullptr) {
-      const uint64_t last = std::min(end, block_end(first));
-      std::iota(positions, positions + (last - first), static_cast<uint32_t>(first));
-      return last - first;
+      const uint64_t count = std::min(end, block_end(first)) - first;
+      std::iota(positions, positions + count, static_cast<uint32_t>(first));
+      return count;
     }
     const uint64_t limit = block_end((*within_)[first]);
     size_t count = 0;

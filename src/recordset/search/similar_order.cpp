@@ -52,12 +52,12 @@ void sort_by_similarity(const CWorkSheet& table, const std::vector<FieldCriterio
     uint32_t position;
   };
   std::vector<Ranked> ranked(records.size());
-  parallel_blocks(records.size(), threads, [&](int, uint64_t first, uint64_t last) {
-    for (uint64_t i = first; i <= last; ++i) ranked[i] = {0, records[i]};
+  parallel_blocks(records.size(), threads, [&](int, uint64_t first, uint64_t end) {
+    for (uint64_t i = first; i < end; ++i) ranked[i] = {0, records[i]};
     for (const FieldCriterion& wanted : criteria) {
       if (!is_similar(wanted)) continue;
       CellSimilarity similarity(table, wanted);
-      for (uint64_t i = first; i <= last && !state.is_over(); ++i)
+      for (uint64_t i = first; i < end && !state.is_over(); ++i)
         ranked[i].similarity += similarity.of(records[i]);
     }
   });

@@ -38,11 +38,11 @@ class CountingSort {
 
   void count() {
     const size_t codes = size_t{1} << bits_of(columns_);
-    parallel_blocks(records_.size(), threads_, [&](int thread, uint64_t first, uint64_t last) {
+    parallel_blocks(records_.size(), threads_, [&](int thread, uint64_t first, uint64_t end) {
       Places counts(codes);
       uint64_t words[kCodesAtOnce];
-      for (size_t from = first; from <= last && !progress_.cancelled(); from += kCodesAtOnce) {
-        const size_t chunk = std::min(kCodesAtOnce, last - from + 1);
+      for (size_t from = first; from < end && !progress_.cancelled(); from += kCodesAtOnce) {
+        const size_t chunk = std::min(kCodesAtOnce, end - from);
         join_codes(columns_, records_.subspan(from, chunk), words);
         for (size_t i = 0; i < chunk; ++i) {
           codes_[from + i] = static_cast<uint16_t>(words[i]);
@@ -64,9 +64,9 @@ class CountingSort {
 
   template <typename ValueOf>
   void move(const ValueOf& value_of, std::span<uint32_t> sorted) {
-    parallel_blocks(records_.size(), threads_, [&](int thread, uint64_t first, uint64_t last) {
+    parallel_blocks(records_.size(), threads_, [&](int thread, uint64_t first, uint64_t end) {
       Places& places = places_[static_cast<size_t>(thread)];
-      for (size_t i = first; i <= last; ++i) sorted[places[codes_[i]]++] = value_of(i);
+      for (size_t i = first; i < end; ++i) sorted[places[codes_[i]]++] = value_of(i);
     });
   }
 

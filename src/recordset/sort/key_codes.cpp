@@ -52,9 +52,9 @@ class CodeMaker {
 
   void add_numbers(const NumberColumn& numbers, const SortKey& key) {
     std::vector<NumberSurvey> surveys(static_cast<size_t>(threads_));
-    parallel_blocks(records_.size(), threads_, [&](int thread, uint64_t first, uint64_t last) {
+    parallel_blocks(records_.size(), threads_, [&](int thread, uint64_t first, uint64_t end) {
       NumberSurvey survey;
-      for (size_t i = first; i <= last; ++i) survey.add(numbers.cells[records_[i]]);
+      for (size_t i = first; i < end; ++i) survey.add(numbers.cells[records_[i]]);
       surveys[static_cast<size_t>(thread)] = survey;
     });
     NumberSurvey all;
@@ -104,8 +104,8 @@ class CodeMaker {
     for (const uint32_t position : records_) positions[cells[position]] = position;
     texts.resize(used.size());
     std::atomic<ErrorCode> error = ErrorCode::kOk;
-    parallel_blocks(used.size(), threads_, [&](int, uint64_t first, uint64_t last) {
-      for (size_t i = first; i <= last && error == ErrorCode::kOk && !progress_.cancelled(); ++i) {
+    parallel_blocks(used.size(), threads_, [&](int, uint64_t first, uint64_t end) {
+      for (size_t i = first; i < end && error == ErrorCode::kOk && !progress_.cancelled(); ++i) {
         const ErrorCode found = read_outside_text(table_, positions[used[i]], field, texts[i]);
         if (found != ErrorCode::kOk) error.store(found);
       }

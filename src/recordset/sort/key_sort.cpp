@@ -107,8 +107,8 @@ class WordSort {
 
   // Marks the records that differ in COLUMNS only, which belong to words behind the first.
   void compare(std::span<const KeyColumn> columns) {
-    parallel_blocks(records_.size(), threads_, [&](int, uint64_t first, uint64_t last) {
-      for (size_t i = std::max<size_t>(first, 1); i <= last; ++i) {
+    parallel_blocks(records_.size(), threads_, [&](int, uint64_t first, uint64_t end) {
+      for (size_t i = std::max<size_t>(first, 1); i < end; ++i) {
         if (sorted_.differs[i] != 0) continue;
         const uint32_t record = records_[sorted_.indices[i]];
         const uint32_t before = records_[sorted_.indices[i - 1]];
@@ -140,12 +140,12 @@ class WordSort {
   template <typename Element, typename Elements>
   void make_words(const WordColumns& word, const Elements&, int rest_bits, Element* out,
                   std::vector<Places>& counts) const {
-    parallel_blocks(records_.size(), threads_, [&](int thread, uint64_t first, uint64_t last) {
+    parallel_blocks(records_.size(), threads_, [&](int thread, uint64_t first, uint64_t end) {
       Places& own = counts[static_cast<size_t>(thread)];
       uint32_t positions[kWordsAtOnce];
       uint64_t words[kWordsAtOnce];
-      for (size_t from = first; from <= last && !progress_.cancelled(); from += kWordsAtOnce) {
-        const size_t count = std::min(kWordsAtOnce, last - from + 1);
+      for (size_t from = first; from < end && !progress_.cancelled(); from += kWordsAtOnce) {
+        const size_t count = std::min(kWordsAtOnce, end - from);
         for (size_t i = 0; i < count; ++i) positions[i] = position_of(value_at(from + i));
         join_codes(word.columns, {positions, count}, words);
         for (size_t i = 0; i < count; ++i) {
@@ -175,9 +175,9 @@ class WordSort {
   void deal_out(const Elements& kind, int rest_bits, std::span<const Element> words,
                 std::vector<Places>& places, Element* elements) const {
     const uint64_t rest_mask = (uint64_t{1} << rest_bits) - 1;
-    parallel_blocks(records_.size(), threads_, [&](int thread, uint64_t first, uint64_t last) {
+    parallel_blocks(records_.size(), threads_, [&](int thread, uint64_t first, uint64_t end) {
       Places& own = places[static_cast<size_t>(thread)];
-      for (size_t i = first; i <= last; ++i) {
+      for (size_t i = first; i < end; ++i) {
         const uint64_t word = radix_key(words[i]);
         elements[own[word >> rest_bits]++] = kind.make(word & rest_mask, value_at(i));
       }
