@@ -5,12 +5,11 @@
 #include <string>
 #include <vector>
 
+#include "app/database/open_database.h"
 #include "cli/global_options.h"
 #include "cli/terminal_progress.h"
 #include "cli/terminal_questions.h"
 #include "cli/text_options.h"
-#include "file/document.h"
-#include "formula/fields/formula_hooks.h"
 
 namespace rowvane::cli {
 
@@ -34,10 +33,10 @@ class Session {
   // As `open`, or a new database without tables when there is no such file.
   int open_or_create(const std::string& path, const TextOptions& text);
 
-  Database& database() { return *database_; }
-  DatabaseFile& file() { return *file_; }
-  const DatabaseFile& file() const { return *file_; }
-  bool is_new() const { return is_new_; }
+  OpenDatabase& open_database() { return *open_; }
+  Database& database() { return open_->database(); }
+  DatabaseFile& file() { return open_->file(); }
+  const DatabaseFile& file() const { return open_->file(); }
   const GlobalOptions& global() const { return global_; }
   const Options& options() const { return options_; }
   Questions& questions() { return questions_; }
@@ -54,23 +53,11 @@ class Session {
   int save(const SaveOptions& save);
 
  private:
-  int adopt(OpenedDatabase opened);
-  // Validation and the update of calculated fields begin.
-  void attach_formulas();
-  bool is_to_be_converted(const SaveOptions& save);
-
   GlobalOptions global_;
   Options options_;
   TerminalQuestions questions_;
   TerminalProgress progress_;
-  std::unique_ptr<FormulaHooks> formulas_;  // of the database, which goes first
-  std::unique_ptr<Database> database_;
-  std::unique_ptr<DatabaseFile> file_;
-  bool is_new_ = false;
+  std::unique_ptr<OpenDatabase> open_;
 };
-
-// How a text file is read as the user's regional settings say and TEXT asks for; kWrongArguments after a
-// report.
-int text_import_for(const std::string& path, const TextOptions& text, TextImport& settings);
 
 }  // namespace rowvane::cli

@@ -275,8 +275,8 @@ void CMainFrame::auto_save() {
   minutes_since_save_ = 0;
   for (int i = 0; i < tabs_->count(); ++i) {
     DatabaseDocument& document = window_at(i)->document();
-    const bool has_file = document.database().file_format() == FileFormat::kNative;
-    if (has_file && document.is_modified() && !document.file().is_read_only()) files_.save(document);
+    if (document.open().has_database_file() && document.is_modified() && !document.file().is_read_only())
+      files_.save(document);
   }
 }
 

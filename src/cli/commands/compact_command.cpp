@@ -13,9 +13,8 @@ namespace {
 int run_compact(const GlobalOptions& global, const std::string& path) {
   Session session(global);
   if (const int status = session.open(path, TextOptions()); status != kDone) return status;
-  if (session.database().file_format() != FileFormat::kNative) return fail(ErrorCode::kInvalidBinaryFormat);
-  const CompactResult result =
-      compact_database(session.database(), session.file(), session.options(), session.progress());
+  if (!session.open_database().has_database_file()) return fail(ErrorCode::kInvalidBinaryFormat);
+  const CompactResult result = session.open_database().compact(session.progress());
   if (result.save.cancelled) return fail(Status::kCancelled);
   if (result.save.error != ErrorCode::kOk) return fail(result.save.error);
   warn(result.save.notices);

@@ -18,12 +18,12 @@ struct InfoArguments {
   TextOptions text;
 };
 
-std::string_view format_name(const Database& database) {
-  return database.file_format() == FileFormat::kNative ? "rvb" : "text";
+std::string_view format_name(Session& session) {
+  return session.open_database().has_database_file() ? "rvb" : "text";
 }
 
 std::string_view container_name(Session& session) {
-  if (session.database().file_format() != FileFormat::kNative) return "";
+  if (!session.open_database().has_database_file()) return "";
   return session.file().variant() == ZipVariant::kZip64 ? "zip64" : "zip32";
 }
 
@@ -63,7 +63,7 @@ void print_json(Session& session, const std::vector<CWorkSheet*>& tables) {
     out += "]}";
   }
   out += "], ";
-  append_json_member("format", format_name(session.database()), out);
+  append_json_member("format", format_name(session), out);
   out += ", ";
   append_json_member("container", container_name(session), out);
   const Protection* protection = session.file().protection();
@@ -102,9 +102,8 @@ std::string protection_text(Session& session) {
 void print_text(Session& session, const std::vector<CWorkSheet*>& tables) {
   const std::string container(container_name(session));
   std::printf("%s: %s%s, %zu table%s, %s\n", session.database().name().c_str(),
-              std::string(format_name(session.database())).c_str(),
-              container.empty() ? "" : (", " + container).c_str(), tables.size(),
-              tables.size() == 1 ? "" : "s", protection_text(session).c_str());
+              std::string(format_name(session)).c_str(), container.empty() ? "" : (", " + container).c_str(),
+              tables.size(), tables.size() == 1 ? "" : "s", protection_text(session).c_str());
   for (const CWorkSheet* table : tables) {
     std::printf("\n%s: %u record%s, %zu field%s\n", table->path().c_str(), table->record_count(),
                 table->record_count() == 1 ? "" : "s", table->field_count(),

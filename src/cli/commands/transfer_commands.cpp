@@ -11,6 +11,7 @@
 #include "cli/where_option.h"
 #include "crypto/protection.h"
 #include "exchange/text/text_export.h"
+#include "file/document.h"
 #include "platform/paths.h"
 
 namespace rowvane::cli {

@@ -1,7 +1,5 @@
 #include "ui/document/database_document.h"
 
-#include <QFileInfo>
-
 #include "ui/text.h"
 
 namespace rowvane {
@@ -24,31 +22,19 @@ std::unique_ptr<CWorkSheet> new_table(std::string name, size_t fields, uint32_t 
 }
 
 DatabaseDocument::DatabaseDocument(const Options& options)
-    : options_(options), database_(std::make_unique<Database>("New Database", options)) {
+    : DatabaseDocument(std::make_unique<OpenDatabase>(options)) {
   auto table = new_table("table1", kFirstFields, kFirstRecords);
-  static_cast<void>(database_->add_table(database_->root(), table));
-  database_->undo_log() = UndoLog(options.undo_level);
-  database_->mark_saved();
-  file_ = std::make_unique<DatabaseFile>(*database_);
-  attach();
+  static_cast<void>(database().add_table(database().root(), table));
+  database().undo_log().clear();
+  database().mark_saved();
 }
 
-DatabaseDocument::DatabaseDocument(OpenedDatabase opened, const Options& options)
-    : options_(options), database_(std::move(opened.database)), file_(std::move(opened.file)) {
-  attach();
-}
-
-void DatabaseDocument::attach() {
-  region_ = platform::user_regional_settings();
-  formulas_ = std::make_unique<FormulaHooks>(*database_, FormulaSettings(), options_, DisplayRegion(region_));
-  database_->set_hooks(formulas_.get());
-  database_->add_observer(this);
-  criteria_ = std::make_unique<CurrentCriteria>(*database_);
+DatabaseDocument::DatabaseDocument(std::unique_ptr<OpenDatabase> open) : open_(std::move(open)) {
+  database().add_observer(this);
 }
 
 DatabaseDocument::~DatabaseDocument() {
-  database_->remove_observer(this);
-  database_->set_hooks(nullptr);
+  database().remove_observer(this);
 }
 
 void DatabaseDocument::database_changed(const CWorkSheet* table) {
@@ -69,29 +55,16 @@ void DatabaseDocument::release_notices() {
   if (changed_meanwhile_) emit changed(nullptr);
 }
 
-void DatabaseDocument::take_options(const Options& options) {
-  options_ = options;
-  database_->undo_log().set_limit(options.undo_level);
-  formulas_->set_options(options);
-}
-
 QString DatabaseDocument::title() const {
-  const std::string& path = database_->file_path();
-  return path.empty() ? to_qt(database_->name()) : QFileInfo(to_qt(path)).fileName();
-}
-
-void DatabaseDocument::restore_origin(const QString& original, FileFormat format) {
-  database_->set_file(to_utf8(original), original.isEmpty() ? FileFormat::kNone : format);
-  database_->set_name(original.isEmpty() ? "New Database" : to_utf8(QFileInfo(original).completeBaseName()));
-  database_->mark_modified();
+  return to_qt(open_->title());
 }
 
 void DatabaseDocument::undo() {
-  database_->undo();
+  database().undo();
 }
 
 void DatabaseDocument::redo() {
-  database_->redo();
+  database().redo();
 }
 
 }  // namespace rowvane

@@ -8,6 +8,8 @@
 #include "app/profile/engine_options.h"
 #include "core/messages/messages.h"
 #include "exchange/text/text_export.h"
+#include "exchange/text/text_import.h"
+#include "file/document.h"
 #include "ui/dialogs/open_text_file_dlg.h"
 #include "ui/dialogs/save_text_file_dlg.h"
 #include "ui/document/field_widths.h"
@@ -79,81 +81,67 @@ void DocumentFiles::run(const QString& caption, const std::function<void(Progres
 }
 
 // A file that anyone may read is opened read-only when the user has no password for it.
-OpenedDatabase DocumentFiles::open_with(const std::string& path, const TextImport& text,
-                                        const std::string& shown_path, bool& cancelled) {
+std::unique_ptr<OpenDatabase> DocumentFiles::open_with(const std::string& path, const TextFileSettings& text,
+                                                       const std::string& shown_path) {
   const Options options = engine_options(settings_);
   std::shared_ptr<const Secret> password;
   while (true) {
-    OpenedDatabase opened;
+    DatabaseOpening opened;
     QuestionsOnWindow questions(dialogs_, window_);
     run(tr("Opening Database"), [&](Progress& progress) {
-      opened = open_document(path, text, options, &questions, progress, password);
+      opened = OpenDatabase::open(path, text, options, &questions, progress, password);
     });
-    cancelled = opened.cancelled;
-    const bool asks =
-        opened.error == ErrorCode::kInvalidPassword || (opened.file && opened.file->is_read_only());
-    if (cancelled || !asks) return opened;
+    if (opened.cancelled) return nullptr;
+    const bool is_locked = opened.error == ErrorCode::kInvalidPassword;
+    if (!is_locked && opened.error != ErrorCode::kOk) dialogs_.show_error(opened.error);
+    if (!is_locked && (opened.database == nullptr || !opened.database->is_read_only()))
+      return std::move(opened.database);
     if (password != nullptr) dialogs_.show_error(ErrorCode::kInvalidPassword);
     password = ask_password(shown_path);
-    if (password != nullptr) continue;
-    cancelled = opened.error != ErrorCode::kOk;
-    return opened;
+    if (password == nullptr) return std::move(opened.database);
   }
 }
 
-SaveVariant DocumentFiles::ask_variant(std::vector<Notice>& notices) {
-  const Notice question = MessageId::kConvertToZip64;
-  if (std::erase(notices, question) == 0) return SaveVariant::kAuto;
-  return dialogs_.ask(notice_text(question)) ? SaveVariant::kZip64 : SaveVariant::kAuto;
+void DocumentFiles::ask_about_container(OpenDatabase& database) {
+  if (database.has_older_container() && dialogs_.ask(message(MessageId::kConvertToZip64)))
+    database.set_save_variant(SaveVariant::kZip64);
 }
 
 std::unique_ptr<DatabaseDocument> DocumentFiles::open(const QString& path,
                                                       const std::optional<TextFileSettings>& text) {
   const std::string file = absolute_path(path);
-  TextImport import;
-  import.region = platform::user_regional_settings();
-  import.text = text ? *text : suggested_text_settings(file);
-  bool cancelled = false;
-  OpenedDatabase opened = open_with(file, import, file, cancelled);
-  if (cancelled) return nullptr;
-  if (opened.error != ErrorCode::kOk) {
-    dialogs_.show_error(opened.error);
-    return nullptr;
-  }
-  if (opened.database->file_format() == FileFormat::kText &&
-      settings_.check_box_options.auto_col_width_on_import)
-    fit_field_widths(*opened.database, window_.font());
-  std::vector<Notice> notices = std::move(opened.notices);
-  auto document = std::make_unique<DatabaseDocument>(std::move(opened), engine_options(settings_));
-  document->set_text_settings(import.text);
+  std::unique_ptr<OpenDatabase> opened = open_with(file, text ? *text : suggested_text_settings(file), file);
+  if (opened == nullptr) return nullptr;
+  if (!opened->has_database_file() && settings_.check_box_options.auto_col_width_on_import)
+    fit_field_widths(opened->database(), window_.font());
   remember_file(path);
-  document->set_save_variant(ask_variant(notices));
-  show_notices(notices);
-  return document;
+  ask_about_container(*opened);
+  show_notices(opened->notices());
+  return std::make_unique<DatabaseDocument>(std::move(opened));
 }
 
 std::unique_ptr<DatabaseDocument> DocumentFiles::open_copy(const RecoveryCopy& copy) {
-  bool cancelled = false;
-  OpenedDatabase opened = open_with(to_utf8(copy.path), {}, to_utf8(copy.title), cancelled);
-  if (!cancelled && opened.error != ErrorCode::kOk) dialogs_.show_error(opened.error);
-  if (opened.database == nullptr) return nullptr;
-  auto document = std::make_unique<DatabaseDocument>(std::move(opened), engine_options(settings_));
-  document->set_text_settings(suggested_text_settings(to_utf8(copy.original)));
-  document->restore_origin(copy.original, copy.is_database ? FileFormat::kNative : FileFormat::kText);
-  return document;
+  std::unique_ptr<OpenDatabase> opened = open_with(to_utf8(copy.path), {}, to_utf8(copy.title));
+  if (opened == nullptr) return nullptr;
+  opened->restore_origin(to_utf8(copy.original), copy.is_database ? FileFormat::kNative : FileFormat::kText);
+  return std::make_unique<DatabaseDocument>(std::move(opened));
 }
 
 // ---- saving
 
 bool DocumentFiles::save(DatabaseDocument& document) {
-  switch (document.database().file_format()) {
-    case FileFormat::kNative:
-      return save_to(document, {to_qt(document.database().file_path())}, false);
-    case FileFormat::kText:
-      return save_as_text(document);
-    default:
-      return save_as(document);
-  }
+  if (!document.open().can_save_back()) return save_as(document);
+  const SaveBackCheck check = document.open().check_save_back();
+  if (check.needs_database_file)
+    return dialogs_.ask(message(MessageId::kUseNativeFormat)) && save_as(document);
+  if (!check.question.empty() && !dialogs_.ask(check.question)) return false;
+  const bool as_database = document.open().has_database_file();
+  SaveResult result;
+  run(as_database ? tr("Saving Database") : tr("Saving Text File"),
+      [&](Progress& progress) { result = document.open().save_back(progress); });
+  const bool saved = tell_result(document, result);
+  if (saved && as_database) remember_file(to_qt(document.open().path()));
+  return saved;
 }
 
 std::optional<DocumentFiles::Target> DocumentFiles::choose_target(const DatabaseDocument& document,
@@ -187,46 +175,25 @@ bool DocumentFiles::save_copy_as(DatabaseDocument& document) {
 bool DocumentFiles::save_to(DatabaseDocument& document, const Target& target, bool as_copy) {
   SaveSettings settings;
   settings.as_copy = as_copy;
-  settings.variant = target.variant == SaveVariant::kAuto ? document.save_variant() : target.variant;
+  settings.variant = target.variant;
   SaveResult result;
   document.database().before_change();  // one save at a time, and it may get another file
   document.database().clean_pools();
   run(tr("Saving Database"), [&](Progress& progress) {
-    result = document.file().save(absolute_path(target.path), settings, document.options(), progress);
+    result = document.open().save(absolute_path(target.path), settings, progress);
   });
-  if (result.error != ErrorCode::kOk) dialogs_.show_error(result.error);
-  const bool saved = result.error == ErrorCode::kOk && !result.cancelled;
-  if (saved && !as_copy) {
-    remember_file(target.path);
-    document.set_save_variant(SaveVariant::kAuto);
-  }
-  if (saved) document.tell_saved();
-  show_notices(result.notices);
+  const bool saved = tell_result(document, result);
+  if (saved && !as_copy) remember_file(target.path);
   return saved;
 }
 
-// The first table is the one that came from the file.
-bool DocumentFiles::save_as_text(DatabaseDocument& document) {
-  if (document.file().protection() != nullptr)
-    return dialogs_.ask(message(MessageId::kUseNativeFormat)) && save_as(document);
-  const CWorkSheet& table = *document.database().tables().front();
-  const std::string question = check_text_export(table);
-  if (!question.empty() && !dialogs_.ask(question)) return false;
-  TextExport settings;
-  settings.text = document.text_settings();
-  settings.numbers = {document.region().decimal_separator, std::string()};
-  settings.threads = document.options().used_processor_cores;
-  TextExportResult result;
-  run(tr("Saving Text File"), [&](Progress& progress) {
-    result = export_text(table, document.database().file_path(), settings, progress);
-  });
+// Answers whether the database was saved.
+bool DocumentFiles::tell_result(DatabaseDocument& document, const SaveResult& result) {
   if (result.error != ErrorCode::kOk) dialogs_.show_error(result.error);
-  if (result.status == Status::kOk) {
-    document.database().mark_saved();
-    document.tell_saved();
-  }
+  const bool saved = result.error == ErrorCode::kOk && !result.cancelled;
+  if (saved) document.tell_saved();
   show_notices(result.notices);
-  return result.status == Status::kOk;
+  return saved;
 }
 
 bool DocumentFiles::may_close(DatabaseDocument& document) {
@@ -245,9 +212,8 @@ bool DocumentFiles::may_close(DatabaseDocument& document) {
 
 void DocumentFiles::compact(DatabaseDocument& document) {
   CompactResult result;
-  run(tr("Compact Database"), [&](Progress& progress) {
-    result = compact_database(document.database(), document.file(), document.options(), progress);
-  });
+  document.database().before_change();
+  run(tr("Compact Database"), [&](Progress& progress) { result = document.open().compact(progress); });
   if (result.save.cancelled) return;
   if (result.save.error != ErrorCode::kOk) return dialogs_.show_error(result.save.error);
   dialogs_.show(message(result.message), MessageIcon::kInformation);

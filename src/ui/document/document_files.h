@@ -54,12 +54,11 @@ class DocumentFiles {
  private:
   // With a progress box, unless the user wants none for files.
   void run(const QString& caption, const std::function<void(Progress&)>& work);
-  // SHOWN_PATH is what the user is asked the password for.
-  OpenedDatabase open_with(const std::string& path, const TextImport& text, const std::string& shown_path,
-                           bool& cancelled);
+  // SHOWN_PATH is what the user is asked the password for. Null after the user was told why, or has given up.
+  std::unique_ptr<OpenDatabase> open_with(const std::string& path, const TextFileSettings& text,
+                                          const std::string& shown_path);
   std::shared_ptr<const Secret> ask_password(const std::string& path);
-  // Answers how the file is to be saved, where opening it raised that question.
-  SaveVariant ask_variant(std::vector<Notice>& notices);
+  void ask_about_container(OpenDatabase& database);
   // AUTO keeps what the file is, or what was answered when it was opened.
   struct Target {
     QString path;
@@ -68,7 +67,7 @@ class DocumentFiles {
   // Nothing when the user gives up.
   std::optional<Target> choose_target(const DatabaseDocument& document, const QString& title);
   bool save_to(DatabaseDocument& document, const Target& target, bool as_copy);
-  bool save_as_text(DatabaseDocument& document);
+  bool tell_result(DatabaseDocument& document, const SaveResult& result);
   void remember_file(const QString& path);
 
   profile::Settings& settings_;

@@ -147,8 +147,7 @@ void RecoverySaver::finish(bool written) {
   } else {
     const DatabaseDocument& document = writer->document();
     folder_.describe({writer->copy(), to_qt(document.database().file_path()), document.title(),
-                      document.database().file_format() == FileFormat::kNative,
-                      QDateTime::currentDateTime()});
+                      document.open().has_database_file(), QDateTime::currentDateTime()});
     watched->due = false;
     RecoveryFolder::remove(std::exchange(watched->copy, writer->copy()));
   }
