@@ -25,6 +25,7 @@
 #include "ui/document/database_document.h"
 #include "ui/grid/cellvane_view.h"
 #include "ui/main_frame.h"
+#include "ui/table_views.h"
 #include "ui/theme.h"
 
 namespace rowvane {
@@ -129,12 +130,13 @@ double timed_ms(const std::function<void()>& work) {
 
 Figures scroll(CWorkSheet& table, DatabaseDocument& document, Qt::Orientation direction, int every) {
   Figures figures;
-  const profile::Settings settings;
+  profile::Settings settings;
   MessageBoxes dialogs;
   figures.before = resident_megabytes();
-  CCellvaneView view(document, table, settings, dialogs);
-  view.resize(1280, 800);
-  view.show();
+  TablePane pane(document, table, settings, dialogs, make_grid);
+  auto& view = dynamic_cast<CCellvaneView&>(pane.view());
+  pane.resize(1280, 800);
+  pane.show();
   QApplication::processEvents();
   figures.with = resident_megabytes();
   QScrollBar* bar = direction == Qt::Vertical ? view.verticalScrollBar() : view.horizontalScrollBar();

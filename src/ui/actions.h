@@ -93,7 +93,9 @@ enum class Needs {
   kDatabase,  // an open database
   kTable,     // a table in view
   kRecords,   // records in view
-  kChanges,   // something to be saved
+  kGrid,      // a table in view, as a grid
+  kGridRecords,
+  kChanges,  // something to be saved
   kUndo,
   kRedo,
 };

@@ -86,17 +86,18 @@ QAction* CFindBar::add_option(QMenu& menu, const QString& text, bool on,
   return action;
 }
 
-void CFindBar::set_view(CCellvaneView* view, DatabaseDocument* document) {
-  if (view == view_ && document == document_) return;
-  if (document_ != document) {
-    if (document_ != nullptr) disconnect(document_, nullptr, this, nullptr);
-    if (document != nullptr) {
-      connect(document, &DatabaseDocument::changed, this, &CFindBar::drop_finder);
-      connect(document, &QObject::destroyed, this, [this] { set_view(nullptr, nullptr); });
-    }
-  }
-  view_ = view;
-  document_ = document;
+void CFindBar::set_pane(TablePane* pane) {
+  if (pane == pane_) return;
+  disconnect(changes_);
+  if (pane_ != nullptr) disconnect(pane_, nullptr, this, nullptr);
+  pane_ = pane;
+  forget_outcome();
+  if (pane == nullptr) return;
+  changes_ = connect(&pane->document(), &DatabaseDocument::changed, this, &CFindBar::drop_finder);
+  connect(pane, &QObject::destroyed, this, &CFindBar::forget_outcome);
+}
+
+void CFindBar::forget_outcome() {
   outcome_->clear();
   drop_finder();
 }
@@ -141,21 +142,21 @@ void CFindBar::find_typed() {
 }
 
 void CFindBar::go_to_match(bool forward, bool stay) {
-  if (view_ == nullptr) return;
-  const CWorkSheet& table = view_->table();
+  if (pane_ == nullptr) return;
+  const CWorkSheet& table = pane_->table();
   FindText settings;
   settings.pattern = pattern();
-  settings.threads = document_->options().used_processor_cores;
-  settings.region = DisplayRegion(document_->region());
+  settings.threads = pane_->document().options().used_processor_cores;
+  settings.region = DisplayRegion(pane_->document().region());
   if (finder_ == nullptr || finder_->settings().pattern != settings.pattern) {
     const FindCheck check = check_find(table, settings);
     if (!check.refusal.empty()) return dialogs_.show(check.refusal, MessageIcon::kWarning);
     if (!check.notice.empty()) dialogs_.show(check.notice, MessageIcon::kInformation);
     finder_ = std::make_unique<TextFinder>(table, std::move(settings));
   }
-  const std::optional<RecordSet>& shown = view_->model().records();
+  const std::optional<RecordSet>& shown = pane_->model().records();
   const RecordSet records = shown ? *shown : all_records(table);
-  const QModelIndex current = view_->currentIndex();
+  const QModelIndex current = pane_->current();
   const bool has_place = current.isValid();
   CellPlace from{has_place ? static_cast<size_t>(current.row()) : 0,
                  has_place ? static_cast<size_t>(current.column()) : 0};
@@ -174,8 +175,7 @@ void CFindBar::go_to_match(bool forward, bool stay) {
   outcome_->setText(!went_round ? QString()
                     : forward   ? tr("The search went on from the first record.")
                                 : tr("The search went on from the last record."));
-  view_->setCurrentIndex(
-      view_->model().index(static_cast<int>(found->index), static_cast<int>(found->field)));
+  pane_->go_to(static_cast<int>(found->index), found->field);
 }
 
 void CFindBar::keyPressEvent(QKeyEvent* event) {

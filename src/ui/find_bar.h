@@ -8,7 +8,7 @@
 #include "app/profile/profile_settings.h"
 #include "recordset/find/find_text.h"
 #include "ui/dialogs.h"
-#include "ui/grid/cellvane_view.h"
+#include "ui/pane/table_pane.h"
 
 class QAction;
 class QComboBox;
@@ -24,8 +24,8 @@ class CFindBar final : public QWidget {
   CFindBar(profile::Settings& settings, Dialogs& dialogs, QWidget* parent = nullptr);
   ~CFindBar() override;
 
-  // The grid that is searched, null for none, with its document.
-  void set_view(CCellvaneView* view, DatabaseDocument* document);
+  // The table in view, which is searched; null for none.
+  void set_pane(TablePane* pane);
 
   void open();
   void find_next() { find(true); }
@@ -47,11 +47,12 @@ class CFindBar final : public QWidget {
   void go_to_match(bool forward, bool stay);
   void show_recent_texts();
   void drop_finder();
+  void forget_outcome();
 
   profile::Settings& settings_;
   Dialogs& dialogs_;
-  QPointer<CCellvaneView> view_;
-  DatabaseDocument* document_ = nullptr;
+  QPointer<TablePane> pane_;
+  QMetaObject::Connection changes_;  // of its database
   std::unique_ptr<TextFinder>
       finder_;  // of the pattern that was looked for last, while the table stays the same
   QComboBox* text_;

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDateTime>
 #include <QDir>
 #include <QDragEnterEvent>
 #include <QFileInfo>
@@ -26,8 +25,6 @@
 
 namespace rowvane {
 namespace {
-
-constexpr int kSecondEscapeMilliseconds = 800;
 
 QString shown_path(const QString& path) {
   return QDir::toNativeSeparators(path);
@@ -59,8 +56,7 @@ CMainFrame::CMainFrame(ProgramProfile& profile, Dialogs& dialogs, const QString&
   setCentralWidget(center);
   connect(find_bar_, &CFindBar::left, this, [this] {
     find_bar_->setVisible(profile_.settings().check_box_options.show_find_toolbar);
-    if (current_window() != nullptr && current_window()->view() != nullptr)
-      current_window()->view()->setFocus();
+    if (current_pane() != nullptr) current_pane()->setFocus();
   });
   make_menus();
   make_toolbar();
@@ -88,19 +84,35 @@ CDatabaseWindow* CMainFrame::current_window() const {
   return static_cast<CDatabaseWindow*>(tabs_->currentWidget());
 }
 
+TablePane* CMainFrame::current_pane() const {
+  const CDatabaseWindow* window = current_window();
+  return window != nullptr ? window->pane() : nullptr;
+}
+
+GridCommands* CMainFrame::current_grid() const {
+  const TablePane* pane = current_pane();
+  return pane != nullptr ? pane->view().grid_commands() : nullptr;
+}
+
 int CMainFrame::window_count() const {
   return tabs_->count();
 }
 
 bool CMainFrame::has(Needs needs) const {
   CDatabaseWindow* window = current_window();
+  const TablePane* pane = current_pane();
+  const bool has_records = pane != nullptr && pane->model().rowCount() > 0;
   if (needs == Needs::kNothing) return true;
   if (window == nullptr) return false;
   switch (needs) {
     case Needs::kTable:
-      return window->view() != nullptr;
+      return pane != nullptr;
     case Needs::kRecords:
-      return window->view() != nullptr && window->view()->model().rowCount() > 0;
+      return has_records;
+    case Needs::kGrid:
+      return current_grid() != nullptr;
+    case Needs::kGridRecords:
+      return has_records && current_grid() != nullptr;
     case Needs::kUndo:
       return window->document().database().undo_log().can_undo();
     case Needs::kRedo:
@@ -126,34 +138,29 @@ void CMainFrame::update_state() {
     tabs_->setTabToolTip(i, shown_path(to_qt(document.database().file_path())));
   }
   CDatabaseWindow* window = current_window();
-  find_bar_->set_view(window != nullptr ? window->view() : nullptr,
-                      window != nullptr ? &window->document() : nullptr);
-  if (window != nullptr && window->view() != nullptr) prepare_view(*window->view());
-  place_->setText(window != nullptr ? window->place_text() : QString());
-  filter_->setText(window != nullptr ? window->filter_text() : QString());
-  selection_->setText(window != nullptr ? window->selection_text() : QString());
+  TablePane* pane = current_pane();
+  find_bar_->set_pane(pane);
+  place_->setText(pane != nullptr ? pane->place_text() : QString());
+  filter_->setText(pane != nullptr ? pane->filter_text() : QString());
+  selection_->setText(pane != nullptr ? pane->selection_text() : QString());
   setWindowTitle(window != nullptr ? window->document().title() + "[*] - " + program_title()
                                    : program_title());
   setWindowModified(window != nullptr && window->document().is_modified());
 }
 
-// Views are made when their tables are first shown.
-void CMainFrame::prepare_view(CCellvaneView& view) {
-  if (!view.actions().isEmpty()) return;
-  connect(&view, &CCellvaneView::escape_pressed, this, &CMainFrame::escape_pressed);
-  connect(&view, &CCellvaneView::search_wanted, actions_.of(Command::kSearch), &QAction::trigger);
-  for (const Command command :
-       {Command::kCut, Command::kCopy, Command::kPaste, Command::kClear, Command::kFillDown,
-        Command::kFindByValue, Command::kOpenLink, Command::kInsertRecords, Command::kDuplicateRecords,
-        Command::kDeleteRecords}) {
-    view.addAction(actions_.of(command));
-  }
-  for (const Command command :
-       {Command::kSetFilter, Command::kClearFilter, Command::kSortAscending, Command::kSortDescending,
-        Command::kNoSorting, Command::kFreezeFields, Command::kUnfreeze, Command::kHideField,
-        Command::kShowAllFields, Command::kRenameField, Command::kInsertField, Command::kDeleteField}) {
-    view.field_header().addAction(actions_.of(command));
-  }
+PaneMenus CMainFrame::pane_menus() const {
+  const auto actions = [this](std::initializer_list<Command> commands) {
+    QList<QAction*> menu;
+    for (const Command command : commands) menu << actions_.of(command);
+    return menu;
+  };
+  return {actions({Command::kCut, Command::kCopy, Command::kPaste, Command::kClear, Command::kFillDown,
+                   Command::kFindByValue, Command::kOpenLink, Command::kInsertRecords,
+                   Command::kDuplicateRecords, Command::kDeleteRecords}),
+          actions({Command::kSetFilter, Command::kClearFilter, Command::kSortAscending,
+                   Command::kSortDescending, Command::kNoSorting, Command::kFreezeFields, Command::kUnfreeze,
+                   Command::kHideField, Command::kShowAllFields, Command::kRenameField, Command::kInsertField,
+                   Command::kDeleteField})};
 }
 
 void CMainFrame::update_recent_files() {
@@ -175,7 +182,7 @@ CDatabaseWindow* CMainFrame::window_at(int index) const {
 }
 
 void CMainFrame::add_window(std::unique_ptr<DatabaseDocument> document, const QString& recovery_copy) {
-  auto* window = new CDatabaseWindow(std::move(document), profile_.settings(), dialogs_, tabs_);
+  auto* window = new CDatabaseWindow(std::move(document), profile_.settings(), dialogs_, pane_menus(), tabs_);
   connect(window, &CDatabaseWindow::state_changed, this, &CMainFrame::update_state);
   connect(&window->document(), &DatabaseDocument::changed, this, &CMainFrame::update_state);
   connect(&window->document(), &DatabaseDocument::saved, this, &CMainFrame::update_state);
@@ -183,7 +190,7 @@ void CMainFrame::add_window(std::unique_ptr<DatabaseDocument> document, const QS
   recovery_.watch_recovered(window->document(), recovery_copy);
   window->set_explorer_visible(actions_.of(Command::kShowExplorer)->isChecked());
   tabs_->setCurrentIndex(tabs_->addTab(window, icon("table"), window->document().title()));
-  if (window->view() != nullptr) window->view()->setFocus();
+  if (window->pane() != nullptr) window->pane()->setFocus();
   update_recent_files();
   update_state();
 }
@@ -220,7 +227,7 @@ void CMainFrame::open_chosen_text_file() {
   if (path.isEmpty()) return;
   COpenTextFileDlg dialog(path, profile_.settings(), dialogs_, this);
   if (dialog.exec() == QDialog::Accepted && open_file(path, dialog.settings()))
-    current_window()->filter_by(dialog.filters());
+    current_pane()->filter_by(dialog.filters());
 }
 
 void CMainFrame::offer_recovery() {
@@ -242,7 +249,7 @@ void CMainFrame::offer_recovery() {
 // ---- saving and closing
 
 bool CMainFrame::finish_editing(CDatabaseWindow* window) {
-  return window == nullptr || window->view() == nullptr || window->view()->finish_editing();
+  return window == nullptr || window->pane() == nullptr || window->pane()->finish_editing();
 }
 
 void CMainFrame::close_window(int index) {
@@ -309,14 +316,7 @@ void CMainFrame::update_formulas() {
 
 void CMainFrame::sort(bool descending) {
   const bool with_shift = QApplication::keyboardModifiers().testFlag(Qt::ShiftModifier);
-  if (CDatabaseWindow* window = current_window()) window->sort_by_current_field(descending, with_shift);
-}
-
-void CMainFrame::escape_pressed() {
-  const qint64 now = QDateTime::currentMSecsSinceEpoch();
-  const bool second = now - last_escape_ < kSecondEscapeMilliseconds;
-  last_escape_ = second ? 0 : now;
-  if (second && current_window() != nullptr) current_window()->show_all_records();
+  if (TablePane* pane = current_pane()) pane->sort_by_current_field(descending, with_shift);
 }
 
 // ---- the profile
@@ -349,7 +349,7 @@ void CMainFrame::follow_settings() {
   set_dark_colors(settings.toolbar_options.dark_mode);
   for (int i = 0; i < tabs_->count(); ++i) {
     window_at(i)->document().take_options(engine_options(settings));
-    if (window_at(i)->view() != nullptr) window_at(i)->view()->viewport()->update();
+    if (TablePane* pane = window_at(i)->pane()) pane->view().refresh();
   }
 }
 

@@ -58,7 +58,8 @@ class CMainFrame final : public QMainWindow {
  private:
   using Step = void (CDatabaseWindow::*)();
   using TreeStep = void (CDatabaseExplorer::*)();
-  using ViewStep = void (CCellvaneView::*)();
+  using PaneStep = void (TablePane::*)();
+  using GridStep = void (GridCommands::*)();
 
   void make_menus();
   void make_toolbar();
@@ -71,15 +72,18 @@ class CMainFrame final : public QMainWindow {
   void connect_search_commands();
   void connect_view_commands();
   void connect_help_commands();
-  // Lets COMMAND do RUN, or the step of the window, its tree or its grid, when there is one.
+  // Lets COMMAND do RUN, or the step of the window, its tree, its pane or its grid, when there is one.
   void on(Command command, const std::function<void()>& run);
   void on(Command command, Step step);
   void on(Command command, TreeStep step);
-  void on(Command command, ViewStep step);
+  void on(Command command, PaneStep step);
+  void on(Command command, GridStep step);
 
   void update_state();
   QString tab_text(const DatabaseDocument& document) const;
-  void prepare_view(CCellvaneView& view);
+  PaneMenus pane_menus() const;
+  TablePane* current_pane() const;
+  GridCommands* current_grid() const;
   bool has(Needs needs) const;
   void update_recent_files();
   void open_chosen_file();
@@ -100,7 +104,6 @@ class CMainFrame final : public QMainWindow {
   void follow_settings();
   void fill_flags();
   void save_profile_as();
-  void escape_pressed();
   void sort(bool descending);
 
   ProgramProfile& profile_;
@@ -118,7 +121,6 @@ class CMainFrame final : public QMainWindow {
   QLabel* filter_ = nullptr;
   QLabel* selection_ = nullptr;
   int minutes_since_save_ = 0;
-  qint64 last_escape_ = 0;  // milliseconds
 };
 
 }  // namespace rowvane

@@ -43,7 +43,7 @@ void CMainFrame::fill_flags() {
   CDatabaseWindow* window = current_window();
   const bool has_records = has(Needs::kRecords);
   const auto add = [&](const QIcon& flag, const QString& text, int type) {
-    flags_->addAction(flag, text, this, [window, type] { window->flag_records(type); })
+    flags_->addAction(flag, text, this, [pane = current_pane(), type] { pane->flag_records(type); })
         ->setEnabled(has_records);
   };
   int number = 0;
@@ -104,10 +104,15 @@ void CMainFrame::on(Command command, TreeStep step) {
   });
 }
 
-void CMainFrame::on(Command command, ViewStep step) {
+void CMainFrame::on(Command command, PaneStep step) {
   on(command, [this, step] {
-    CDatabaseWindow* window = current_window();
-    if (window != nullptr && window->view() != nullptr) (window->view()->*step)();
+    if (TablePane* pane = current_pane()) (pane->*step)();
+  });
+}
+
+void CMainFrame::on(Command command, GridStep step) {
+  on(command, [this, step] {
+    if (GridCommands* grid = current_grid()) (grid->*step)();
   });
 }
 
@@ -135,11 +140,11 @@ void CMainFrame::connect_file_commands() {
     CWorkSheet* table = files_.import_table(window->document(), filters);
     if (table == nullptr) return;
     window->show_table(*table);
-    window->filter_by(filters);
+    window->pane()->filter_by(filters);
   });
   on(Command::kExport, [this] {
-    CDatabaseWindow* window = current_window();
-    files_.export_table(window->document(), window->view()->table(), window->view()->model().records());
+    TablePane* pane = current_pane();
+    files_.export_table(pane->document(), pane->table(), pane->model().records());
   });
   on(Command::kProtect, [this] {
     protect_database(current_window()->document(), dialogs_, this);
@@ -155,17 +160,17 @@ void CMainFrame::connect_file_commands() {
 void CMainFrame::connect_edit_commands() {
   on(Command::kUndo, [this] { current_window()->document().undo(); });
   on(Command::kRedo, [this] { current_window()->document().redo(); });
-  on(Command::kCut, &CCellvaneView::cut);
-  on(Command::kCopy, &CCellvaneView::copy);
-  on(Command::kPaste, &CCellvaneView::paste);
-  on(Command::kClear, &CCellvaneView::clear);
-  on(Command::kFillDown, &CCellvaneView::fill_down);
-  on(Command::kSelectAll, [this] { current_window()->view()->selectAll(); });
-  on(Command::kEditCell, &CCellvaneView::edit_current);
-  on(Command::kInsertToday, &CCellvaneView::insert_today);
-  on(Command::kCopyFromAbove, &CCellvaneView::copy_from_above);
-  on(Command::kOpenLink, &CCellvaneView::open_link);
-  on(Command::kTextToDates, &CCellvaneView::texts_to_dates);
+  on(Command::kCut, &TablePane::cut);
+  on(Command::kCopy, &TablePane::copy);
+  on(Command::kPaste, &TablePane::paste);
+  on(Command::kClear, &TablePane::clear);
+  on(Command::kFillDown, &TablePane::fill_down);
+  on(Command::kSelectAll, &TablePane::select_all);
+  on(Command::kEditCell, &TablePane::edit_current);
+  on(Command::kInsertToday, &TablePane::insert_today);
+  on(Command::kCopyFromAbove, &TablePane::copy_from_above);
+  on(Command::kOpenLink, &TablePane::open_link);
+  on(Command::kTextToDates, &TablePane::texts_to_dates);
 }
 
 void CMainFrame::connect_table_commands() {
@@ -173,22 +178,22 @@ void CMainFrame::connect_table_commands() {
   on(Command::kNewFolder, &CDatabaseExplorer::new_folder);
   on(Command::kRenameItem, &CDatabaseExplorer::rename_item);
   on(Command::kDeleteItem, &CDatabaseExplorer::delete_item);
-  on(Command::kInsertField, &CDatabaseWindow::insert_field);
-  on(Command::kFieldProperties, &CDatabaseWindow::field_properties);
-  on(Command::kRenameField, &CDatabaseWindow::rename_field);
-  on(Command::kDeleteField, &CDatabaseWindow::delete_field);
-  on(Command::kHideField, &CDatabaseWindow::hide_field);
-  on(Command::kShowAllFields, &CDatabaseWindow::show_all_fields);
-  on(Command::kEncryptFields, &CDatabaseWindow::encrypt_fields);
-  on(Command::kDecryptFields, &CDatabaseWindow::decrypt_fields);
+  on(Command::kInsertField, &TablePane::insert_field);
+  on(Command::kFieldProperties, &TablePane::field_properties);
+  on(Command::kRenameField, &TablePane::rename_field);
+  on(Command::kDeleteField, &TablePane::delete_field);
+  on(Command::kHideField, &TablePane::hide_field);
+  on(Command::kShowAllFields, &TablePane::show_all_fields);
+  on(Command::kEncryptFields, &TablePane::encrypt_fields);
+  on(Command::kDecryptFields, &TablePane::decrypt_fields);
   on(Command::kDropDownLists, &CDatabaseWindow::edit_drop_down_lists);
 }
 
 void CMainFrame::connect_records_commands() {
-  on(Command::kInsertRecords, &CCellvaneView::insert_records);
-  on(Command::kAppendRecord, &CCellvaneView::append_record);
-  on(Command::kDuplicateRecords, &CCellvaneView::duplicate_records);
-  on(Command::kDeleteRecords, &CCellvaneView::delete_records);
+  on(Command::kInsertRecords, &TablePane::insert_records);
+  on(Command::kAppendRecord, &TablePane::append_record);
+  on(Command::kDuplicateRecords, &TablePane::duplicate_records);
+  on(Command::kDeleteRecords, &TablePane::delete_records);
   on(Command::kRecordFlagTypes, &CDatabaseWindow::edit_record_flag_types);
   on(Command::kUpdateFormulas, [this] { update_formulas(); });
 }
@@ -197,14 +202,14 @@ void CMainFrame::connect_search_commands() {
   on(Command::kFind, [this] { find_bar_->open(); });
   on(Command::kFindNext, [this] { find_bar_->find_next(); });
   on(Command::kFindPrevious, [this] { find_bar_->find_previous(); });
-  on(Command::kSetFilter, &CDatabaseWindow::set_filter);
-  on(Command::kClearFilter, &CDatabaseWindow::clear_filter);
-  on(Command::kSearch, &CDatabaseWindow::search);
-  on(Command::kFindByValue, &CDatabaseWindow::find_by_value);
-  on(Command::kShowAllRecords, &CDatabaseWindow::show_all_records);
+  on(Command::kSetFilter, &TablePane::set_filter);
+  on(Command::kClearFilter, &TablePane::clear_filter);
+  on(Command::kSearch, &TablePane::search);
+  on(Command::kFindByValue, &TablePane::find_by_value);
+  on(Command::kShowAllRecords, &TablePane::show_all_records);
   on(Command::kSortAscending, [this] { sort(false); });
   on(Command::kSortDescending, [this] { sort(true); });
-  on(Command::kNoSorting, &CDatabaseWindow::sort_by_nothing);
+  on(Command::kNoSorting, &TablePane::sort_by_nothing);
 }
 
 void CMainFrame::connect_view_commands() {
@@ -218,15 +223,14 @@ void CMainFrame::connect_view_commands() {
     profile_.settings().check_box_options.show_find_toolbar = shown;
     find_bar_->setVisible(shown);
   });
-  on(Command::kZoomIn, [this] { current_window()->view()->set_zoom(current_window()->view()->zoom() + 10); });
-  on(Command::kZoomOut,
-     [this] { current_window()->view()->set_zoom(current_window()->view()->zoom() - 10); });
-  on(Command::kZoomReset, [this] { current_window()->view()->set_zoom(100); });
-  on(Command::kFreezeFields, &CCellvaneView::freeze_fields);
-  on(Command::kFreezeRecords, &CCellvaneView::freeze_records);
-  on(Command::kUnfreeze, &CCellvaneView::unfreeze);
-  on(Command::kMoreLines, &CCellvaneView::more_lines);
-  on(Command::kFewerLines, &CCellvaneView::fewer_lines);
+  on(Command::kZoomIn, &GridCommands::zoom_in);
+  on(Command::kZoomOut, &GridCommands::zoom_out);
+  on(Command::kZoomReset, &GridCommands::reset_zoom);
+  on(Command::kFreezeFields, &GridCommands::freeze_fields);
+  on(Command::kFreezeRecords, &GridCommands::freeze_records);
+  on(Command::kUnfreeze, &GridCommands::unfreeze);
+  on(Command::kMoreLines, &GridCommands::more_lines);
+  on(Command::kFewerLines, &GridCommands::fewer_lines);
   on(Command::kDarkMode, [this] {
     const bool dark = actions_.of(Command::kDarkMode)->isChecked();
     profile_.settings().toolbar_options.dark_mode = dark;

@@ -7,7 +7,7 @@ namespace {
 
 class GridAccessibleTest : public GridTest {
  protected:
-  QAccessibleInterface* grid() { return QAccessible::queryAccessibleInterface(view.get()); }
+  QAccessibleInterface* grid() { return QAccessible::queryAccessibleInterface(view); }
   QAccessibleTableInterface* cells() { return grid()->tableInterface(); }
   static QString name(QAccessibleInterface* item) { return item->text(QAccessible::Name); }
 };

@@ -36,7 +36,7 @@ TEST_F(GridClipboardTest, ACopyIsTextAndATable) {
   ASSERT_EQ(table.set_value(1, kName, std::string("say \"hi\"")), ErrorCode::kOk);
   go_to(0, 0);
   extend_to(1, 2);
-  view->copy();
+  pane->copy();
   EXPECT_EQ(copied(), "\"say \"\"hi\"\"\"\t10\t2024-03-01\nB\t20\t2024-03-02\n");
   const QString html = QApplication::clipboard()->mimeData()->html();
   EXPECT_EQ(parse_clipboard_html(html), parse_clipboard_text(copied().toStdString()));
@@ -51,17 +51,17 @@ TEST_F(GridClipboardTest, BlocksThatShareRecordsOrFieldsAreCopiedAsOne) {
   go_to(0, 0);
   extend_to(1, 0);
   add_block(4, 0);
-  view->copy();
+  pane->copy();
   EXPECT_EQ(copied(), "A\nB\nE\n");
   go_to(0, 0);
   add_block(0, 2);
-  view->copy();
+  pane->copy();
   EXPECT_EQ(copied(), "A\t2024-03-01\n");
   add_block(3, 1);
-  view->copy();
+  pane->copy();
   EXPECT_EQ(copied(), "A\t2024-03-01\n");
   EXPECT_EQ(dialogs.shown.size(), 1u);
-  view->clear();
+  pane->clear();
   EXPECT_EQ(names(), "-BCDEFGH");
   EXPECT_EQ(text(4, kPrice), "");
 }
@@ -69,7 +69,7 @@ TEST_F(GridClipboardTest, BlocksThatShareRecordsOrFieldsAreCopiedAsOne) {
 TEST_F(GridClipboardTest, ABlockIsPastedFromTheCurrentCellOnInOneStep) {
   set_clipboard("x\t1\ny\t2\n");
   go_to(2, 0);
-  view->paste();
+  pane->paste();
   EXPECT_EQ(names(), "ABxyEFGH");
   EXPECT_EQ(text(4, kPrice), "2");
   undo();
@@ -81,13 +81,13 @@ TEST_F(GridClipboardTest, OneCellOrRowFillsTheSelection) {
   set_clipboard("5");
   go_to(0, 0);
   extend_to(2, 1);
-  view->paste();
+  pane->paste();
   EXPECT_EQ(names(), "555DEFGH");
   EXPECT_EQ(text(3, kPrice), "5");
   set_clipboard("r\t9");
   go_to(4, 0);
   extend_to(6, 0);
-  view->paste();
+  pane->paste();
   EXPECT_EQ(names(), "555DrrrH");
   EXPECT_EQ(text(7, kPrice), "9");
 }
@@ -95,7 +95,7 @@ TEST_F(GridClipboardTest, OneCellOrRowFillsTheSelection) {
 TEST_F(GridClipboardTest, RefusedCellsAreCountedAndTheFirstReasonTold) {
   set_clipboard("1\none\ntwo\n4\n");
   go_to(0, kPrice);
-  view->paste();
+  pane->paste();
   EXPECT_EQ(text(1, kPrice), "1");
   EXPECT_EQ(text(2, kPrice), "20");
   EXPECT_EQ(text(4, kPrice), "4");
@@ -106,7 +106,7 @@ TEST_F(GridClipboardTest, RefusedCellsAreCountedAndTheFirstReasonTold) {
 TEST_F(GridClipboardTest, MoreRowsThanRecordsAppendRecords) {
   set_clipboard("p\nq\nr\ns\n");
   go_to(6, 0);
-  view->paste();
+  pane->paste();
   EXPECT_EQ(names(), "ABCDEFpqrs");
   EXPECT_TRUE(dialogs.shown.empty());
   undo();
@@ -118,30 +118,30 @@ TEST_F(GridClipboardTest, WhatDoesNotFitIsTold) {
   view->model().show_records(RecordSet{1, 2});
   set_clipboard("p\nq\nr\n");
   go_to(1, 0);
-  view->paste();
+  pane->paste();
   EXPECT_EQ(names(), "ABpDEFGH");
   EXPECT_THAT(dialogs.shown, ElementsAre("There was no room for 2 cell(s)."));
   document.criteria().clear(table);
   view->model().show_records(std::nullopt);
   set_clipboard("1\t2\t3");
   go_to(0, kSource);
-  view->paste();
+  pane->paste();
   EXPECT_THAT(dialogs.shown.back(), HasSubstr("no room for 1 cell(s)"));
 }
 
 TEST_F(GridClipboardTest, PastingIntoASortedTableAppendsAtItsEnd) {
-  presentation->sort_codes()[kName] = 20001;
+  pane->presentation().sort_codes()[kName] = 20001;
   view->model().show_records(RecordSet{7, 6, 5, 4, 3, 2, 1, 0});
   set_clipboard("x\ny\n");
   go_to(7, 0);
-  view->paste();
+  pane->paste();
   EXPECT_EQ(shown_names(), "HGFEDCBxy");
 }
 
 TEST_F(GridClipboardTest, CutTakesTheCellsAway) {
   go_to(1, 0);
   extend_to(2, 0);
-  view->cut();
+  pane->cut();
   EXPECT_EQ(copied(), "B\nC\n");
   EXPECT_EQ(names(), "A--DEFGH");
 }

@@ -4,10 +4,10 @@
 #include <QImage>
 
 #include "source_folder.h"
-#include "ui/grid/content_texts.h"
-#include "ui/grid/links.h"
 #include "ui/grid/type_signs.h"
 #include "ui/grid_fixture.h"
+#include "ui/pane/content_texts.h"
+#include "ui/pane/links.h"
 
 namespace rowvane {
 namespace {
@@ -148,11 +148,11 @@ TEST_F(GridContentsTest, ALinkIsOpenedByItsCommandAndByCtrlClick) {
                     view->visualRect(view->model().index(1, kName)).center());
   EXPECT_EQ(view->current_place(), (GridPlace{1, 0}));
   EXPECT_TRUE(dialogs.shown.empty());
-  view->open_link();
+  pane->open_link();
   EXPECT_THAT(opened, testing::ElementsAre(QUrl("https://www.example.org"), QUrl("https://www.example.org")));
   EXPECT_EQ(dialogs.shown.size(), 1u);
   go_to(0, kPrice);
-  view->open_link();
+  pane->open_link();
   EXPECT_EQ(opened.size(), 2u);
   EXPECT_EQ(dialogs.shown.size(), 2u);
   link_opener() = former;

@@ -78,11 +78,11 @@ TEST_F(GridEditingTest, ALongEntryIsCutWithAWarning) {
 TEST_F(GridEditingTest, TextsBecomeStandardDates) {
   ASSERT_EQ(table.set_value(2, kName, std::string("14 Mar 2024")), ErrorCode::kOk);
   go_to(5, 0);
-  view->texts_to_dates();
+  pane->texts_to_dates();
   EXPECT_EQ(table.value_text(2, kName), "2024-03-14");
   EXPECT_THAT(dialogs.shown, testing::ElementsAre("7 value(s) are no dates and stay as they are."));
   go_to(0, 1);
-  view->texts_to_dates();
+  pane->texts_to_dates();
   EXPECT_EQ(dialogs.shown.back(), error_text(ErrorCode::kConversionRule)) << "a number field";
 }
 
@@ -111,11 +111,11 @@ TEST_F(GridEditingTest, ReadOnlyRefusesEveryChange) {
   type("x");
   EXPECT_EQ(open_editor(), nullptr);
   set_clipboard("new");
-  view->paste();
-  view->clear();
-  view->delete_records();
-  view->insert_records();
-  view->insert_today();
+  pane->paste();
+  pane->clear();
+  pane->delete_records();
+  pane->insert_records();
+  pane->insert_today();
   EXPECT_EQ(names(), "ABCDEFGH");
   EXPECT_EQ(dialogs.shown.size(), 6u);
   EXPECT_THAT(dialogs.shown.front(), HasSubstr("reading only"));

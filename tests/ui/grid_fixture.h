@@ -11,6 +11,7 @@
 #include "core/database/database.h"
 #include "ui/grid/cellvane_view.h"
 #include "ui/scripted_dialogs.h"
+#include "ui/table_views.h"
 
 namespace rowvane {
 
@@ -45,13 +46,12 @@ class GridTest : public testing::Test {
   }
 
   void open() {
-    view = std::make_unique<CCellvaneView>(document, table, settings, dialogs);
-    presentation = std::make_unique<TablePresentation>(document, table);
-    view->set_presentation(presentation.get());
-    view->resize(700, 400);
-    view->show();
-    view->activateWindow();
-    view->setFocus();
+    pane = std::make_unique<TablePane>(document, table, settings, dialogs, make_grid);
+    view = &dynamic_cast<CCellvaneView&>(pane->view());
+    pane->resize(700, 400);
+    pane->show();
+    pane->activateWindow();
+    pane->setFocus();
     QApplication::processEvents();
   }
 
@@ -64,12 +64,12 @@ class GridTest : public testing::Test {
   }
   void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     QWidget* editor = open_editor();
-    QTest::keyClick(editor != nullptr ? editor : view.get(), key, modifiers);
+    QTest::keyClick(editor != nullptr ? editor : view, key, modifiers);
   }
   void type(const QString& text) {
     for (const QChar character : text) {
       QWidget* editor = open_editor();
-      QTest::keyClick(editor != nullptr ? editor : view.get(), character.toLatin1());
+      QTest::keyClick(editor != nullptr ? editor : view, character.toLatin1());
     }
   }
   QWidget* open_editor() const { return static_cast<CellDelegate*>(view->itemDelegate())->editor(); }
@@ -105,8 +105,8 @@ class GridTest : public testing::Test {
   ScriptedDialogs dialogs;
   DatabaseDocument document;
   CWorkSheet& table;
-  std::unique_ptr<TablePresentation> presentation;
-  std::unique_ptr<CCellvaneView> view;
+  std::unique_ptr<TablePane> pane;
+  CCellvaneView* view = nullptr;
 };
 
 }  // namespace rowvane

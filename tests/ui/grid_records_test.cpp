@@ -20,7 +20,7 @@ class GridRecordsTest : public GridTest {
 TEST_F(GridRecordsTest, InsertedRecordsStandBeforeTheSelectedOnes) {
   go_to(2, 1);
   extend_to(3, 1);
-  view->insert_records();
+  pane->insert_records();
   EXPECT_EQ(names(), "AB--CDEFGH");
   EXPECT_EQ(view->current_place(), (GridPlace{2, 1}));
   undo();
@@ -30,18 +30,18 @@ TEST_F(GridRecordsTest, InsertedRecordsStandBeforeTheSelectedOnes) {
 TEST_F(GridRecordsTest, AFilterAndItsOrderOutliveInsertingAndDeleting) {
   show("HFDB");
   go_to(1, 0);
-  view->insert_records();
+  pane->insert_records();
   EXPECT_EQ(shown_names(), "H-FDB");
   EXPECT_EQ(names(), "ABCDE-FGH");
   go_to(3, 0);
-  view->delete_records();
+  pane->delete_records();
   EXPECT_EQ(shown_names(), "H-FB");
   EXPECT_EQ(names(), "ABCE-FGH");
   EXPECT_EQ(current(), "B");
-  view->append_record();
+  pane->append_record();
   EXPECT_EQ(shown_names(), "H-FB-");
   go_to(2, 0);
-  view->duplicate_records();
+  pane->duplicate_records();
   EXPECT_EQ(shown_names(), "H-FFB-");
   EXPECT_EQ(names(), "ABCE-FFGH-");
   EXPECT_EQ(view->current_place().row, 3);
@@ -51,13 +51,13 @@ TEST_F(GridRecordsTest, SeveralBlocksAreDuplicatedBelowTheLast) {
   go_to(1, 0);
   view->select_records(1, Qt::NoModifier);
   view->select_records(3, Qt::ControlModifier);
-  view->duplicate_records();
+  pane->duplicate_records();
   EXPECT_EQ(names(), "ABCDBDEFGH");
   EXPECT_EQ(text(5, kPrice), "20");
   undo();
   view->select_records(0, Qt::NoModifier);
   view->select_records(6, Qt::ControlModifier);
-  view->delete_records();
+  pane->delete_records();
   EXPECT_EQ(names(), "BCDEFH");
   EXPECT_EQ(view->current_place().row, 0);
 }
@@ -66,7 +66,7 @@ TEST_F(GridRecordsTest, DuplicatingInAnotherOrder) {
   show("HCA");
   go_to(0, 0);
   extend_to(1, 0);
-  view->duplicate_records();  // the last of them is C
+  pane->duplicate_records();  // the last of them is C
   EXPECT_EQ(names(), "ABCCHDEFGH");
   EXPECT_EQ(shown_names(), "HCCHA");
 }
@@ -94,7 +94,7 @@ TEST_F(GridRecordsTest, ARefusedInsertLeavesNothingBehind) {
   view->model().expect_nothing();
   EXPECT_EQ(shown_names(), "HFDB");
   go_to(0, 0);
-  view->delete_records();
+  pane->delete_records();
   EXPECT_EQ(shown_names(), "FDB");
 }
 
@@ -129,10 +129,10 @@ TEST_F(GridRecordsTest, UndoKeepsTheCellAndTheField) {
   Field first;
   first.name = "First";
   ASSERT_EQ(table.insert_field(0, first), ErrorCode::kOk);
-  EXPECT_EQ(view->current_field(), 4u);
+  EXPECT_EQ(pane->current_field(), 4u);
   undo();
   EXPECT_EQ(view->current_place().row, 5);
-  EXPECT_EQ(view->current_field(), 3u);
+  EXPECT_EQ(pane->current_field(), 3u);
   ASSERT_EQ(table.delete_field(kNotes), ErrorCode::kOk);
   EXPECT_TRUE(view->currentIndex().isValid());
   undo();
@@ -142,7 +142,7 @@ TEST_F(GridRecordsTest, UndoKeepsTheCellAndTheField) {
 TEST_F(GridRecordsTest, FillDownGivesAllTheFirstValue) {
   go_to(1, 0);
   extend_to(4, 1);
-  view->fill_down();
+  pane->fill_down();
   EXPECT_EQ(names(), "ABBBBFGH");
   EXPECT_EQ(text(5, kPrice), "20");
   undo();
@@ -151,7 +151,7 @@ TEST_F(GridRecordsTest, FillDownGivesAllTheFirstValue) {
   show("HCA");
   go_to(0, 0);
   extend_to(2, 0);
-  view->fill_down();
+  pane->fill_down();
   EXPECT_EQ(names(), "HBHDEFGH");
 }
 

@@ -35,8 +35,8 @@ class GridSelectionTest : public GridTest {
     return all;
   }
   std::optional<NumberSummary> summary() {
-    for (int i = 0; i < 1000 && !view->summary().result(); ++i) QApplication::processEvents();
-    return view->summary().result();
+    for (int i = 0; i < 1000 && !pane->summary(); ++i) QApplication::processEvents();
+    return pane->summary();
   }
 };
 
@@ -63,7 +63,7 @@ TEST_F(GridSelectionTest, HeadsSelectFieldsAndRecords) {
   EXPECT_THAT(groups(), ElementsAre(std::pair(8, std::vector{1, 2})));
   QTest::mouseClick(&view->record_header(), Qt::LeftButton, Qt::NoModifier, {10, middle(3, 0).y()});
   QTest::mouseClick(&view->record_header(), Qt::LeftButton, Qt::ControlModifier, {10, middle(6, 0).y()});
-  EXPECT_THAT(view->selected_positions(), ElementsAre(3u, 6u));
+  EXPECT_THAT(pane->selected_positions(), ElementsAre(3u, 6u));
   view->selectAll();
   EXPECT_THAT(groups(), ElementsAre(std::pair(8, std::vector{0, 1, 2, 3, 4, 5})));
 }
@@ -88,13 +88,23 @@ TEST_F(GridSelectionTest, ASelectionSpansMovedAndHiddenFields) {
 TEST_F(GridSelectionTest, AHiddenFieldLeavesItsPlaceToTheNext) {
   go_to(2, kPrice);
   set_field(kPrice, [](Field& field) { field.hidden = true; });
-  EXPECT_EQ(view->current_field(), kDay);
+  EXPECT_EQ(pane->current_field(), kDay);
   for (size_t i = 0; i < 6; ++i) set_field(i, [](Field& field) { field.hidden = true; });
-  EXPECT_EQ(view->current_field(), std::nullopt);
+  EXPECT_EQ(pane->current_field(), std::nullopt);
   press(Qt::Key_Down);
   view->grab();
   undo();
   EXPECT_EQ(view->grid_layout().place_count(), 1);
+}
+
+TEST_F(GridSelectionTest, FieldsOfATableWithoutRecordsAreHiddenAndShown) {
+  view->model().show_records(RecordSet());
+  QTest::mouseClick(&view->field_header(), Qt::LeftButton, Qt::NoModifier, head(1));
+  EXPECT_EQ(pane->current_field(), kPrice);
+  pane->hide_field();
+  EXPECT_EQ(view->grid_layout().place_count(), 5);
+  pane->show_all_fields();
+  EXPECT_EQ(view->grid_layout().place_count(), 6);
 }
 
 TEST_F(GridSelectionTest, NumbersOfTheSelectionAreSummedUp) {
@@ -243,7 +253,7 @@ TEST_F(GridSelectionTest, ADraggedHeadMovesTheFieldInOneStep) {
     return fields;
   };
   EXPECT_THAT(order(), ElementsAre(1, 2, 0, 3, 4, 5));
-  EXPECT_EQ(view->current_field(), 0u);
+  EXPECT_EQ(pane->current_field(), 0u);
   undo();
   EXPECT_THAT(order(), ElementsAre(0, 1, 2, 3, 4, 5));
   EXPECT_FALSE(document.database().undo_log().redo_caption().empty());
@@ -252,9 +262,9 @@ TEST_F(GridSelectionTest, ADraggedHeadMovesTheFieldInOneStep) {
 TEST_F(GridSelectionTest, HeadsTellKeysAndCriteria) {
   FieldHeader& header = view->field_header();
   EXPECT_EQ(header.sort_mark(kName), "");
-  presentation->sort_codes()[kName] = 20001;
+  pane->presentation().sort_codes()[kName] = 20001;
   EXPECT_EQ(header.sort_mark(kName), "↓");
-  presentation->sort_codes()[kPrice] = 10002;
+  pane->presentation().sort_codes()[kPrice] = 10002;
   EXPECT_EQ(header.sort_mark(kName), "1↓");
   EXPECT_EQ(header.sort_mark(kPrice), "2↑");
   const int height = header.wanted_height();

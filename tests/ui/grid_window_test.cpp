@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "ui/grid/cellvane_view.h"
 #include "ui/main_frame.h"
 #include "ui/scripted_dialogs.h"
 
@@ -23,8 +24,9 @@ class GridWindowTest : public testing::Test {
     dialogs.save_answers = {SaveAnswer::kDiscard};
     frame.close();
   }
-  CCellvaneView& grid() { return *frame.current_window()->view(); }
-  CWorkSheet& table() { return grid().table(); }
+  TablePane& pane() { return *frame.current_window()->pane(); }
+  CCellvaneView& grid() { return dynamic_cast<CCellvaneView&>(pane().view()); }
+  CWorkSheet& table() { return pane().table(); }
   void give(Command command) { frame.actions().of(command)->trigger(); }
   void filter_by(GridPlace place) {
     grid().go_to(place);

@@ -38,13 +38,13 @@ class MainFrameTest : public testing::Test {
   void SetUp() override { frame.show(); }
 
   QAction& action(Command command) { return *frame.actions().of(command); }
-  CCellvaneView& view() { return *frame.current_window()->view(); }
-  CWorkSheet& table() { return view().table(); }
-  void go_to(int row, int column) { view().setCurrentIndex(view().model().index(row, column)); }
+  TablePane& pane() { return *frame.current_window()->pane(); }
+  CWorkSheet& table() { return pane().table(); }
+  void go_to(int row, size_t field) { pane().go_to(row, field); }
   std::vector<std::string> shown(int column) {
     std::vector<std::string> texts;
-    for (int row = 0; row < view().model().rowCount(); ++row)
-      texts.push_back(table().value_text(view().model().record_at(row), static_cast<size_t>(column)));
+    for (int row = 0; row < pane().model().rowCount(); ++row)
+      texts.push_back(table().value_text(pane().model().record_at(row), static_cast<size_t>(column)));
     return texts;
   }
   QString write(const char* name, const QByteArray& content) {
@@ -147,25 +147,24 @@ TEST_F(MainFrameTest, QuickSearchShowsTheRecordsWithTheValueUntilTwiceEscape) {
   QTest::keyClick(&frame, Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
   EXPECT_THAT(shown(0), ElementsAre("Graz", "Wien"));
   EXPECT_THAT(to_utf8(status()), HasSubstr("Filtered"));
-  QTest::keyClick(&view(), Qt::Key_Escape);
-  EXPECT_EQ(view().model().rowCount(), 2);
-  QTest::keyClick(&view(), Qt::Key_Escape);
-  EXPECT_EQ(view().model().rowCount(), 4);
+  QTest::keyClick(&pane().view().widget(), Qt::Key_Escape);
+  EXPECT_EQ(pane().model().rowCount(), 2);
+  QTest::keyClick(&pane().view().widget(), Qt::Key_Escape);
+  EXPECT_EQ(pane().model().rowCount(), 4);
   EXPECT_THAT(to_utf8(status()), testing::Not(HasSubstr("Filtered")));
 }
 
 TEST_F(MainFrameTest, FiltersNarrowTheRecordsUntilTheyAreTakenAway) {
   open_towns();
-  frame.current_window()->filter_by(
-      {{1, {CriterionKind::kEqual, "AT"}}, {2, {CriterionKind::kGreaterThan, "300"}}});
+  pane().filter_by({{1, {CriterionKind::kEqual, "AT"}}, {2, {CriterionKind::kGreaterThan, "300"}}});
   EXPECT_THAT(shown(0), ElementsAre("Wien"));
   go_to(0, 2);
   action(Command::kClearFilter).trigger();
   EXPECT_THAT(shown(0), ElementsAre("Graz", "Wien"));
   // What is typed does not vanish at once, but with the next search.
   ASSERT_EQ(table().set_value(2, 1, std::string("A")), ErrorCode::kOk);
-  EXPECT_EQ(view().model().rowCount(), 2);
-  QTest::keyClick(&view(), Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(pane().model().rowCount(), 2);
+  QTest::keyClick(&pane().view().widget(), Qt::Key_Return, Qt::ControlModifier);
   EXPECT_THAT(shown(0), ElementsAre("Wien"));
 }
 
@@ -176,17 +175,17 @@ TEST_F(MainFrameTest, FindGoesFromMatchToMatchAndRoundAgain) {
   auto* text = frame.findChild<CFindBar*>()->findChild<QLineEdit*>();
   QTest::keyClicks(text, "ra");
   QTest::keyClick(text, Qt::Key_Return);
-  EXPECT_EQ(view().currentIndex(), view().model().index(1, 0)) << "Graz";
+  EXPECT_EQ(pane().current(), pane().model().index(1, 0)) << "Graz";
   QTest::keyClick(&frame, Qt::Key_F3);
-  EXPECT_EQ(view().currentIndex(), view().model().index(2, 0)) << "Braga";
+  EXPECT_EQ(pane().current(), pane().model().index(2, 0)) << "Braga";
   QTest::keyClick(&frame, Qt::Key_F3);
-  EXPECT_EQ(view().currentIndex(), view().model().index(1, 0)) << "from the start";
+  EXPECT_EQ(pane().current(), pane().model().index(1, 0)) << "from the start";
   QTest::keyClick(&frame, Qt::Key_F3, Qt::ShiftModifier);
-  EXPECT_EQ(view().currentIndex(), view().model().index(2, 0)) << "from the end";
+  EXPECT_EQ(pane().current(), pane().model().index(2, 0)) << "from the end";
   EXPECT_THAT(profile.settings().recent_find_strings, ElementsAre("ra"));
   text->setText("(");
   QTest::keyClick(text, Qt::Key_Return);
-  EXPECT_EQ(view().currentIndex(), view().model().index(2, 0)) << "nothing was found";
+  EXPECT_EQ(pane().current(), pane().model().index(2, 0)) << "nothing was found";
   EXPECT_THAT(dialogs.shown, IsEmpty());
   for (QAction* option : frame.findChild<CFindBar*>()->findChildren<QAction*>())
     if (option->text().contains("Regular")) option->setChecked(true);

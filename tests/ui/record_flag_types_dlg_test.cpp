@@ -47,9 +47,9 @@ TEST_F(RecordFlagTypesDlgTest, RefusesTheEleventhTypeAndNamesThatAreTaken) {
 }
 
 TEST_F(RecordFlagTypesDlgTest, FlagsStayWithTheirRecords) {
-  CWorkSheet& table = window.view()->table();
-  window.view()->selectAll();
-  window.flag_records(2);
+  CWorkSheet& table = window.pane()->table();
+  window.pane()->select_all();
+  window.pane()->flag_records(2);
   EXPECT_EQ(table.flag_type(1), 2);
   EXPECT_EQ(table.flag_type(20), 2);
   CRecordFlagTypesDlg dialog(database, dialogs);

@@ -25,10 +25,10 @@ class RecoveryTest : public testing::Test {
 
   std::unique_ptr<CMainFrame> start() { return std::make_unique<CMainFrame>(profile, dialogs, folder()); }
   static void type_into(CMainFrame& frame, const char* text) {
-    ASSERT_EQ(frame.current_window()->view()->table().set_value(1, 0, std::string(text)), ErrorCode::kOk);
+    ASSERT_EQ(frame.current_window()->pane()->table().set_value(1, 0, std::string(text)), ErrorCode::kOk);
   }
   static std::string first_cell(CMainFrame& frame) {
-    return frame.current_window()->view()->table().value_text(1, 0);
+    return frame.current_window()->pane()->table().value_text(1, 0);
   }
   // Ends a program as a kill does: its files stay, its lock names a process that is gone.
   void kill(std::unique_ptr<CMainFrame> frame) {

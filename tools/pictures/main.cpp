@@ -47,7 +47,7 @@ class Pictures {
     CDatabaseWindow& window = *frame.current_window();
     save(frame, "window");
 
-    make_dialogs(window.document(), window.view()->table(), profile);
+    make_dialogs(window.document(), window.pane()->table(), profile);
     return saved_;
   }
 

@@ -6,7 +6,7 @@
 
 #include "app/profile/profile_settings.h"
 #include "ui/grid/cell_editors.h"
-#include "ui/grid/table_model.h"
+#include "ui/pane/table_model.h"
 
 namespace rowvane {
 

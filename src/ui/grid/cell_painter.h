@@ -5,7 +5,7 @@
 #include <QPainter>
 #include <QPalette>
 
-#include "ui/grid/cell_texts.h"
+#include "ui/pane/cell_texts.h"
 #include "ui/grid/text_widths.h"
 #include "ui/grid/thumbnails.h"
 

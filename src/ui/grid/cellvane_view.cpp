@@ -30,27 +30,29 @@ QFont table_font(const profile::Font& settings, QFont font) {
 
 }  // namespace
 
-CCellvaneView::CCellvaneView(DatabaseDocument& document, CWorkSheet& table, const profile::Settings& settings,
-                             Dialogs& dialogs, QWidget* parent)
-    : QAbstractItemView(parent),
-      document_(document),
-      settings_(settings),
-      dialogs_(dialogs),
-      model_(new TableModel(document, table, settings, this)),
-      delegate_(new CellDelegate(document, *model_, settings, this)),
-      field_header_(new FieldHeader(document, *model_, layout_, this)),
-      record_header_(new RecordHeader(*model_, layout_, this)),
+CCellvaneView::CCellvaneView(TablePane& pane)
+    : QAbstractItemView(&pane),
+      pane_(pane),
+      model_(pane.model()),
+      table_(pane.table()),
+      settings_(pane.settings()),
+      delegate_(new CellDelegate(pane.document(), model_, settings_, this)),
+      field_header_(new FieldHeader(pane, layout_, this)),
+      record_header_(new RecordHeader(model_, layout_, this)),
       corner_(new QToolButton(this)),
-      summary_(new SelectionSummary(*model_, this)),
-      normal_font_(table_font(settings.table_font, font())) {
+      normal_font_(table_font(settings_.table_font, font())) {
   install_grid_accessibility();
-  setModel(model_);
+  setModel(&model_);
+  const std::unique_ptr<QItemSelectionModel> own_selection(selectionModel());
+  setSelectionModel(&pane.selection());
   setItemDelegate(delegate_);
   setSelectionMode(ExtendedSelection);
   setEditTriggers(DoubleClicked | EditKeyPressed | AnyKeyPressed);
   setTabKeyNavigation(true);
   setContextMenuPolicy(Qt::ActionsContextMenu);
-  setAccessibleName(to_qt(table.name()));
+  addActions(pane.menus().cells);
+  field_header_->addActions(pane.menus().fields);
+  setAccessibleName(to_qt(table_.name()));
   viewport()->setMouseTracking(true);
   corner_->setAutoRaise(true);
   corner_->setFocusPolicy(Qt::NoFocus);
@@ -59,7 +61,7 @@ CCellvaneView::CCellvaneView(DatabaseDocument& document, CWorkSheet& table, cons
   connect_parts();
   connect_headers();
   set_zoom(zoom_);
-  if (is_usable()) go_to({0, 0});
+  begin_at_current();
 }
 
 // Its parts look at the layout to their end.
@@ -69,13 +71,12 @@ CCellvaneView::~CCellvaneView() {
 }
 
 void CCellvaneView::connect_parts() {
-  connect(model_, &TableModel::told, this,
-          [this](const QString& text) { dialogs_.show(to_utf8(text), MessageIcon::kWarning); });
-  connect(model_, &TableModel::modelAboutToBeReset, this, &CCellvaneView::remember_place);
-  connect(model_, &TableModel::modelReset, this, &CCellvaneView::find_place_again);
+  connect(&model_, &TableModel::modelAboutToBeReset, this, &CCellvaneView::remember_height);
+  connect(&model_, &TableModel::modelReset, this, &CCellvaneView::lay_out);
+  connect(&model_, &TableModel::headerDataChanged, this, &CCellvaneView::lay_out);
+  connect(&model_, &TableModel::settled, this, &CCellvaneView::show_headers);
   connect(delegate_, &CellDelegate::left, this, &CCellvaneView::leave_editor);
   connect(&thumbnails_, &Thumbnails::ready, viewport(), qOverload<>(&QWidget::update));
-  connect(summary_, &SelectionSummary::finished, this, &CCellvaneView::place_changed);
 }
 
 void CCellvaneView::connect_headers() {
@@ -97,18 +98,18 @@ void CCellvaneView::connect_headers() {
   });
 }
 
-void CCellvaneView::set_presentation(TablePresentation* presentation) {
-  presentation_ = presentation;
-  field_header_->set_presentation(presentation);
+void CCellvaneView::refresh() {
+  updateGeometries();
+  viewport()->update();
 }
 
 // ---- the layout
 
 // Everything anew, as fields, records and options have it now.
 void CCellvaneView::lay_out() {
-  layout_.set_fields(table(), zoom_);
-  layout_.set_row_count(model_->rowCount());
-  const GridArrangement& arrangement = table().arrangement();
+  layout_.set_fields(table_, zoom_);
+  layout_.set_row_count(model_.rowCount());
+  const GridArrangement& arrangement = table_.arrangement();
   layout_.set_lines(arrangement.lines, fontMetrics().height());
   layout_.freeze_places(arrangement.frozen_fields);
   layout_.freeze_rows(
@@ -169,14 +170,26 @@ void CCellvaneView::set_zoom(int percent) {
   lay_out();
 }
 
+void CCellvaneView::zoom_in() {
+  set_zoom(zoom_ + kZoomStep);
+}
+
+void CCellvaneView::zoom_out() {
+  set_zoom(zoom_ - kZoomStep);
+}
+
+void CCellvaneView::reset_zoom() {
+  set_zoom(100);
+}
+
 void CCellvaneView::arrange(const GridArrangement& arrangement) {
-  table().change_arrangement(arrangement);
+  table_.change_arrangement(arrangement);
   lay_out();
 }
 
 void CCellvaneView::set_lines(int lines) {
   const int row = layout_.scrolled_rows().first;
-  GridArrangement arrangement = table().arrangement();
+  GridArrangement arrangement = table_.arrangement();
   arrangement.lines = lines;
   arrange(arrangement);
   verticalScrollBar()->setValue((row - layout_.frozen_rows()) * layout_.lines());
@@ -187,7 +200,7 @@ void CCellvaneView::freeze_fields() {
   horizontalScrollBar()->setValue(0);
   layout_.freeze_places(wanted);
   if (layout_.frozen_places() < wanted) return refuse_to_freeze("fields");
-  GridArrangement arrangement = table().arrangement();
+  GridArrangement arrangement = table_.arrangement();
   arrangement.frozen_fields = static_cast<uint16_t>(wanted);
   arrange(arrangement);
 }
@@ -197,7 +210,7 @@ void CCellvaneView::freeze_records() {
   verticalScrollBar()->setValue(0);
   layout_.freeze_rows(wanted);
   if (layout_.frozen_rows() < wanted) return refuse_to_freeze("records");
-  GridArrangement arrangement = table().arrangement();
+  GridArrangement arrangement = table_.arrangement();
   arrangement.frozen_records = static_cast<uint32_t>(wanted);
   arrange(arrangement);
 }
@@ -205,11 +218,11 @@ void CCellvaneView::freeze_records() {
 void CCellvaneView::refuse_to_freeze(const std::string& what) {
   lay_out();
   scrollTo(currentIndex());
-  dialogs_.show("The window has no room for so many frozen " + what + ".", MessageIcon::kWarning);
+  pane_.dialogs().show("The window has no room for so many frozen " + what + ".", MessageIcon::kWarning);
 }
 
 void CCellvaneView::unfreeze() {
-  GridArrangement arrangement = table().arrangement();
+  GridArrangement arrangement = table_.arrangement();
   arrangement.frozen_fields = 0;
   arrangement.frozen_records = 0;
   arrange(arrangement);
@@ -220,10 +233,10 @@ void CCellvaneView::unfreeze() {
 
 void CCellvaneView::keep_width(int place) {
   const auto field = static_cast<size_t>(layout_.field_at(place));
-  Field definition = table().field(field);
+  Field definition = table_.field(field);
   definition.width = static_cast<uint16_t>(
       std::clamp<int>(layout_.width(place) * 100 / zoom_, kLeastColumnWidth, kMostColumnWidth));
-  if (definition.width != table().field(field).width) report(table().change_field(field, definition));
+  if (definition.width != table_.field(field).width) pane_.report(table_.change_field(field, definition));
   lay_out();
 }
 
@@ -232,7 +245,7 @@ void CCellvaneView::fit_field(int place) {
   int width = field_header_->wanted_width(field);
   const auto fit = [&](int first, int end) {
     for (int row = first; row < end; ++row) {
-      width = std::max(width, wanted_cell_width(model_->shown_cell(row, field), fontMetrics()));
+      width = std::max(width, wanted_cell_width(model_.shown_cell(row, field), fontMetrics()));
     }
   };
   fit(0, layout_.frozen_rows());
@@ -249,68 +262,31 @@ void CCellvaneView::move_field(int place, int before) {
   fields.insert(fields.begin() + (before > place ? before - 1 : before), moved);
   // Hidden fields stay behind the field that they stand behind now.
   std::vector<size_t> order;
-  for (size_t i = 0; i < table().field_count(); ++i) order.push_back(i);
-  std::ranges::stable_sort(order, {}, [this](size_t i) { return table().field(i).position; });
+  for (size_t i = 0; i < table_.field_count(); ++i) order.push_back(i);
+  std::ranges::stable_sort(order, {}, [this](size_t i) { return table_.field(i).position; });
   auto next = fields.begin();
   for (size_t& field : order) {
-    if (!table().field(field).hidden) field = static_cast<size_t>(*next++);
+    if (!table_.field(field).hidden) field = static_cast<size_t>(*next++);
   }
   ErrorCode error = ErrorCode::kOk;
   {
-    const ChangeGroup step(document_.database(), "Move Field");
+    const ChangeGroup step(pane_.document().database(), "Move Field");
     for (size_t position = 0; position < order.size() && error == ErrorCode::kOk; ++position) {
-      Field definition = table().field(order[position]);
+      Field definition = table_.field(order[position]);
       if (definition.position == position) continue;
       definition.position = static_cast<uint16_t>(position);
-      error = table().change_field(order[position], definition);
+      error = table_.change_field(order[position], definition);
     }
   }
-  report(error);
+  pane_.report(error);
 }
 
 // ---- what the table does
 
-void CCellvaneView::dataChanged(const QModelIndex&, const QModelIndex&, const QList<int>&) {
-  const GridPlace former = current_place();
-  lay_out();
-  // A field that was hidden leaves its place to the next one.
+void CCellvaneView::remember_height() {
   const QModelIndex current = currentIndex();
-  if (current.isValid() && is_usable() && layout_.place_of(current.column()) < 0) {
-    go_to({current.row(), std::min(former.place, layout_.place_count() - 1)});
-  }
-  show_headers();
-  summary_->begin(cell_groups(selectionModel()->selection(), layout_));
-  emit place_changed();
-}
-
-void CCellvaneView::remember_place() {
-  const QModelIndex current = currentIndex();
-  place_ = {};
-  if (!current.isValid() || current.row() >= model_->rowCount()) return;
-  place_.row = current.row();
-  place_.record = model_->record_at(current.row());
-  place_.field = current_field_id_;  // the table has changed already
-  place_.rows_above = current.row() - layout_.scrolled_rows().first;
-}
-
-// The record, or what stands in its row now, at the same height in the window.
-void CCellvaneView::find_place_again() {
-  const Place place = place_;
-  lay_out();
-  if (!is_usable()) {
-    summary_->begin({});
-    show_headers();
-    emit place_changed();
-    return;
-  }
-  int row = place.record > 0 ? model_->row_of(place.record) : 0;
-  if (row < 0) row = place.row;
-  row = std::min(row, layout_.row_count() - 1);
-  const auto field = table().find_field_with_id(place.field);
-  const int column = field ? layout_.place_of(static_cast<int>(*field)) : 0;
-  const int top = std::max(row - place.rows_above - layout_.frozen_rows(), 0);
-  verticalScrollBar()->setValue(top * layout_.lines());
-  go_to({row, std::max(column, 0)});
+  rows_above_.reset();
+  if (current.isValid()) rows_above_ = current.row() - layout_.scrolled_rows().first;
 }
 
 // ---- geometry for Qt
@@ -346,7 +322,7 @@ QRegion CCellvaneView::visualRegionForSelection(const QItemSelection&) const {
 void CCellvaneView::wheelEvent(QWheelEvent* event) {
   const int steps = event->angleDelta().y();
   if (event->modifiers().testFlag(Qt::ControlModifier)) {
-    if (steps != 0) set_zoom(zoom_ + (steps > 0 ? kZoomStep : -kZoomStep));
+    if (steps != 0) steps > 0 ? zoom_in() : zoom_out();
     event->accept();
     return;
   }

@@ -6,28 +6,19 @@
 
 namespace rowvane {
 
-bool CCellvaneView::is_read_only() const {
-  return settings_.general_options.read_only || document_.file().is_read_only();
-}
-
-bool CCellvaneView::may_change() {
-  if (!is_read_only()) return finish_editing();
-  dialogs_.show("The database can't be changed: it is open for reading only.", MessageIcon::kWarning);
-  return false;
-}
-
 bool CCellvaneView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) {
   const bool is_asked_for = trigger == DoubleClicked || trigger == EditKeyPressed ||
                             trigger == AnyKeyPressed || trigger == AllEditTriggers;
   if (!index.isValid() || !is_asked_for || delegate_->editor() != nullptr) return false;
   const auto field = static_cast<size_t>(index.column());
-  if (table().field(field).encrypted) {
-    report(ErrorCode::kEncryptedField);
+  if (table_.field(field).encrypted) {
+    pane_.report(ErrorCode::kEncryptedField);
     return false;
   }
-  if (!model_->is_typed(field) || !may_change()) return false;
-  if (model_->has_formatting(model_->record_at(index.row()), field) &&
-      !dialogs_.ask("This text has formatting, which is lost when the text is changed here. Edit it?")) {
+  if (!model_.is_typed(field) || !pane_.may_change()) return false;
+  if (model_.has_formatting(model_.record_at(index.row()), field) &&
+      !pane_.dialogs().ask(
+          "This text has formatting, which is lost when the text is changed here. Edit it?")) {
     return false;
   }
   scrollTo(index);
@@ -55,6 +46,12 @@ bool CCellvaneView::finish_editing() {
   return delegate_->editor() == nullptr;
 }
 
+bool CCellvaneView::insert_into_editor(const QString& text) {
+  if (delegate_->editor() == nullptr) return false;
+  delegate_->insert(text);
+  return true;
+}
+
 void CCellvaneView::leave_editor(int key, Qt::KeyboardModifiers modifiers) {
   if (is_enter(key) && modifiers.testFlag(Qt::ControlModifier)) {
     if (!fill_selection_with_typed()) finish_editing();
@@ -65,28 +62,20 @@ void CCellvaneView::leave_editor(int key, Qt::KeyboardModifiers modifiers) {
 
 // False where one cell is selected.
 bool CCellvaneView::fill_selection_with_typed() {
-  const std::vector<CellGroup> groups = selected_groups();
   int64_t cells = 0;
-  for (const CellGroup& group : groups) cells += group.size();
+  for (const CellGroup& group : selected_groups()) cells += group.size();
   if (cells < 2) return false;
   const std::string text = to_utf8(delegate_->text());
   CellValue value;
-  const ErrorCode error = read_entry(table().field(static_cast<size_t>(delegate_->edited().column())), text,
-                                     document_.region(), value);
+  const ErrorCode error = read_entry(table_.field(static_cast<size_t>(delegate_->edited().column())), text,
+                                     pane_.document().region(), value);
   if (error != ErrorCode::kOk) {
-    report(error);
+    pane_.report(error);
     delegate_->editor()->setFocus();
     return true;
   }
   closeEditor(delegate_->editor(), QAbstractItemDelegate::RevertModelCache);
-  CellChanges changes;
-  {
-    const ChangeGroup step(document_.database(), "Fill");
-    for (const CellGroup& group : groups) {
-      add_changes(changes, paste_cells(table(), block_of(group), {{text}}, document_.region()));
-    }
-  }
-  report(changes);
+  pane_.fill_selection(text);
   return true;
 }
 

@@ -29,7 +29,7 @@ bool CCellvaneView::handle_move_key(int key, Qt::KeyboardModifiers modifiers) {
     go_to(enter_target(enter, current_place(), shift ? -1 : 1, layout_));
     return true;
   }
-  const auto target = arrow_target(key, modifiers, shift ? lead_ : current_place(), layout_, *model_);
+  const auto target = arrow_target(key, modifiers, shift ? lead_ : current_place(), layout_, model_);
   if (!target) return false;
   if (shift) {
     extend_selection(*target);
@@ -48,13 +48,13 @@ bool CCellvaneView::handle_command_key(QKeyEvent& event) {
   } else if (event.key() == Qt::Key_Space && shift) {
     select_records_of_selection();
   } else if (event.key() == Qt::Key_Delete && event.modifiers() == Qt::NoModifier) {
-    clear();
+    pane_.clear();
   } else if (is_enter(event.key()) && control) {
-    emit search_wanted();
+    pane_.search();
   } else if (event.key() == Qt::Key_Semicolon && control) {
-    insert_today();
+    pane_.insert_today();
   } else if (event.key() == Qt::Key_Apostrophe && control) {
-    copy_from_above();
+    pane_.copy_from_above();
   } else if (event.key() == Qt::Key_F2 ||
              (is_enter(event.key()) && !control && !shift && enter == EnterKey::kEdit)) {
     edit(currentIndex(), EditKeyPressed, &event);
@@ -68,7 +68,7 @@ bool CCellvaneView::handle_command_key(QKeyEvent& event) {
 
 void CCellvaneView::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Escape) {
-    emit escape_pressed();
+    pane_.escape_pressed();
     return;
   }
   event->accept();
@@ -100,7 +100,7 @@ QModelIndex CCellvaneView::moveCursor(CursorAction action, Qt::KeyboardModifiers
       {MoveRight, Qt::Key_Right},   {MoveHome, Qt::Key_Home},        {MoveEnd, Qt::Key_End},
       {MovePageUp, Qt::Key_PageUp}, {MovePageDown, Qt::Key_PageDown}};
   for (const auto& [move, key] : kKeys) {
-    if (move == action) return index_of(arrow_target(key, modifiers, from, layout_, *model_).value_or(from));
+    if (move == action) return index_of(arrow_target(key, modifiers, from, layout_, model_).value_or(from));
   }
   return {};
 }
@@ -118,9 +118,9 @@ void CCellvaneView::mousePressEvent(QMouseEvent* event) {
     return;
   }
   if (event->button() != Qt::LeftButton) return;
-  if (event->modifiers() == Qt::ControlModifier && link_at(index).isValid()) {
+  if (event->modifiers() == Qt::ControlModifier && pane_.link_at(index).isValid()) {
     go_to(place);
-    open_link();
+    pane_.open_link();
     return;
   }
   dragging_ = true;
@@ -131,7 +131,7 @@ void CCellvaneView::mouseMoveEvent(QMouseEvent* event) {
   const QPoint point = event->position().toPoint();
   if (dragging_ && event->buttons().testFlag(Qt::LeftButton)) return drag_to(point);
   const QModelIndex index = indexAt(point);
-  const bool is_link = index.isValid() && table().field(static_cast<size_t>(index.column())).link &&
+  const bool is_link = index.isValid() && table_.field(static_cast<size_t>(index.column())).link &&
                        !index.data().toString().isEmpty();
   const bool opens = is_link && event->modifiers().testFlag(Qt::ControlModifier);
   viewport()->setCursor(opens ? Qt::PointingHandCursor : Qt::ArrowCursor);

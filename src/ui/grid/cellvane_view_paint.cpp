@@ -73,7 +73,7 @@ void CCellvaneView::draw_cells(QPainter& painter, CellPainter& cells, std::pair<
     const int left = layout_.left(place);
     const int width = layout_.width(place) - 1;
     for (int row = rows.first; row < rows.second; ++row) {
-      cells.draw(QRect(left, layout_.top(row), width, height - 1), model_->shown_cell(row, field));
+      cells.draw(QRect(left, layout_.top(row), width, height - 1), model_.shown_cell(row, field));
     }
   }
 }

@@ -8,16 +8,7 @@
 namespace rowvane {
 
 QModelIndex CCellvaneView::index_of(GridPlace place) const {
-  return model_->index(place.row, layout_.field_at(place.place));
-}
-
-std::optional<size_t> CCellvaneView::current_field() const {
-  if (layout_.place_count() == 0) return std::nullopt;
-  const QModelIndex current = currentIndex();
-  if (current.isValid()) return static_cast<size_t>(current.column());
-  const bool is_shown = chosen_field_ >= 0 && static_cast<size_t>(chosen_field_) < table().field_count() &&
-                        layout_.place_of(chosen_field_) >= 0;
-  return static_cast<size_t>(is_shown ? chosen_field_ : layout_.field_at(0));
+  return model_.index(place.row, layout_.field_at(place.place));
 }
 
 GridPlace CCellvaneView::current_place() const {
@@ -26,52 +17,15 @@ GridPlace CCellvaneView::current_place() const {
   return {current.row(), std::max(layout_.place_of(current.column()), 0)};
 }
 
-std::vector<CellGroup> CCellvaneView::selected_groups() const {
-  QItemSelection selection = selectionModel()->selection();
-  const QModelIndex current = currentIndex();
-  if (selection.isEmpty() && current.isValid()) selection.select(current, current);
-  return cell_groups(selection, layout_);
-}
-
-CellBlock CCellvaneView::block_of(const CellGroup& group) const {
-  CellBlock block;
-  block.records.reserve(static_cast<size_t>(count_rows(group.rows)));
-  for (const RowRange& range : group.rows) {
-    for (int row = range.first; row <= range.last; ++row) block.records.push_back(model_->record_at(row));
-  }
-  block.fields.assign(group.fields.begin(), group.fields.end());
-  return block;
-}
-
-CellBlock CCellvaneView::selected_block() const {
-  const std::vector<CellGroup> groups = selected_groups();
-  if (groups.size() == 1) return block_of(groups.front());
-  CellGroup all;
-  all.rows = selected_rows(selectionModel()->selection());
-  for (int place = 0; place < layout_.place_count(); ++place) {
-    const int field = layout_.field_at(place);
-    const auto has_field = [field](const CellGroup& group) {
-      return std::ranges::find(group.fields, field) != group.fields.end();
-    };
-    if (std::ranges::any_of(groups, has_field)) all.fields.push_back(field);
-  }
-  return block_of(all);
-}
-
-std::vector<uint32_t> CCellvaneView::selected_positions() const {
-  std::vector<uint32_t> positions;
-  QItemSelection selection = selectionModel()->selection();
-  const QModelIndex current = currentIndex();
-  if (selection.isEmpty() && current.isValid()) selection.select(current, current);
-  for (const RowRange& range : selected_rows(selection)) {
-    for (int row = range.first; row <= range.last; ++row) positions.push_back(model_->record_at(row) - 1);
-  }
-  std::ranges::sort(positions);
-  return positions;
-}
-
 bool CCellvaneView::is_selected(GridPlace place) const {
   return selectionModel()->isSelected(index_of(place));
+}
+
+QItemSelection CCellvaneView::cells_between(RowRange rows, int first_place, int last_place) const {
+  std::vector<size_t> fields;
+  for (int place = first_place; place <= last_place; ++place)
+    fields.push_back(static_cast<size_t>(layout_.field_at(place)));
+  return selection_of(model_, rows, std::move(fields));
 }
 
 // ---- making a selection
@@ -119,7 +73,7 @@ void CCellvaneView::apply_selection() {
     last_place = last.place;
   }
   QItemSelection selection = kept_;
-  selection.merge(selection_of(*model_, layout_, rows, first_place, last_place),
+  selection.merge(cells_between(rows, first_place, last_place),
                   removes_ ? QItemSelectionModel::Deselect : QItemSelectionModel::Select);
   selecting_ = true;
   selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
@@ -142,7 +96,7 @@ GridPlace CCellvaneView::seen_place() const {
 
 void CCellvaneView::select_fields(int place, Qt::KeyboardModifiers modifiers) {
   if (!finish_editing()) return;
-  chosen_field_ = layout_.field_at(place);
+  pane_.choose_field(static_cast<size_t>(layout_.field_at(place)));
   setFocus();
   if (!is_usable()) return show_headers();
   begin_selection({seen_place().row, place}, Span::kFields, modifiers);
@@ -167,26 +121,13 @@ void CCellvaneView::select_records_of_selection() {
   if (is_usable()) apply_selection();
 }
 
-void CCellvaneView::selectAll() {
-  if (!finish_editing() || !is_usable()) return;
-  const GridPlace lead = lead_;
-  anchor_ = {0, 0};
-  lead_ = {layout_.row_count() - 1, layout_.place_count() - 1};
-  kept_ = {};
-  removes_ = false;
-  span_ = Span::kCells;
-  apply_selection();
-  anchor_ = lead_ = lead;
-  setFocus();
-}
-
 // Of Qt's own ways to select, in pixels of the viewport.
 void CCellvaneView::setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command) {
   if (!is_usable()) return;
   const RowRange rows{layout_.nearest_row(rect.top()), layout_.nearest_row(rect.bottom())};
   const auto [first, last] =
       std::minmax(layout_.nearest_place(rect.left()), layout_.nearest_place(rect.right()));
-  selectionModel()->select(selection_of(*model_, layout_, rows, first, last), command);
+  selectionModel()->select(cells_between(rows, first, last), command);
 }
 
 // ---- what follows from a selection
@@ -195,50 +136,52 @@ void CCellvaneView::show_headers() {
   const QItemSelection selection = selectionModel()->selection();
   std::vector<bool> places(static_cast<size_t>(layout_.place_count()));
   for (const QItemSelectionRange& range : selection) {
-    for (int field = range.left(); field <= std::min(range.right(), model_->columnCount() - 1); ++field) {
+    for (int field = range.left(); field <= std::min(range.right(), model_.columnCount() - 1); ++field) {
       const int place = layout_.place_of(field);
       if (place >= 0) places[static_cast<size_t>(place)] = true;
     }
   }
   const QModelIndex current = currentIndex();
-  const int field = current.isValid() ? current.column() : chosen_field_;
-  const bool has_place = field >= 0 && field < model_->columnCount();
-  field_header_->show_place(has_place ? layout_.place_of(field) : -1, std::move(places));
+  const auto field = pane_.current_field();
+  field_header_->show_place(field ? layout_.place_of(static_cast<int>(*field)) : -1, std::move(places));
   record_header_->show_rows(current.isValid() ? current.row() : -1, selected_rows(selection));
 }
 
-void CCellvaneView::selectionChanged(const QItemSelection&, const QItemSelection&) {
-  viewport()->update();
-  show_headers();
-  summary_->begin(cell_groups(selectionModel()->selection(), layout_));
-  emit place_changed();
+// What was made from outside is where the next selection begins.
+void CCellvaneView::begin_at_current() {
+  anchor_ = lead_ = current_place();
+  kept_ = {};
+  removes_ = false;
+  span_ = Span::kCells;
 }
 
-// A cell that was made the current one from outside is where the next selection begins.
-void CCellvaneView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
-  QAbstractItemView::currentChanged(current, previous);
-  if (current.isValid() && !selecting_) {
-    anchor_ = lead_ = current_place();
-    kept_ = {};
-    removes_ = false;
-    span_ = Span::kCells;
-  }
-  if (current.isValid()) {
-    chosen_field_ = current.column();
-    current_field_id_ = table().field_id(static_cast<size_t>(current.column()));
-  }
+void CCellvaneView::selectionChanged(const QItemSelection&, const QItemSelection&) {
+  if (!selecting_) begin_at_current();
   viewport()->update();
   show_headers();
-  if (QAccessible::isActive() && current.isValid() && hasFocus()) {
-    QAccessibleEvent event(this, QAccessible::Focus);
-    if (QAccessibleInterface* grid = QAccessible::queryAccessibleInterface(this)) {
-      if (QAccessibleTableInterface* cells = grid->tableInterface()) {
-        event.setChild(grid->indexOfChild(cells->cellAt(current.row(), current_place().place)));
-      }
-    }
-    QAccessible::updateAccessibility(&event);
+}
+
+void CCellvaneView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  if (current.isValid() && rows_above_) {
+    const int top = std::max(current.row() - *rows_above_ - layout_.frozen_rows(), 0);
+    verticalScrollBar()->setValue(top * layout_.lines());
+    rows_above_.reset();
   }
-  emit place_changed();
+  QAbstractItemView::currentChanged(current, previous);
+  if (current.isValid() && !selecting_) begin_at_current();
+  viewport()->update();
+  show_headers();
+  if (QAccessible::isActive() && current.isValid() && hasFocus()) tell_screen_readers();
+}
+
+void CCellvaneView::tell_screen_readers() {
+  QAccessibleInterface* grid = QAccessible::queryAccessibleInterface(this);
+  QAccessibleEvent event(this, QAccessible::Focus);
+  if (QAccessibleTableInterface* cells = grid != nullptr ? grid->tableInterface() : nullptr) {
+    const GridPlace current = current_place();
+    event.setChild(grid->indexOfChild(cells->cellAt(current.row, current.place)));
+  }
+  QAccessible::updateAccessibility(&event);
 }
 
 }  // namespace rowvane

@@ -35,9 +35,8 @@ void draw_arrow(QPainter& painter, const QRect& rect, bool descending) {
 
 }  // namespace
 
-FieldHeader::FieldHeader(DatabaseDocument& document, const TableModel& model, const GridLayout& layout,
-                         QWidget* parent)
-    : QWidget(parent), document_(document), model_(model), layout_(layout) {
+FieldHeader::FieldHeader(TablePane& pane, const GridLayout& layout, QWidget* parent)
+    : QWidget(parent), pane_(pane), model_(pane.model()), layout_(layout) {
   setMouseTracking(true);
   setAccessibleName(tr("Fields"));
 }
@@ -51,14 +50,13 @@ void FieldHeader::show_place(int current, std::vector<bool> selected) {
 // ---- what stands in a head
 
 QString FieldHeader::criterion_text(int field) const {
-  const auto criterion = document_.criteria().criterion(model_.table(), static_cast<size_t>(field));
+  const auto criterion = pane_.document().criteria().criterion(model_.table(), static_cast<size_t>(field));
   if (!criterion) return {};
-  return to_qt(rowvane::criterion_text(*criterion, document_.database().settings().record_flag_types));
+  return to_qt(rowvane::criterion_text(*criterion, pane_.document().database().settings().record_flag_types));
 }
 
 QString FieldHeader::sort_mark(int field) const {
-  if (presentation_ == nullptr) return {};
-  const SortCodes& codes = presentation_->sort_codes();
+  const SortCodes& codes = pane_.presentation().sort_codes();
   const uint32_t code = codes[static_cast<size_t>(field)];
   if (code == 0) return {};
   const QString arrow = code < kDescendingSortCode ? QStringLiteral("↑") : QStringLiteral("↓");
@@ -68,7 +66,7 @@ QString FieldHeader::sort_mark(int field) const {
 
 int FieldHeader::wanted_height() const {
   const int line = fontMetrics().height();
-  const bool is_filtered = !document_.criteria().criteria(model_.table()).empty();
+  const bool is_filtered = !pane_.document().criteria().criteria(model_.table()).empty();
   return line * (is_filtered ? 2 : 1) + 2 * kHeaderMargin;
 }
 

@@ -3,9 +3,8 @@
 
 #include <QWidget>
 
-#include "ui/document/table_presentation.h"
 #include "ui/grid/grid_layout.h"
-#include "ui/grid/table_model.h"
+#include "ui/pane/table_pane.h"
 
 namespace rowvane {
 
@@ -16,12 +15,9 @@ class FieldHeader final : public QWidget {
   Q_OBJECT
 
  public:
-  // All must outlive the header.
-  FieldHeader(DatabaseDocument& document, const TableModel& model, const GridLayout& layout,
-              QWidget* parent = nullptr);
+  // Both must outlive the header.
+  FieldHeader(TablePane& pane, const GridLayout& layout, QWidget* parent = nullptr);
 
-  // Null: no field is a key.
-  void set_presentation(TablePresentation* presentation) { presentation_ = presentation; }
   // Places that are selected, and the one of the current cell; -1 for none.
   void show_place(int current, std::vector<bool> selected);
 
@@ -63,10 +59,9 @@ class FieldHeader final : public QWidget {
   void draw_place(QPainter& painter, int place);
   void draw_name(QPainter& painter, const QRect& rect, int field, bool is_current);
 
-  DatabaseDocument& document_;
+  TablePane& pane_;
   const TableModel& model_;
   const GridLayout& layout_;
-  TablePresentation* presentation_ = nullptr;
   int current_ = -1;
   std::vector<bool> selected_;
   Drag drag_ = Drag::kNone;

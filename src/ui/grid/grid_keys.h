@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "ui/grid/grid_layout.h"
-#include "ui/grid/table_model.h"
+#include "ui/pane/table_model.h"
 
 namespace rowvane {
 

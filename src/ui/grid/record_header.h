@@ -3,8 +3,9 @@
 
 #include <QWidget>
 
-#include "ui/grid/cell_selection.h"
-#include "ui/grid/table_model.h"
+#include "ui/grid/grid_layout.h"
+#include "ui/pane/cell_selection.h"
+#include "ui/pane/table_model.h"
 
 namespace rowvane {
 

@@ -1,4 +1,4 @@
-// What the cells of a grid show.
+// What the cells of a view show.
 #pragma once
 
 #include <QColor>
@@ -8,7 +8,7 @@
 
 #include "app/profile/profile_settings.h"
 #include "recordset/find/shown_texts.h"
-#include "ui/grid/content_texts.h"
+#include "ui/pane/content_texts.h"
 
 namespace rowvane {
 

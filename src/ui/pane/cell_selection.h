@@ -1,11 +1,9 @@
-// What is selected in a grid, by ranges instead of cells: a field of millions of records is one range.
+// What is selected of a table, by ranges instead of cells: a field of millions of records is one range.
 #pragma once
 
 #include <QItemSelection>
 #include <cstdint>
 #include <vector>
-
-#include "ui/grid/grid_layout.h"
 
 namespace rowvane {
 
@@ -29,14 +27,14 @@ struct CellGroup {
   int64_t size() const { return count_rows(rows) * static_cast<int64_t>(fields.size()); }
 };
 
-// The selected cells of the shown fields. One group where they are a block, if one with gaps.
-std::vector<CellGroup> cell_groups(const QItemSelection& selection, const GridLayout& layout);
+// The selected cells of FIELDS, those that are shown, in their order. One group where they are a block, if
+// one with gaps.
+std::vector<CellGroup> cell_groups(const QItemSelection& selection, const std::vector<size_t>& fields);
 
 // The rows with a selected cell.
 RowRanges selected_rows(const QItemSelection& selection);
 
-// Rows and places from corner to corner, both included, as the selection of MODEL has them.
-QItemSelection selection_of(const QAbstractItemModel& model, const GridLayout& layout, RowRange rows,
-                            int first_place, int last_place);
+// The cells of FIELDS in ROWS, as the selection of MODEL has them.
+QItemSelection selection_of(const QAbstractItemModel& model, RowRange rows, std::vector<size_t> fields);
 
 }  // namespace rowvane

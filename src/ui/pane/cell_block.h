@@ -8,7 +8,7 @@
 
 #include "core/table/work_sheet.h"
 #include "platform/regional_settings.h"
-#include "ui/grid/clipboard.h"
+#include "ui/pane/clipboard.h"
 
 namespace rowvane {
 

@@ -1,4 +1,4 @@
-#include "ui/grid/table_model.h"
+#include "ui/pane/table_model.h"
 
 #include <algorithm>
 
@@ -53,6 +53,7 @@ void TableModel::show_records(std::optional<RecordSet> records) {
   records_ = std::move(records);
   is_outdated_ = false;
   endResetModel();
+  emit settled();
 }
 
 uint32_t TableModel::record_at(int row) const {
@@ -99,6 +100,7 @@ void TableModel::follow(const CWorkSheet* changed) {
     make_texts();
     if (rowCount() > 0) emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
     emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
+    emit settled();
     return;
   }
   beginResetModel();
@@ -113,6 +115,7 @@ void TableModel::follow(const CWorkSheet* changed) {
   }
   make_texts();
   endResetModel();
+  emit settled();
   if (loses_records) emit outdated();
 }
 

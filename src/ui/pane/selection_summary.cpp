@@ -1,4 +1,4 @@
-#include "ui/grid/selection_summary.h"
+#include "ui/pane/selection_summary.h"
 
 #include <cmath>
 

@@ -1,4 +1,4 @@
-// The beginnings and ends of long texts, as far as grids show them.
+// The beginnings and ends of long texts, as far as cells show them.
 #pragma once
 
 #include <QCache>

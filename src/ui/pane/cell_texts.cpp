@@ -1,4 +1,4 @@
-#include "ui/grid/cell_texts.h"
+#include "ui/pane/cell_texts.h"
 
 #include <QDateTime>
 #include <QFileInfo>

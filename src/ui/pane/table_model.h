@@ -1,4 +1,4 @@
-// The records of a table as a grid shows them.
+// The records of a table as its views show them.
 #pragma once
 
 #include <QAbstractTableModel>
@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "ui/document/database_document.h"
-#include "ui/grid/cell_texts.h"
+#include "ui/pane/cell_texts.h"
 
 namespace rowvane {
 
@@ -64,6 +64,8 @@ class TableModel final : public QAbstractTableModel {
 
  signals:
   void told(const QString& text);
+  // After each change, when all views have followed it.
+  void settled();
   // Records came or went in a way that was not expected: those that are shown need to be worked out anew.
   void outdated();
 

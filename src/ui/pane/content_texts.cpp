@@ -1,4 +1,4 @@
-#include "ui/grid/content_texts.h"
+#include "ui/pane/content_texts.h"
 
 #include <QLocale>
 #include <memory>

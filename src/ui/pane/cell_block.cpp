@@ -1,4 +1,4 @@
-#include "ui/grid/cell_block.h"
+#include "ui/pane/cell_block.h"
 
 #include <algorithm>
 #include <optional>
@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "core/database/database.h"
-#include "ui/grid/table_model.h"
+#include "ui/pane/table_model.h"
 
 namespace rowvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "ui/grid/clipboard.h"
+#include "ui/pane/clipboard.h"
 
 #include <QTextDocument>
 #include <QTextFrame>

@@ -6,8 +6,8 @@
 #include <optional>
 
 #include "core/values/exact_sum.h"
-#include "ui/grid/cell_selection.h"
-#include "ui/grid/table_model.h"
+#include "ui/pane/cell_selection.h"
+#include "ui/pane/table_model.h"
 
 namespace rowvane {
 

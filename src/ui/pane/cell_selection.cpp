@@ -1,6 +1,7 @@
-#include "ui/grid/cell_selection.h"
+#include "ui/pane/cell_selection.h"
 
 #include <algorithm>
+#include <map>
 
 namespace rowvane {
 namespace {
@@ -26,25 +27,23 @@ int64_t count_rows(const RowRanges& rows) {
   return count;
 }
 
-std::vector<CellGroup> cell_groups(const QItemSelection& selection, const GridLayout& layout) {
-  std::vector<RowRanges> by_place(static_cast<size_t>(layout.place_count()));
+std::vector<CellGroup> cell_groups(const QItemSelection& selection, const std::vector<size_t>& fields) {
+  std::map<size_t, RowRanges> by_field;
   for (const QItemSelectionRange& range : selection) {
-    for (int field = range.left(); field <= range.right(); ++field) {
-      const int place = layout.place_of(field);
-      if (place >= 0) by_place[static_cast<size_t>(place)].push_back({range.top(), range.bottom()});
-    }
+    for (int field = range.left(); field <= range.right(); ++field)
+      by_field[static_cast<size_t>(field)].push_back({range.top(), range.bottom()});
   }
   std::vector<CellGroup> groups;
-  for (size_t place = 0; place < by_place.size(); ++place) {
-    RowRanges& rows = by_place[place];
-    if (rows.empty()) continue;
+  for (const size_t field : fields) {
+    const auto found = by_field.find(field);
+    if (found == by_field.end()) continue;
+    RowRanges& rows = found->second;
     merge_rows(rows);
-    const int field = layout.field_at(static_cast<int>(place));
     const auto same = std::ranges::find(groups, rows, &CellGroup::rows);
     if (same != groups.end()) {
-      same->fields.push_back(field);
+      same->fields.push_back(static_cast<int>(field));
     } else {
-      groups.push_back({std::move(rows), {field}});
+      groups.push_back({std::move(rows), {static_cast<int>(field)}});
     }
   }
   return groups;
@@ -57,17 +56,14 @@ RowRanges selected_rows(const QItemSelection& selection) {
   return rows;
 }
 
-QItemSelection selection_of(const QAbstractItemModel& model, const GridLayout& layout, RowRange rows,
-                            int first_place, int last_place) {
-  std::vector<int> fields;
-  for (int place = first_place; place <= last_place; ++place) fields.push_back(layout.field_at(place));
+QItemSelection selection_of(const QAbstractItemModel& model, RowRange rows, std::vector<size_t> fields) {
   std::ranges::sort(fields);
   QItemSelection selection;
   for (size_t begin = 0; begin < fields.size();) {
     size_t end = begin + 1;
     while (end < fields.size() && fields[end] == fields[end - 1] + 1) ++end;
-    selection.append(
-        QItemSelectionRange(model.index(rows.first, fields[begin]), model.index(rows.last, fields[end - 1])));
+    selection.append(QItemSelectionRange(model.index(rows.first, static_cast<int>(fields[begin])),
+                                         model.index(rows.last, static_cast<int>(fields[end - 1]))));
     begin = end;
   }
   return selection;

@@ -1,4 +1,4 @@
-#include "ui/grid/links.h"
+#include "ui/pane/links.h"
 
 #include <QDesktopServices>
 #include <QDir>
