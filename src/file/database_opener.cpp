@@ -5,6 +5,7 @@
 #include <new>
 
 #include "core/database/names.h"
+#include "core/log.h"
 #include "core/parallel_blocks.h"
 #include "core/utf8.h"
 #include "exchange/text/file_list_text.h"
@@ -64,6 +65,7 @@ DatabaseOpener::DatabaseOpener(const std::string& path, const Options& options, 
       password_(std::move(password)) {}
 
 OpenedDatabase DatabaseOpener::run() {
+  LogScope log(LogCategory::kOpening, path_);
   progress_.begin("Opening Database");
   try {
     result_.error = read_all();
@@ -76,6 +78,7 @@ OpenedDatabase DatabaseOpener::run() {
     result_.database.reset();
     result_.notices.clear();
   }
+  if (result_.database != nullptr) log.note(result_.database->tables().size(), "tables");
   return std::move(result_);
 }
 

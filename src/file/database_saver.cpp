@@ -7,6 +7,7 @@
 
 #include "core/database/binary_names.h"
 #include "core/database/names.h"
+#include "core/log.h"
 #include "core/parallel_blocks.h"
 #include "core/utf8.h"
 #include "crypto/field_encryption.h"
@@ -275,7 +276,7 @@ ErrorCode DatabaseSaver::write_table(const CWorkSheet& table) {
   for (size_t i = 0; i < fields.size(); ++i) fields[i] = i;
   TextDialect dialect;
   dialect.native = true;
-  const TextFormatter formatter(table, std::move(fields), TextFileSettings(), dialect);
+  const TextFormatter formatter(table, fields, TextFileSettings(), dialect);
   const uint32_t records = table.record_count();
   const uint32_t step = records_per_block(formatter, records);
   const uint64_t blocks = std::max<uint64_t>(1, (uint64_t{records} + step - 1) / step);
@@ -463,6 +464,7 @@ std::string check_save_variant(SaveVariant variant) {
 
 SaveResult DatabaseFile::save(const std::string& path, const SaveSettings& settings, const Options& options,
                               Progress& progress) {
+  const LogScope log(LogCategory::kSaving, path);
   return DatabaseSaver(*this, settings, options, progress).run(path);
 }
 

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "core/database/names.h"
+#include "core/log.h"
 #include "core/messages/file_error.h"
 #include "core/parallel_blocks.h"
 #include "exchange/text/text_stream.h"
@@ -49,8 +50,12 @@ TextImportResult import_text_file(const std::string& path, const TextImport& set
   platform::InputFile file;
   if (const auto error = file_error(file.open(path), ErrorCode::kFileOpen); error != ErrorCode::kOk)
     return failed(error);
+  LogScope log(LogCategory::kOpening, path);
   FileTextSource source(file);
-  return import_text(source, settings, text_load_plan(settings.text, settings.region), progress);
+  TextImportResult result =
+      import_text(source, settings, text_load_plan(settings.text, settings.region), progress);
+  if (result.table != nullptr) log.note(result.table->record_count(), "records");
+  return result;
 }
 
 TextImportResult import_text_block(std::string_view text, const TextImport& settings, Progress& progress) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/database/database.h"
+#include "core/log.h"
 #include "core/messages/messages.h"
 #include "core/parallel_blocks.h"
 #include "formula/passes/field_pass.h"
@@ -36,11 +37,15 @@ class Recalculator {
       : formulas_(formulas), threads_(thread_count(threads)), progress_(progress) {}
 
   ErrorCode run_all_records(const CalculatedField& field) {
+    LogScope log(LogCategory::kPasses, field.table->field(field.field).name);
+    log.note(field.table->record_count(), "records");
     Column column = calculate_column(pass_of(field));
     return progress_.cancelled() ? ErrorCode::kOk : store_column(field, std::move(column));
   }
 
   ErrorCode run_records(const CalculatedField& field, const std::vector<uint32_t>& positions) {
+    LogScope log(LogCategory::kPasses, field.table->field(field.field).name);
+    log.note(positions.size(), "records");
     Column cells = calculate_cells(pass_of(field), positions);
     const Column stored = select_cells(field.table->column(field.field), positions);
     if (same_values(cells, stored)) return ErrorCode::kOk;

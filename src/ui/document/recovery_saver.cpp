@@ -6,6 +6,7 @@
 #include <thread>
 #include <utility>
 
+#include "core/log.h"
 #include "ui/long_task.h"
 #include "ui/text.h"
 
@@ -49,6 +50,7 @@ class RecoverySaver::Writer final : public Progress {
 
  private:
   void write() {
+    const LogScope log(LogCategory::kRecovery, to_utf8(copy_));
     SaveSettings settings;
     settings.as_copy = true;
     const SaveResult result = document_->file().save(to_utf8(copy_), settings, options_, *this);
