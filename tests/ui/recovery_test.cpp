@@ -140,7 +140,7 @@ TEST_F(RecoveryTest, DiscardedAndUnfinishedCopiesAreRemoved) {
 TEST_F(RecoveryTest, APauseMakesTheCopyAndAChangeEndsItsWriting) {
   auto frame = start();
   frame->new_database();
-  CWorkSheet& table = frame->current_window()->view()->table();
+  CWorkSheet& table = frame->current_window()->pane()->table();
   // So much text that writing it takes a while.
   constexpr uint32_t kRecords = 200'000;
   ASSERT_EQ(table.insert_records(1, kRecords), ErrorCode::kOk);
@@ -152,7 +152,7 @@ TEST_F(RecoveryTest, APauseMakesTheCopyAndAChangeEndsItsWriting) {
   const RecoverySaver& recovery = frame->recovery();
   ASSERT_TRUE(QTest::qWaitFor([&] { return recovery.is_writing(); }, 20'000));
 
-  EXPECT_EQ(frame->current_window()->view()->table().value_text(1, 0), "");
+  EXPECT_EQ(frame->current_window()->pane()->table().value_text(1, 0), "");
   EXPECT_TRUE(recovery.is_writing()) << "reading does not disturb it";
   type_into(*frame, "typed");
   EXPECT_FALSE(recovery.is_writing());

@@ -297,7 +297,7 @@ Value FormulaEvaluator::qualify(const Value& left, const Value& right) const {
   if (!field || table->field(*field).encrypted) return missing;
   if (table->record_count() == 0) return Value(Scalar::of(FormulaError::kNull));
   const auto column = static_cast<uint16_t>(*field);
-  return Value(Reference{table, 0, table->record_count() - 1, column, column, false});
+  return Value(Reference{table, 0, table->record_count(), column, static_cast<uint16_t>(column + 1), false});
 }
 
 // ---- functions
