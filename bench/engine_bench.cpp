@@ -81,13 +81,11 @@ uint64_t table_bytes(const CWorkSheet& table) {
   return bytes;
 }
 
-std::string notice_numbers(const std::vector<Notice>& notices) {
+std::string notice_numbers(const std::vector<UserText>& notices) {
   std::string text = "[";
-  for (const Notice& notice : notices) {
+  for (const UserText& notice : notices) {
     if (text.size() > 1) text += ", ";
-    const auto* id = std::get_if<MessageId>(&notice);
-    text +=
-        std::to_string(id != nullptr ? static_cast<int>(*id) : static_cast<int>(std::get<ErrorCode>(notice)));
+    text += std::to_string(notice.number());
   }
   return text + "]";
 }
@@ -118,7 +116,7 @@ TextImportResult open_text(const std::string& path) {
   settings.table_name = "flights";
   settings.threads = kThreads;
   TextImportResult result = import_text_file(path, settings);
-  if (result.status != Status::kOk) fail(path + ": " + std::string(error_text(result.error)));
+  if (!result.is_done()) fail(path + ": " + result.failure.text());
   return result;
 }
 
@@ -131,13 +129,13 @@ void take_table(Database& database, std::unique_ptr<CWorkSheet> table) {
 void save_database(DatabaseFile& file, const std::string& path, int level) {
   SaveSettings settings;
   settings.level = level;
-  const SaveResult result = file.save(path, settings, bench_options());
-  if (result.error != ErrorCode::kOk) fail(path + ": " + std::string(error_text(result.error)));
+  const Outcome result = file.save(path, settings, bench_options());
+  if (!result.is_done()) fail(path + ": " + result.failure.text());
 }
 
 OpenedDatabase open_saved(const std::string& path, const std::shared_ptr<const Secret>& password = nullptr) {
   OpenedDatabase opened = open_database(path, bench_options(), nullptr, Progress::none(), password);
-  if (opened.error != ErrorCode::kOk) fail(path + ": " + std::string(error_text(opened.error)));
+  if (!opened.is_done()) fail(path + ": " + opened.failure.text());
   return opened;
 }
 
@@ -177,7 +175,7 @@ void run_export(const Arguments& arguments) {
   settings.threads = kThreads;
   TextExportResult result;
   const double ms = timed_ms([&] { result = export_text(*opened.table, arguments[1], settings); });
-  if (result.status != Status::kOk) fail(arguments[1] + ": " + std::string(error_text(result.error)));
+  if (!result.is_done()) fail(arguments[1] + ": " + result.failure.text());
   Figures().add("ms", ms).print();
 }
 
@@ -285,7 +283,7 @@ void run_calculate(const Arguments& arguments) {
   settings.threads = kThreads;
   RecalculationResult result;
   const double ms = timed_ms([&] { result = recalculate(database, settings, FormulaSettings()); });
-  if (result.error != ErrorCode::kOk || result.fields != 1) fail("can't calculate");
+  if (!result.is_done() || result.fields != 1) fail("can't calculate");
   Figures figures;
   figures.add("ms", ms).add("sum", static_cast<int64_t>(column_sum(table.column(index)) + 0.5));
   add_content(figures, table);
@@ -382,7 +380,7 @@ void run_sort(const Arguments& arguments) {
   RecordSetResult result;
   const double ms =
       timed_ms([&] { result = sort_records(*opened.table, all, keys, sort_options, bench_options()); });
-  if (result.error != ErrorCode::kOk) fail("can't sort");
+  if (!result.is_done()) fail("can't sort");
   print_sorted(ms, *opened.table, result.records);
 }
 
@@ -394,7 +392,7 @@ void run_duplicates(const Arguments& arguments) {
   RecordSetResult result;
   const double ms =
       timed_ms([&] { result = find_duplicates(*opened.table, all, search, SortOptions(), bench_options()); });
-  if (result.error != ErrorCode::kOk) fail("can't find duplicates");
+  if (!result.is_done()) fail("can't find duplicates");
   print_found(ms, *opened.table, result.records);
 }
 
@@ -406,7 +404,7 @@ void run_quartiles(const Arguments& arguments) {
   const RecordSet all = all_records(*opened.table);
   QuartileResult result;
   const double ms = timed_ms([&] { result = find_quartiles(*opened.table, all, search, bench_options()); });
-  if (result.error != ErrorCode::kOk) fail("can't find quartiles");
+  if (!result.is_done()) fail("can't find quartiles");
   print_found(ms, *opened.table, result.records);
 }
 

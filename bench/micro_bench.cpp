@@ -198,7 +198,7 @@ void format_range(benchmark::State& state) {
   TextImport import;
   import.threads = 1;
   const TextImportResult opened = import_text_block(g_flights, import);
-  if (opened.status != Status::kOk) fail("can't open the sample");
+  if (!opened.is_done()) fail("can't open the sample");
   std::vector<size_t> fields(opened.table->field_count());
   for (size_t i = 0; i < fields.size(); ++i) fields[i] = i;
   const TextFormatter formatter(*opened.table, fields, TextFileSettings(), TextDialect());

@@ -8,7 +8,8 @@ namespace {
 std::string one_line(std::string_view text) {
   std::string line;
   for (const char c : text) {
-    if (c != '\n') {
+    const bool is_blank = c == '\n' || (c == ' ' && line.empty());
+    if (!is_blank) {
       line += c;
     } else if (!line.empty() && line.back() != ' ') {
       line += ' ';
@@ -24,37 +25,11 @@ void print(std::string_view text) {
   std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
-std::string numbered(const Notice& notice) {
-  const auto* id = std::get_if<MessageId>(&notice);
-  const std::string label = id != nullptr
-                                ? "message " + std::to_string(static_cast<int>(*id))
-                                : "error " + std::to_string(static_cast<int>(std::get<ErrorCode>(notice)));
-  return label + ": " + notice_text(notice);
-}
-
 }  // namespace
 
-int fail(std::string_view text) {
-  print(text);
+int fail(const UserText& text) {
+  print(text.numbered_text());
   return kFailed;
-}
-
-int fail(ErrorCode error) {
-  return fail(numbered(error));
-}
-
-int fail(MessageId message) {
-  return fail(numbered(message));
-}
-
-int fail(Status status) {
-  return status == Status::kCancelled
-             ? fail("status 'r': cancelled")
-             : fail("status 21: the file can't be opened or the table can't be created");
-}
-
-int done(ErrorCode error) {
-  return error == ErrorCode::kOk ? kDone : fail(error);
 }
 
 int fail_usage(std::string_view text) {
@@ -62,16 +37,23 @@ int fail_usage(std::string_view text) {
   return kWrongArguments;
 }
 
-void warn(std::string_view text) {
-  print("warning " + std::string(text));
+void warn(const UserText& text) {
+  print("warning " + text.numbered_text());
 }
 
-void warn(const Notice& notice) {
-  warn(numbered(notice));
+int accept(const Check& check, Questions& questions, std::string_view not_done) {
+  if (!check.passes()) return fail(check.refusal);
+  if (!check.question.empty() && !questions.ask(check.question.text()))
+    return fail(std::string(not_done) + ": " + check.question.text());
+  if (!check.notice.empty()) warn(check.notice);
+  return kDone;
 }
 
-void warn(const std::vector<Notice>& notices) {
-  for (const Notice& notice : notices) warn(notice);
+int report(const Outcome& outcome) {
+  if (outcome.cancelled) return fail("status 'r': cancelled");
+  if (!outcome.failure.empty()) return fail(outcome.failure);
+  for (const UserText& notice : outcome.notices) warn(notice);
+  return kDone;
 }
 
 }  // namespace rowvane::cli

@@ -1,11 +1,11 @@
 // What the terminal program tells on the standard error stream.
 #pragma once
 
-#include <string>
 #include <string_view>
-#include <vector>
 
-#include "core/messages/status.h"
+#include "core/messages/check.h"
+#include "core/messages/outcome.h"
+#include "core/messages/questions.h"
 
 namespace rowvane::cli {
 
@@ -13,21 +13,17 @@ inline constexpr int kDone = 0;
 inline constexpr int kFailed = 1;
 inline constexpr int kWrongArguments = 2;
 
-inline constexpr std::string_view kInvalidFormula = "Invalid formula!";
-
-// Each prints one line, "rvb: ..." (line ends within a text become blanks), and answers kFailed.
-int fail(ErrorCode error);
-int fail(MessageId message);
-int fail(Status status);
-int fail(std::string_view text);
-// kDone when ERROR is kOk, else as fail.
-int done(ErrorCode error);
+// Prints one line, "rvb: message 180: ..." (line ends within a text become blanks), and answers kFailed.
+int fail(const UserText& text);
 // The same for arguments that are wrong: answers kWrongArguments.
 int fail_usage(std::string_view text);
-
 // "rvb: warning message 123: ..."
-void warn(const Notice& notice);
-void warn(std::string_view text);
-void warn(const std::vector<Notice>& notices);
+void warn(const UserText& text);
+
+// kDone when the operation that CHECK is about can be run: it has no refusal and its question was answered
+// Yes. The notice is printed then. NOT_DONE goes before a question that was not, "not saved".
+int accept(const Check& check, Questions& questions, std::string_view not_done = "not changed");
+// kDone, after printing the notices, when the operation was completed.
+int report(const Outcome& outcome);
 
 }  // namespace rowvane::cli

@@ -23,11 +23,8 @@ int Session::open(const std::string& path, const TextOptions& text) {
   if (const std::string wrong = text.apply(settings); !wrong.empty()) return fail_usage(wrong);
   DatabaseOpening opened =
       OpenDatabase::open(path, settings, options_, &questions_, progress_, global_.password);
-  if (opened.cancelled) return fail(Status::kCancelled);
-  if (opened.error != ErrorCode::kOk) return fail(opened.error);
   open_ = std::move(opened.database);
-  warn(open_->notices());
-  return kDone;
+  return report(opened);
 }
 
 int Session::open_or_create(const std::string& path, const TextOptions& text) {
@@ -74,15 +71,11 @@ int Session::save(const SaveOptions& save) {
   const bool converts = save.container == "auto" && open_->has_older_container() &&
                         questions_.ask(message(MessageId::kConvertToZip64));
   if (save.container == "zip64" || converts) settings.variant = SaveVariant::kZip64;
-  const std::string question = check_save_variant(settings.variant);
-  if (!question.empty() && !questions_.ask(question)) return fail("not saved: " + question);
+  const int status = accept(check_save_variant(settings.variant), questions_, "not saved");
+  if (status != kDone) return status;
   open_->database().clean_pools();
   const std::string path = save.output.empty() ? open_->path() : save.output;
-  const SaveResult result = open_->save(path, settings, progress_);
-  if (result.cancelled) return fail(Status::kCancelled);
-  if (result.error != ErrorCode::kOk) return fail(result.error);
-  warn(result.notices);
-  return kDone;
+  return report(open_->save(path, settings, progress_));
 }
 
 }  // namespace rowvane::cli

@@ -28,8 +28,8 @@ int CollationOptions::apply(const Session& session, SortOptions& options) const 
   options = session.global().sort;
   if (collation == "neutral") choose_collation(options, SortCollation::kNeutral);
   if (collation == "language") choose_collation(options, SortCollation::kLanguage);
-  if (case_sensitive) check_case_sensitive(options, true);
-  if (ignore_punctuation) check_ignore_punctuation(options, true);
+  if (case_sensitive) set_case_sensitive(options, true);
+  if (ignore_punctuation) set_ignore_punctuation(options, true);
   if (!ignore_punctuation || options.ignore_punctuation) return kDone;
   return fail_usage("--ignore-punctuation needs the collation of a language");
 }
@@ -53,10 +53,8 @@ int SortArguments::sort(Session& session, const CWorkSheet& table, RecordSet& re
   for (size_t i = 0; i < keys.size(); ++i) sort_keys.push_back({fields[i], keys[i].starts_with('-')});
   RecordSetResult result =
       sort_records(table, records, sort_keys, options, session.options(), session.progress());
-  if (result.error != ErrorCode::kOk) return fail(result.error);
-  if (result.cancelled) return fail(Status::kCancelled);
   records = std::move(result.records);
-  return kDone;
+  return report(result);
 }
 
 }  // namespace rowvane::cli

@@ -23,18 +23,20 @@ std::string apply_separator(const std::string& text, TextFileSettings& settings)
     controls.separator = text == "\t" ? kTabSeparator : kOtherSeparator;
     controls.other_separator = text;
   }
-  const std::string wrong = check_text_settings_controls(controls);
-  if (wrong.empty()) settings = read_text_settings(controls, settings);
-  return wrong.empty() ? wrong : "--separator: " + wrong;
+  const Check check = check_text_settings_controls(controls);
+  if (!check.passes()) return "--separator: " + check.refusal.text();
+  settings = read_text_settings(controls, settings);
+  return {};
 }
 
 std::string apply_widths(const std::string& text, TextFileSettings& settings) {
   TextSettingsControls controls = show_text_settings(settings);
   controls.fixed_widths = true;
   controls.widths = text;
-  const std::string wrong = check_text_settings_controls(controls);
-  if (wrong.empty()) settings = read_text_settings(controls, settings);
-  return wrong.empty() ? wrong : "--widths: " + wrong;
+  const Check check = check_text_settings_controls(controls);
+  if (!check.passes()) return "--widths: " + check.refusal.text();
+  settings = read_text_settings(controls, settings);
+  return {};
 }
 
 std::string apply_quote(const std::string& text, TextFileSettings& settings) {

@@ -13,8 +13,8 @@ constexpr size_t kShownBytes = 100;  // of a text that is refused
 std::optional<Criterion> read_criterion(std::string_view typed) {
   if (typed == "k") return is_empty_criterion();
   if (typed.size() < 2 || typed[1] != ':') return std::nullopt;
-  CriterionEntry entry = check_criterion_entry(typed.substr(2));
-  if (entry.warning) warn(texts::kEntryTruncated);
+  TextEntry entry = read_criterion_entry(typed.substr(2));
+  if (!entry.warning.empty()) warn(entry.warning);
   return parse_criterion(std::string(typed.substr(0, 2)) + entry.text);
 }
 

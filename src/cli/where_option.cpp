@@ -12,11 +12,10 @@ namespace {
 
 int read_key(const CWorkSheet& table, const std::string& name, Search& search) {
   const auto place = CurrentSearchKey{name}.find(table);
-  const std::string wrong = check_search_key(table, place);
-  if (!wrong.empty()) return fail(wrong);
+  if (const Check check = check_search_key(table, place); !check.passes()) return fail(check.refusal);
   for (const SearchExpression& expression : table.search_keys()[*place].expressions) {
     const auto criterion = parse_criterion(expression.criterion);
-    if (!criterion) return fail(std::string(texts::kIncorrectSearchKey));
+    if (!criterion) return fail(texts::kIncorrectSearchKey);
     search.criteria.push_back({expression.field, *criterion});
   }
   return kDone;
@@ -54,9 +53,7 @@ int WhereArguments::search(Session& session, const CWorkSheet& table, RecordSet&
     if (const int status = read_field_criterion(table, typed, criterion); status != kDone) return status;
   }
   SearchResult result = rowvane::search(table, settings, FormulaSettings(), session.progress());
-  if (!result.failure.empty()) return fail(result.failure);
-  if (result.cancelled) return fail(Status::kCancelled);
-  for (const std::string& notice : result.notices) warn(notice);
+  if (const int status = report(result); status != kDone) return status;
   records = std::move(result.records);
   return kDone;
 }

@@ -250,35 +250,35 @@ using MakeColumn = ErrorCode (*)(const CWorkSheet&, size_t, const FieldEncryptio
                                  NewColumn&);
 
 // Makes all columns before the first one is replaced.
-FieldEncryptionResult replace_fields(CWorkSheet& table, const FieldEncryptionSettings& settings,
-                                     Progress& progress, std::string_view caption, MakeColumn make) {
-  FieldEncryptionResult result;
+Outcome replace_fields(CWorkSheet& table, const FieldEncryptionSettings& settings, Progress& progress,
+                       std::string_view caption, MakeColumn make) {
+  ErrorCode error = ErrorCode::kOk;
   progress.begin(caption);
   std::vector<NewColumn> columns(settings.fields.size());
   try {
-    for (size_t i = 0; i < columns.size() && result.error == ErrorCode::kOk; ++i)
-      result.error = make(table, settings.fields[i], settings, progress, columns[i]);
+    for (size_t i = 0; i < columns.size() && error == ErrorCode::kOk; ++i)
+      error = make(table, settings.fields[i], settings, progress, columns[i]);
   } catch (const std::bad_alloc&) {
-    result.error = ErrorCode::kOutOfMemory;
+    error = ErrorCode::kOutOfMemory;
   }
-  result.cancelled = progress.cancelled();
-  if (result.error != ErrorCode::kOk || result.cancelled) return result;
+  Outcome outcome = error;
+  outcome.cancelled = progress.cancelled();
+  if (!outcome.is_done()) return outcome;
   std::optional<ChangeGroup> step;
   if (table.database() != nullptr) step.emplace(*table.database(), std::string(caption));
-  for (size_t i = 0; i < columns.size() && result.error == ErrorCode::kOk; ++i) {
-    result.error = table.replace_column(settings.fields[i], std::move(columns[i].definition),
-                                        std::move(columns[i].column));
+  for (size_t i = 0; i < columns.size() && error == ErrorCode::kOk; ++i) {
+    error = table.replace_column(settings.fields[i], std::move(columns[i].definition),
+                                 std::move(columns[i].column));
   }
-  if (result.error != ErrorCode::kOk && step) step->roll_back();
-  return result;
+  if (error != ErrorCode::kOk && step) step->roll_back();
+  return error;
 }
 
-std::optional<Notice> check_indices(const CWorkSheet& table, const std::vector<size_t>& fields) {
+Check check_indices(const CWorkSheet& table, const std::vector<size_t>& fields) {
   std::set<size_t> seen;
   const bool valid = std::ranges::all_of(
       fields, [&](size_t index) { return index < table.field_count() && seen.insert(index).second; });
-  if (fields.empty() || !valid) return ErrorCode::kInvalidCacheIndex;
-  return std::nullopt;
+  return valid && !fields.empty() ? Check() : Check(ErrorCode::kInvalidCacheIndex);
 }
 
 // True for a cell that an encrypted field may have.
@@ -305,17 +305,15 @@ bool is_intact(const Column& column, size_t position, const std::string& salt) {
 
 }  // namespace
 
-std::optional<Notice> check_encrypt_fields(const CWorkSheet& table, const FieldEncryptionSettings& settings) {
-  if (const auto wrong = check_indices(table, settings.fields)) return wrong;
+Check check_encrypt_fields(const CWorkSheet& table, const FieldEncryptionSettings& settings) {
+  if (Check check = check_indices(table, settings.fields); !check.passes()) return check;
   const auto is_encrypted = [&table](size_t index) { return table.field(index).encrypted; };
   if (std::ranges::any_of(settings.fields, is_encrypted)) return ErrorCode::kEncryptedField;
-  const PasswordCheck password = check_new_password(settings.password, settings.repeated);
-  if (password.refusal) return *password.refusal;
-  return std::nullopt;
+  return check_new_password(settings.password, settings.repeated);
 }
 
-std::optional<Notice> check_decrypt_fields(const CWorkSheet& table, const FieldEncryptionSettings& settings) {
-  if (const auto wrong = check_indices(table, settings.fields)) return wrong;
+Check check_decrypt_fields(const CWorkSheet& table, const FieldEncryptionSettings& settings) {
+  if (Check check = check_indices(table, settings.fields); !check.passes()) return check;
   for (const size_t index : settings.fields) {
     const Field& field = table.field(index);
     if (!field.encrypted) return ErrorCode::kFieldTypeMismatch;
@@ -325,7 +323,7 @@ std::optional<Notice> check_decrypt_fields(const CWorkSheet& table, const FieldE
     const ErrorCode error = field_key(settings.password, *header, key);
     if (error != ErrorCode::kOk) return error;
   }
-  return std::nullopt;
+  return {};
 }
 
 FieldType plain_type(const Field& field) {
@@ -333,17 +331,15 @@ FieldType plain_type(const Field& field) {
   return header ? header->plain_type : field.type;
 }
 
-FieldEncryptionResult encrypt_fields(CWorkSheet& table, const FieldEncryptionSettings& settings,
-                                     Progress& progress) {
+Outcome encrypt_fields(CWorkSheet& table, const FieldEncryptionSettings& settings, Progress& progress) {
   return replace_fields(table, settings, progress, kEncryptFieldsTitle, encrypt_column);
 }
 
-FieldEncryptionResult decrypt_fields(CWorkSheet& table, const FieldEncryptionSettings& settings,
-                                     Progress& progress) {
+Outcome decrypt_fields(CWorkSheet& table, const FieldEncryptionSettings& settings, Progress& progress) {
   return replace_fields(table, settings, progress, kDecryptFieldsTitle, decrypt_column);
 }
 
-ErrorCode check_encrypted_fields(const CWorkSheet& table, int threads) {
+ErrorCode verify_encrypted_fields(const CWorkSheet& table, int threads) {
   std::atomic<ErrorCode> error = ErrorCode::kOk;
   for (size_t index = 0; index < table.field_count() && error == ErrorCode::kOk; ++index) {
     if (!table.field(index).encrypted) continue;

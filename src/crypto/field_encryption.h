@@ -11,7 +11,7 @@
 
 #include <vector>
 
-#include "core/messages/status.h"
+#include "core/messages/outcome.h"
 #include "core/progress.h"
 #include "core/table/work_sheet.h"
 #include "crypto/protection.h"
@@ -30,31 +30,26 @@ struct FieldEncryptionSettings {
 inline constexpr std::string_view kEncryptFieldsTitle = "Encrypt Field Data";
 inline constexpr std::string_view kDecryptFieldsTitle = "Decrypt Field Data";
 
-// Why fields can't be encrypted, or nothing: the messages of check_new_password; kEncryptedField for one that
+// Why fields can't be encrypted: the messages of check_new_password; kEncryptedField for one that
 // is encrypted already; kInvalidCacheIndex for none, for one twice and for one that is not there.
-std::optional<Notice> check_encrypt_fields(const CWorkSheet& table, const FieldEncryptionSettings& settings);
+Check check_encrypt_fields(const CWorkSheet& table, const FieldEncryptionSettings& settings);
 // Why they can't be decrypted: kInvalidPassword when it is not that of all fields; kFieldTypeMismatch for one
 // that is not encrypted; kFileDecrypt when what decrypting needs is damaged; kInvalidCacheIndex as above.
-std::optional<Notice> check_decrypt_fields(const CWorkSheet& table, const FieldEncryptionSettings& settings);
+Check check_decrypt_fields(const CWorkSheet& table, const FieldEncryptionSettings& settings);
 
 // The type of FIELD's values when they are not encrypted.
 FieldType plain_type(const Field& field);
 
-struct FieldEncryptionResult {
-  ErrorCode error = ErrorCode::kOk;
-  bool cancelled = false;
-};
-
 // Encrypts fields that have passed the check, as one undo step. A failed or cancelled run changes nothing.
 // kCryptographicKey, kFileEncrypt, kOutOfMemory, and what reading a content answers.
-FieldEncryptionResult encrypt_fields(CWorkSheet& table, const FieldEncryptionSettings& settings,
-                                     Progress& progress = Progress::none());
+Outcome encrypt_fields(CWorkSheet& table, const FieldEncryptionSettings& settings,
+                       Progress& progress = Progress::none());
 // Gives fields back their values and types. kFileDecrypt when an encrypted value is damaged.
-FieldEncryptionResult decrypt_fields(CWorkSheet& table, const FieldEncryptionSettings& settings,
-                                     Progress& progress = Progress::none());
+Outcome decrypt_fields(CWorkSheet& table, const FieldEncryptionSettings& settings,
+                       Progress& progress = Progress::none());
 
 // kEncryptedDataChanged when a value of an encrypted field is not one that encrypt_fields made: it could not
 // be decrypted any more. Contents that lie in the database file are not read.
-ErrorCode check_encrypted_fields(const CWorkSheet& table, int threads);
+ErrorCode verify_encrypted_fields(const CWorkSheet& table, int threads);
 
 }  // namespace rowvane

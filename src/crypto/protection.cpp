@@ -4,19 +4,14 @@
 
 namespace rowvane {
 
-PasswordCheck check_new_password(const Secret& password, const Secret& repeated) {
-  PasswordCheck check;
-  if (count_characters(password.view()) < kMinPasswordCharacters) {
-    check.refusal = MessageId::kPasswordTooShort;
-  } else if (!(password == repeated)) {
-    check.refusal = MessageId::kPasswordsDiffer;
-  }
-  return check;
+Check check_new_password(const Secret& password, const Secret& repeated) {
+  if (count_characters(password.view()) < kMinPasswordCharacters) return MessageId::kPasswordTooShort;
+  return password == repeated ? Check() : Check(MessageId::kPasswordsDiffer);
 }
 
-PasswordCheck check_protection(const ProtectionSettings& settings) {
-  PasswordCheck check = check_new_password(settings.password, settings.repeated);
-  if (!check.refusal && settings.read_only_open) check.question = MessageId::kReadOnlyOpenQuestion;
+Check check_protection(const ProtectionSettings& settings) {
+  Check check = check_new_password(settings.password, settings.repeated);
+  if (check.passes() && settings.read_only_open) check.question = MessageId::kReadOnlyOpenQuestion;
   return check;
 }
 
@@ -25,9 +20,10 @@ Protection make_protection(ProtectionSettings settings) {
           settings.read_only_open};
 }
 
-std::optional<MessageId> check_target_format(bool is_protected, FileFormat target, bool record_set) {
-  if (!is_protected || target == FileFormat::kNative) return std::nullopt;
-  return record_set ? MessageId::kRecordsNotProtected : MessageId::kUseNativeFormat;
+Check check_target_format(bool is_protected, FileFormat target, bool record_set) {
+  if (!is_protected || target == FileFormat::kNative) return {};
+  return record_set ? Check::noting(MessageId::kRecordsNotProtected)
+                    : Check::asking(MessageId::kUseNativeFormat);
 }
 
 }  // namespace rowvane

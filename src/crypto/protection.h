@@ -2,10 +2,9 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 
 #include "core/database/database.h"
-#include "core/messages/messages.h"
+#include "core/messages/check.h"
 #include "crypto/cipher.h"
 #include "crypto/secret.h"
 
@@ -27,21 +26,16 @@ struct ProtectionSettings {
   bool read_only_open = false;
 };
 
-struct PasswordCheck {
-  std::optional<MessageId> refusal;   // kPasswordTooShort, kPasswordsDiffer
-  std::optional<MessageId> question;  // kReadOnlyOpenQuestion, to be answered with Yes
-};
-
-// A new password, entered twice.
-PasswordCheck check_new_password(const Secret& password, const Secret& repeated);
-PasswordCheck check_protection(const ProtectionSettings& settings);
+// A new password, entered twice: messages 147 and 146.
+Check check_new_password(const Secret& password, const Secret& repeated);
+// The same, and message 148 as the question where anyone may open the database read-only.
+Check check_protection(const ProtectionSettings& settings);
 
 // The protection that SETTINGS, which have passed the check, ask for. The password moves out of them.
 Protection make_protection(ProtectionSettings settings);
 
-// What the user is told when the records of a protected database go into a file of another format:
-// kUseNativeFormat, to be confirmed, for a database that is being saved; kRecordsNotProtected for a set of
-// its records.
-std::optional<MessageId> check_target_format(bool is_protected, FileFormat target, bool record_set);
+// Whether the records of a protected database may go into a file of another format: kUseNativeFormat as the
+// question for a database that is being saved, kRecordsNotProtected as a notice for a set of its records.
+Check check_target_format(bool is_protected, FileFormat target, bool record_set);
 
 }  // namespace rowvane

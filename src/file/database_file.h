@@ -10,8 +10,9 @@
 #include <vector>
 
 #include "core/database/database.h"
+#include "core/messages/check.h"
+#include "core/messages/outcome.h"
 #include "core/messages/questions.h"
-#include "core/messages/status.h"
 #include "core/options.h"
 #include "core/progress.h"
 #include "crypto/protection.h"
@@ -37,14 +38,8 @@ struct SaveSettings {
   bool drop_unused = false;                   // leave out members that nothing refers to
 };
 
-struct SaveResult {
-  ErrorCode error = ErrorCode::kOk;
-  bool cancelled = false;
-  std::vector<Notice> notices;  // message 188; error 73 for contents that can't be read and are left out
-};
-
-// The question that a choice of variant raises (texts::kZip32Limits), or empty.
-std::string check_save_variant(SaveVariant variant);
+// Asks texts::kZip32Limits.
+Check check_save_variant(SaveVariant variant);
 
 // The link between an open database and its file: what of the file is still valid, so that saving copies it
 // as it is. Owned beside the database, which must outlive it.
@@ -57,12 +52,13 @@ class DatabaseFile {
   // and so are members that the database does not know. Errors: kFileCreate, kFileInUse, kFileWrite,
   // kTooManyZipStreams and kBinaryFieldsTooLarge (limits), kEncryptedDataChanged (a value of an encrypted
   // field could not be decrypted any more), kInvalidPassword (open read-only), kCryptographicKey and
-  // kFileEncrypt, those of contents that can't be read. The old file is whole then.
+  // kFileEncrypt, those of contents that can't be read. The old file is whole then. Notices: message 188;
+  // error 73 for contents that can't be read and are left out.
   //
   // The tables are only read, so a copy may be saved on a thread of its own until Database::before_change;
   // two saves never run side by side.
-  SaveResult save(const std::string& path, const SaveSettings& settings, const Options& options,
-                  Progress& progress = Progress::none());
+  Outcome save(const std::string& path, const SaveSettings& settings, const Options& options,
+               Progress& progress = Progress::none());
 
   // True when compacting would make the file smaller.
   bool has_unused_members() const { return !unused_.empty(); }
@@ -99,13 +95,10 @@ class DatabaseFile {
   std::vector<std::string> unused_;
 };
 
-struct OpenedDatabase {
-  ErrorCode error = ErrorCode::kOk;
-  bool cancelled = false;
-  std::unique_ptr<Database> database;  // null unless kOk
+// Notices: 123 to 125, 198 (a ZIP32 file), errors 12, 73, 128 and 131, and of new tables.
+struct OpenedDatabase : Outcome {
+  std::unique_ptr<Database> database;  // null unless it was done
   std::unique_ptr<DatabaseFile> file;
-  std::vector<Notice>
-      notices;  // 123 to 125, 198 (a ZIP32 file), errors 12, 73, 128 and 131, and of new tables
 };
 
 // Opens a database file. QUESTIONS decides whether tables that are in the archive but not in its
@@ -118,10 +111,8 @@ OpenedDatabase open_database(const std::string& path, const Options& options, Qu
                              Progress& progress = Progress::none(),
                              std::shared_ptr<const Secret> password = nullptr);
 
-struct CompactResult {
-  SaveResult save;
-  MessageId message =
-      MessageId::kCompacted;  // 174, 175 or 176: what to tell the user when there was no error
+struct CompactResult : Outcome {
+  MessageId message = MessageId::kCompacted;  // 174, 175 or 176: what to tell the user when it was done
 };
 
 // Rewrites the file of DATABASE without the members that nothing refers to.

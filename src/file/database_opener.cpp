@@ -68,12 +68,12 @@ OpenedDatabase DatabaseOpener::run() {
   LogScope log(LogCategory::kOpening, path_);
   progress_.begin("Opening Database");
   try {
-    result_.error = read_all();
+    result_.failure = read_all();
   } catch (const std::bad_alloc&) {
-    result_.error = ErrorCode::kOutOfMemory;
+    result_.failure = ErrorCode::kOutOfMemory;
   }
-  result_.cancelled = result_.cancelled || (result_.error != ErrorCode::kOk && progress_.cancelled());
-  if (result_.error != ErrorCode::kOk) {
+  result_.cancelled = result_.cancelled || (!result_.failure.empty() && progress_.cancelled());
+  if (!result_.failure.empty()) {
     result_.file.reset();
     result_.database.reset();
     result_.notices.clear();
@@ -84,9 +84,9 @@ OpenedDatabase DatabaseOpener::run() {
 
 ErrorCode DatabaseOpener::read_all() {
   ErrorCode error = open_archive();
-  if (error == ErrorCode::kOk) error = check_version();
-  if (error == ErrorCode::kOk) error = check_manifest();
-  if (error == ErrorCode::kOk) error = check_password();
+  if (error == ErrorCode::kOk) error = verify_version();
+  if (error == ErrorCode::kOk) error = verify_manifest();
+  if (error == ErrorCode::kOk) error = verify_password();
   if (error == ErrorCode::kOk) error = read_configuration();
   if (error == ErrorCode::kOk) error = build_folders();
   if (error == ErrorCode::kOk) error = read_tables();
@@ -108,10 +108,9 @@ ErrorCode DatabaseOpener::open_archive() {
   return is_broken && !starts_as_archive(path_) ? ErrorCode::kInvalidBinaryFormat : error;
 }
 
-void DatabaseOpener::add_notice(Notice notice) {
-  if (notice == Notice(MessageId::kTextNotNumeric)) notice = ErrorCode::kNotNumeric;
-  auto& notices = result_.notices;
-  if (std::find(notices.begin(), notices.end(), notice) == notices.end()) notices.push_back(notice);
+void DatabaseOpener::add_notice(UserText notice) {
+  if (notice == UserText(MessageId::kTextNotNumeric)) notice = ErrorCode::kNotNumeric;
+  result_.note(std::move(notice));
 }
 
 const ZipMember* DatabaseOpener::use(std::string_view name) {
@@ -120,7 +119,7 @@ const ZipMember* DatabaseOpener::use(std::string_view name) {
   return member;
 }
 
-ErrorCode DatabaseOpener::check_manifest() {
+ErrorCode DatabaseOpener::verify_manifest() {
   const ZipMember* member = use(kManifestName);
   if (member == nullptr) return ErrorCode::kManifest;
   std::string text;
@@ -139,14 +138,14 @@ ErrorCode DatabaseOpener::check_manifest() {
 }
 
 // Nothing else is read before the password has proved to be the right one.
-ErrorCode DatabaseOpener::check_password() {
+ErrorCode DatabaseOpener::verify_password() {
   if (!archive_->has_encrypted_members()) return ErrorCode::kOk;
   progress_.begin("Opening Encrypted Database");
   const ZipMember* config = use(kConfigName);
   return config == nullptr ? ErrorCode::kManifest : archive_->unlock(password_, *config);
 }
 
-ErrorCode DatabaseOpener::check_version() {
+ErrorCode DatabaseOpener::verify_version() {
   use(kThisVersionName);
   const ZipMember* member = use(kMinVersionName);
   if (member == nullptr) return ErrorCode::kOk;
@@ -263,7 +262,7 @@ ErrorCode DatabaseOpener::load_blocks(const ZipMember& member, const TextLoadPla
   ErrorCode error = load_text_blocks(loader, plan, blocks.count(), read_block);
   if (error == ErrorCode::kOk) error = blocks.check();
   if (error != ErrorCode::kOk || !loader.columns_to_reload().empty()) return error;
-  for (const Notice& notice : loader.notices()) add_notice(notice);
+  for (const UserText& notice : loader.notices()) add_notice(notice);
   data = loader.finish();
   return ErrorCode::kOk;
 }
@@ -271,9 +270,9 @@ ErrorCode DatabaseOpener::load_blocks(const ZipMember& member, const TextLoadPla
 ErrorCode DatabaseOpener::load_stream(const ZipMember& member, const TextLoadPlan& plan, TableData& data) {
   MemberTextSource source(*archive_, member);
   TextStreamResult loaded = load_text(source, plan, progress_);
-  if (loaded.status == Status::kCancelled) return ErrorCode::kZipState;
-  if (loaded.status != Status::kOk) return loaded.error;
-  for (const Notice& notice : loaded.notices) add_notice(notice);
+  if (loaded.cancelled) return ErrorCode::kZipState;
+  if (!loaded.failure.empty()) return loaded.failure.error();
+  for (const UserText& notice : loaded.notices) add_notice(notice);
   data = std::move(loaded.data);
   return ErrorCode::kOk;
 }

@@ -24,9 +24,9 @@ class DatabaseOpener {
 
   ErrorCode read_all();
   ErrorCode open_archive();
-  ErrorCode check_manifest();
-  ErrorCode check_password();
-  ErrorCode check_version();
+  ErrorCode verify_manifest();
+  ErrorCode verify_password();
+  ErrorCode verify_version();
   ErrorCode read_configuration();
   ErrorCode build_folders();
   void take_protection();
@@ -47,7 +47,7 @@ class DatabaseOpener {
   ErrorCode add_new_tables();
   ErrorCode read_new_table(const ZipMember& member, const std::string& path);
   void collect_unused();
-  void add_notice(Notice notice);
+  void add_notice(UserText notice);
   const ZipMember* use(std::string_view name);
 
   std::string path_;

@@ -107,34 +107,31 @@ uint64_t DatabaseSaver::estimated_bytes() const {
   return bytes;
 }
 
-SaveResult DatabaseSaver::run(const std::string& path) {
-  SaveResult result;
-  if (file_.is_read_only()) {
-    result.error = ErrorCode::kInvalidPassword;
-    return result;
-  }
+Outcome DatabaseSaver::run(const std::string& path) {
+  if (file_.is_read_only()) return ErrorCode::kInvalidPassword;
+  Outcome outcome;
   progress_.begin("Saving Database");
   try {
-    result.error = write_all(path);
+    ErrorCode error = write_all(path);
     const bool near =
         variant_ == ZipVariant::kZip32 && writer_.bytes_written() > near_limit(settings_.max_zip32_bytes);
-    if (result.error == ErrorCode::kOk) {
-      result.error =
-          writer_.finish(options_.backups && platform::file_exists(path) ? path + ".bak" : std::string());
+    if (error == ErrorCode::kOk) {
+      error = writer_.finish(options_.backups && platform::file_exists(path) ? path + ".bak" : std::string());
     }
-    result.cancelled = writer_.cancelled();
-    if (near || writer_.size_limit_reached()) result.notices.emplace_back(MessageId::kFileNearLimit);
-    if (left_out_) result.notices.emplace_back(ErrorCode::kBinaryFieldsCorrupted);
-    if (result.error == ErrorCode::kOk && !settings_.as_copy) adopt(path);
+    outcome.failure = error;
+    outcome.cancelled = writer_.cancelled();
+    if (near || writer_.size_limit_reached()) outcome.note(MessageId::kFileNearLimit);
+    if (left_out_) outcome.note(ErrorCode::kBinaryFieldsCorrupted);
+    if (error == ErrorCode::kOk && !settings_.as_copy) adopt(path);
   } catch (const std::bad_alloc&) {
-    result.error = ErrorCode::kOutOfMemory;
+    outcome.failure = ErrorCode::kOutOfMemory;
   }
-  return result;
+  return outcome;
 }
 
 ErrorCode DatabaseSaver::write_all(const std::string& path) {
   if (binary_bytes(tables_) > kMaxBinaryBytes) return ErrorCode::kBinaryFieldsTooLarge;
-  if (const ErrorCode error = check_encrypted_values(); error != ErrorCode::kOk) return error;
+  if (const ErrorCode error = verify_encrypted_values(); error != ErrorCode::kOk) return error;
   platform::remove_stale_replacements(path);
   ZipWriterOptions writer_options;
   writer_options.variant = variant_;
@@ -165,10 +162,10 @@ void DatabaseSaver::note_member(const std::string& name, bool deflated,
 }
 
 // Values of encrypted fields that were changed by anything but decrypting would be lost.
-ErrorCode DatabaseSaver::check_encrypted_values() const {
+ErrorCode DatabaseSaver::verify_encrypted_values() const {
   for (const CWorkSheet* table : tables_) {
     if (is_unchanged(*table)) continue;
-    if (const auto error = check_encrypted_fields(*table, threads_); error != ErrorCode::kOk) return error;
+    if (const auto error = verify_encrypted_fields(*table, threads_); error != ErrorCode::kOk) return error;
   }
   return ErrorCode::kOk;
 }
@@ -458,12 +455,12 @@ void DatabaseSaver::adopt(const std::string& path) {
   if (settings_.tables.empty()) database_.mark_saved();
 }
 
-std::string check_save_variant(SaveVariant variant) {
-  return variant == SaveVariant::kZip32 ? std::string(texts::kZip32Limits) : std::string();
+Check check_save_variant(SaveVariant variant) {
+  return variant == SaveVariant::kZip32 ? Check::asking(texts::kZip32Limits) : Check();
 }
 
-SaveResult DatabaseFile::save(const std::string& path, const SaveSettings& settings, const Options& options,
-                              Progress& progress) {
+Outcome DatabaseFile::save(const std::string& path, const SaveSettings& settings, const Options& options,
+                           Progress& progress) {
   const LogScope log(LogCategory::kSaving, path);
   return DatabaseSaver(*this, settings, options, progress).run(path);
 }
@@ -493,7 +490,7 @@ CompactResult compact_database(Database& database, DatabaseFile& file, const Opt
   } else {
     SaveSettings settings;
     settings.drop_unused = true;
-    result.save = file.save(database.file_path(), settings, options, progress);
+    result.outcome() = file.save(database.file_path(), settings, options, progress);
   }
   return result;
 }

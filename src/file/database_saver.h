@@ -13,7 +13,7 @@ class DatabaseSaver {
  public:
   DatabaseSaver(DatabaseFile& file, const SaveSettings& settings, const Options& options, Progress& progress);
 
-  SaveResult run(const std::string& path);
+  Outcome run(const std::string& path);
 
  private:
   ErrorCode write_all(const std::string& path);
@@ -25,7 +25,7 @@ class DatabaseSaver {
   ErrorCode write_contents(const std::vector<PendingContent>& contents);
   ErrorCode write_content(const PendingContent& pending);
   ErrorCode write_encrypted_contents(const std::vector<PendingContent>& contents);
-  ErrorCode check_encrypted_values() const;
+  ErrorCode verify_encrypted_values() const;
   bool is_unchanged(const CWorkSheet& table) const;
   const ZipMember* member_to_copy(const CWorkSheet& table) const;
   ErrorCode copy_table(const ZipMember& member, const std::string& name);

@@ -34,12 +34,11 @@ OpenedDatabase open_text(const std::string& path, const TextImport& text, const 
   settings.threads = options.used_processor_cores;
   progress.begin("Opening Text File");
   TextImportResult imported = import_text_file(path, settings, progress);
-  opened.error = imported.error;
-  opened.cancelled = imported.status == Status::kCancelled;
-  if (imported.status != Status::kOk) return opened;
-  opened.notices = std::move(imported.notices);
+  std::unique_ptr<CWorkSheet> table = std::move(imported.table);
+  opened.outcome() = std::move(imported);
+  if (!opened.is_done()) return opened;
   opened.database = std::make_unique<Database>(platform::file_stem(path), options);
-  opened.error = opened.database->add_table(opened.database->root(), imported.table);
+  opened.failure = opened.database->add_table(opened.database->root(), table);
   opened.database->undo_log().clear();
   opened.database->mark_saved();
   opened.database->set_file(path, FileFormat::kText);

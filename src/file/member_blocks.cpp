@@ -76,7 +76,7 @@ ErrorCode MemberBlocks::read_packed(size_t block, std::string& out) {
 }
 
 ErrorCode MemberBlocks::check() {
-  if (encrypted_ == nullptr) return ZipReader::check_blocks(member_, crcs_);
+  if (encrypted_ == nullptr) return ZipReader::verify_blocks(member_, crcs_);
   return digest_.finish() == encrypted_->record.digest ? ErrorCode::kOk : ErrorCode::kFileDecrypt;
 }
 

@@ -14,14 +14,17 @@ RecordSetResult records_of_scope(const CWorkSheet& table, bool whole_table, cons
   return sort_records(table, result.records, shown_by, sort_options, options, progress);
 }
 
-Refusal check_compared_fields(const CWorkSheet& table, std::span<const size_t> fields) {
-  if (fields.empty()) return std::string();
-  if (fields.size() > kMaxSortKeys) {
-    return message(MessageId::kTooManyKeyFields, {static_cast<long long>(kMaxSortKeys)});
-  }
-  const ErrorCode error = check_sort_keys(table, ascending_keys(fields));
-  if (error != ErrorCode::kOk) return std::string(error_text(error));
-  return std::nullopt;
+Check nothing_to_find() {
+  Check check = texts::kNothingToFind;
+  check.beeps = true;
+  return check;
+}
+
+Check check_compared_fields(const CWorkSheet& table, std::span<const size_t> fields) {
+  if (fields.empty()) return nothing_to_find();
+  if (fields.size() > kMaxSortKeys)
+    return UserText(MessageId::kTooManyKeyFields, {static_cast<long long>(kMaxSortKeys)});
+  return check_sort_keys(table, ascending_keys(fields));
 }
 
 }  // namespace rowvane

@@ -1,11 +1,10 @@
 // The records that an operation looks at: all of a table, or those that are shown.
 #pragma once
 
-#include <optional>
 #include <span>
-#include <string>
 #include <string_view>
 
+#include "core/messages/check.h"
 #include "recordset/sort/sort.h"
 
 namespace rowvane {
@@ -16,16 +15,16 @@ RecordSetResult records_of_scope(const CWorkSheet& table, bool whole_table, cons
                                  const SortKeys& shown_by, const SortOptions& sort_options,
                                  const Options& options, Progress& progress = Progress::none());
 
-// Why settings can't be used: nothing when they can; an empty text where a dialog beeps and stays open, and
-// shows none.
-using Refusal = std::optional<std::string>;
-
 namespace texts {
 inline constexpr std::string_view kNumericFieldNeeded = "Please specify a numeric field.";  // with a beep
-}
+inline constexpr std::string_view kNothingToFind = "there is nothing to find with this mode";
+}  // namespace texts
 
-// The refusal of the fields in which records are compared: none at all; more than 100 (message 127); one that
-// the table lacks; an encrypted one (error 137).
-Refusal check_compared_fields(const CWorkSheet& table, std::span<const size_t> fields);
+// texts::kNothingToFind, for which a dialog only beeps.
+Check nothing_to_find();
+
+// The fields in which records are compared: refuses none at all (nothing_to_find); more than 100 (message
+// 127); one that the table lacks; an encrypted one (error 137).
+Check check_compared_fields(const CWorkSheet& table, std::span<const size_t> fields);
 
 }  // namespace rowvane

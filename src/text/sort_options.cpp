@@ -11,20 +11,20 @@ void choose_collation(SortOptions& options, SortCollation collation) {
   if (!is_ignore_punctuation_enabled(options)) options.ignore_punctuation = false;
 }
 
-void check_ignore_punctuation(SortOptions& options, bool checked) {
+void set_ignore_punctuation(SortOptions& options, bool checked) {
   if (!is_ignore_punctuation_enabled(options)) return;
   options.ignore_punctuation = checked;
   if (checked) options.case_sensitive = false;
 }
 
-void check_case_sensitive(SortOptions& options, bool checked) {
+void set_case_sensitive(SortOptions& options, bool checked) {
   options.case_sensitive = checked;
   if (checked) options.ignore_punctuation = false;
 }
 
 SortOptions valid_sort_options(SortOptions options) {
   choose_collation(options, options.collation);
-  check_ignore_punctuation(options, options.ignore_punctuation);
+  set_ignore_punctuation(options, options.ignore_punctuation);
   return options;
 }
 

@@ -26,8 +26,8 @@ bool is_ignore_punctuation_enabled(const SortOptions& options);
 
 // What the options are after a choice in the dialog.
 void choose_collation(SortOptions& options, SortCollation collation);
-void check_ignore_punctuation(SortOptions& options, bool checked);
-void check_case_sensitive(SortOptions& options, bool checked);
+void set_ignore_punctuation(SortOptions& options, bool checked);
+void set_case_sensitive(SortOptions& options, bool checked);
 
 // OPTIONS from elsewhere, such as a profile, made to keep the rules.
 SortOptions valid_sort_options(SortOptions options);

@@ -85,11 +85,11 @@ std::unique_ptr<TextMatcher> plain_matcher(const FindPattern& pattern) {
 
 }  // namespace
 
-std::string check_pattern(const FindPattern& pattern) {
+Check check_pattern(const FindPattern& pattern) {
   if (!pattern.regular_expression) return {};
-  if (pattern.similar) return std::string(texts::kSimilarNeedsPlainText);
+  if (pattern.similar) return texts::kSimilarNeedsPlainText;
   const RegularExpression expression(pattern.text, expression_options(pattern));
-  return expression.error().empty() ? std::string() : regular_expression_message(expression.error());
+  return expression.error().empty() ? Check() : Check(regular_expression_message(expression.error()));
 }
 
 bool is_narrower(const FindPattern& now, const FindPattern& former) {

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/messages/check.h"
 #include "text/regular_expression.h"
 
 namespace rowvane {
@@ -27,9 +28,8 @@ struct FindPattern {
   bool operator==(const FindPattern&) const = default;
 };
 
-// The message for a pattern that can't be looked for: texts::kSimilarNeedsPlainText, or what is wrong with
-// the regular expression. Empty for others.
-std::string check_pattern(const FindPattern& pattern);
+// texts::kSimilarNeedsPlainText, or what is wrong with the regular expression.
+Check check_pattern(const FindPattern& pattern);
 
 // True when every text in which NOW is found is one in which FORMER was: NOW was made by typing on.
 bool is_narrower(const FindPattern& now, const FindPattern& former);

@@ -1,5 +1,6 @@
 #include "ui/dialogs.h"
 
+#include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
@@ -34,6 +35,26 @@ void keep_filter(const FileChoice& choice, const QStringList& filters, const QSt
 
 QString program_title() {
   return to_qt(message(MessageId::kProgramTitle));
+}
+
+bool Dialogs::accept(const Check& check) {
+  if (!check.passes()) {
+    if (check.beeps) {
+      QApplication::beep();
+    } else {
+      show(check.refusal.text(), MessageIcon::kWarning);
+    }
+    return false;
+  }
+  if (!check.question.empty() && !ask(check.question.text())) return false;
+  if (!check.notice.empty()) show(check.notice.text(), MessageIcon::kWarning);
+  return true;
+}
+
+bool Dialogs::report(const Outcome& outcome) {
+  if (!outcome.cancelled && !outcome.failure.empty()) show(outcome.failure.text(), MessageIcon::kError);
+  for (const UserText& notice : outcome.notices) show(notice.text(), MessageIcon::kInformation);
+  return outcome.is_done();
 }
 
 bool MessageBoxes::ask(const std::string& question) {

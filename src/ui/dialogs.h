@@ -7,6 +7,8 @@
 
 #include "app/profile/profile_cipher.h"
 #include "app/start/user_messages.h"
+#include "core/messages/check.h"
+#include "core/messages/outcome.h"
 #include "core/messages/questions.h"
 
 class QWidget;
@@ -38,8 +40,11 @@ class Dialogs : public Questions, public UserMessages, public PasswordPrompt {
   virtual std::optional<QString> ask_text(const QString& title, const QString& label,
                                           const QString& text) = 0;
 
-  // Shows the text of an error, titled as the program is.
-  void show_error(ErrorCode error) { show(std::string(error_text(error)), MessageIcon::kError); }
+  // True when the operation that CHECK is about can be run: it has no refusal and its question was answered
+  // Yes. The notice is shown then.
+  bool accept(const Check& check);
+  // Shows why an operation failed and its notices. True when it was completed.
+  bool report(const Outcome& outcome);
 };
 
 // The boxes of the system, over PARENT, which may be null.

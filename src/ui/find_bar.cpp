@@ -149,9 +149,7 @@ void CFindBar::go_to_match(bool forward, bool stay) {
   settings.threads = pane_->document().options().used_processor_cores;
   settings.region = DisplayRegion(pane_->document().region());
   if (finder_ == nullptr || finder_->settings().pattern != settings.pattern) {
-    const FindCheck check = check_find(table, settings);
-    if (!check.refusal.empty()) return dialogs_.show(check.refusal, MessageIcon::kWarning);
-    if (!check.notice.empty()) dialogs_.show(check.notice, MessageIcon::kInformation);
+    if (!dialogs_.accept(check_find(table, settings))) return;
     finder_ = std::make_unique<TextFinder>(table, std::move(settings));
   }
   const std::optional<RecordSet>& shown = pane_->model().records();

@@ -303,15 +303,13 @@ void CMainFrame::update_formulas() {
   DatabaseDocument& document = current_window()->document();
   Recalculation settings;
   settings.threads = document.options().used_processor_cores;
-  const RecalculationCheck check =
-      check_recalculation(document.database(), settings, document.formula_settings());
-  if (!check.refusal.empty()) return dialogs_.show(check.refusal, MessageIcon::kWarning);
-  if (!check.question.empty() && !dialogs_.ask(check.question)) return;
+  if (!dialogs_.accept(check_recalculation(document.database(), settings, document.formula_settings())))
+    return;
   RecalculationResult result;
   run_long_change(tabs_, tr("Update All Calculated Fields"), document, [&](Progress& progress) {
     result = recalculate(document.database(), settings, document.formula_settings(), progress);
   });
-  if (result.error != ErrorCode::kOk) dialogs_.show_error(result.error);
+  dialogs_.report(result);
 }
 
 void CMainFrame::sort(bool descending) {
@@ -325,9 +323,7 @@ void CMainFrame::load_profile() {
   const QString path =
       dialogs_.choose_file_to_open({to_qt(kLoadProfileTitle), to_qt(kProfileFilter), {}, {}});
   if (path.isEmpty()) return;
-  const ErrorCode error = profile_.load_other(to_utf8(path));
-  if (error != ErrorCode::kOk) return dialogs_.show_error(error);
-  follow_settings();
+  if (dialogs_.report(profile_.load_other(to_utf8(path)))) follow_settings();
 }
 
 void CMainFrame::edit_options() {
@@ -357,8 +353,7 @@ void CMainFrame::save_profile_as() {
   const QString path =
       dialogs_.choose_file_to_save({to_qt(kSaveProfileTitle), to_qt(kProfileFilter), "settings.xml", "xml"});
   if (path.isEmpty()) return;
-  const ErrorCode error = profile_.save_as(to_utf8(path));
-  if (error != ErrorCode::kOk) dialogs_.show_error(error);
+  dialogs_.report(profile_.save_as(to_utf8(path)));
 }
 
 void CMainFrame::restore_placement() {

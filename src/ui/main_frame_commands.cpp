@@ -242,12 +242,12 @@ void CMainFrame::connect_view_commands() {
 void CMainFrame::connect_help_commands() {
   on(Command::kKeyboard, [this] { CKeyboardDlg(this).exec(); });
   on(Command::kRegisterFileType, [this] {
-    const Notice notice = register_database_files(platform::known_folders().program_file);
-    files_.show_notices({notice});
+    dialogs_.show(register_database_files(platform::known_folders().program_file).text(),
+                  MessageIcon::kInformation);
   });
   on(Command::kUnregisterFileType, [this] {
-    const Notice notice = unregister_database_files(platform::known_folders().program_file);
-    files_.show_notices({notice});
+    dialogs_.show(unregister_database_files(platform::known_folders().program_file).text(),
+                  MessageIcon::kInformation);
   });
   on(Command::kUninstall, [this] {
     if (!uninstall_ || !uninstall_()) return;

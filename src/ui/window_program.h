@@ -21,7 +21,7 @@ class WindowProgram final : public ProgramSteps {
   void initialise_common_controls(unsigned) override {}
   void initialise_module() override {}
   void load_long_text_control() override {}
-  bool check_licence() override { return true; }  // free software
+  bool has_licence() override { return true; }  // free software
   void register_class_objects() override {}
   void resume_class_objects() override {}
   void create_main_frame() override;

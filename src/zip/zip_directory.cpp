@@ -39,7 +39,7 @@ ErrorCode read_zip64_end(const ByteSource& source, uint64_t record_position, uin
 
 // The directory must end exactly where the end records begin, so that offsets count from the start of the
 // file.
-ErrorCode check_place(const DirectoryPlace& place, uint64_t records_position) {
+ErrorCode validate_place(const DirectoryPlace& place, uint64_t records_position) {
   const ZipEnd& end = place.end;
   if (end.directory_size > records_position ||
       end.directory_offset != records_position - end.directory_size) {
@@ -71,7 +71,7 @@ ErrorCode find_directory(const ByteSource& source, DirectoryPlace& place) {
       records_position = *record;
     }
   }
-  return check_place(place, records_position);
+  return validate_place(place, records_position);
 }
 
 bool sizes_are_plausible(const ZipMember& member) {

@@ -36,7 +36,7 @@ ErrorCode ZipMemberStream::read(std::span<char> buffer, size_t& read) {
     read += some;
   }
   if (error_ == ErrorCode::kOk && left_ == 0) {
-    error_ = check_end();
+    error_ = verify_end();
     ended_ = true;
   }
   if (error_ != ErrorCode::kOk) ended_ = true;
@@ -82,7 +82,7 @@ ErrorCode ZipMemberStream::refill() {
 }
 
 // All bytes are there: the deflate stream must end without yielding more, and with its last byte.
-ErrorCode ZipMemberStream::check_end() {
+ErrorCode ZipMemberStream::verify_end() {
   while (!stored_ && !inflater_.finished()) {
     if (const ErrorCode error = refill(); error != ErrorCode::kOk) return error;
     if (input_.empty()) return ErrorCode::kZipCorrupted;

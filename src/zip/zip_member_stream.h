@@ -31,7 +31,7 @@ class ZipMemberStream {
   ErrorCode read_stored(std::span<char> buffer, size_t& read);
   ErrorCode inflate(std::span<char> buffer, size_t& read);
   ErrorCode refill();
-  ErrorCode check_end();
+  ErrorCode verify_end();
 
   const ByteSource* source_ = nullptr;
   bool stored_ = false;

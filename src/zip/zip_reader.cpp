@@ -12,7 +12,7 @@
 namespace rowvane {
 namespace {
 
-ErrorCode check_readable(const ZipMember& member) {
+ErrorCode validate_readable(const ZipMember& member) {
   if (member.is_encrypted()) return ErrorCode::kFileDecrypt;
   if ((member.flags & kZipFlagPatched) != 0) return ErrorCode::kZlibUnknown;
   return member.is_stored() || member.is_deflated() ? ErrorCode::kOk : ErrorCode::kZlibUnknown;
@@ -78,7 +78,7 @@ const ZipMember* ZipReader::find(std::string_view name) const {
 }
 
 ErrorCode ZipReader::locate(const ZipMember& member, uint64_t& data_offset) const {
-  if (const ErrorCode error = check_readable(member); error != ErrorCode::kOk) return error;
+  if (const ErrorCode error = validate_readable(member); error != ErrorCode::kOk) return error;
   std::string header(kLocalHeaderSize, '\0');
   if (const ErrorCode error = source_->read_at(member.header_offset, header); error != ErrorCode::kOk)
     return error;
@@ -150,7 +150,7 @@ uint64_t ZipReader::block_size(const ZipMember& member, size_t k) {
   return block_of(member, k).size;
 }
 
-ErrorCode ZipReader::check_blocks(const ZipMember& member, std::span<const uint32_t> block_crcs) {
+ErrorCode ZipReader::verify_blocks(const ZipMember& member, std::span<const uint32_t> block_crcs) {
   if (block_crcs.size() != block_count(member)) return ErrorCode::kZipState;
   uint32_t crc = 0;
   for (size_t k = 0; k < block_crcs.size(); ++k)

@@ -69,7 +69,7 @@ class ZipReader {
   ErrorCode stream(const ZipMember& member, ZipMemberStream& out) const;
 
   // Block K of the member's index, and the CRC of its bytes; OUT has block_size bytes. A member without an
-  // index has one block, itself. Compare the CRCs of all blocks with `check_blocks`.
+  // index has one block, itself. Compare the CRCs of all blocks with `verify_blocks`.
   ErrorCode read_block(const ZipMember& member, size_t k, std::span<char> out, uint32_t& crc) const;
   // The same into a text of its own; kZipMemory for a block of more than LIMIT bytes.
   ErrorCode read_block(const ZipMember& member, size_t k, std::string& out, uint32_t& crc,
@@ -78,7 +78,7 @@ class ZipReader {
   static size_t block_count(const ZipMember& member);
   static uint64_t block_size(const ZipMember& member, size_t k);
   // kZipCorrupted unless the CRCs of all blocks together make up that of the member.
-  static ErrorCode check_blocks(const ZipMember& member, std::span<const uint32_t> block_crcs);
+  static ErrorCode verify_blocks(const ZipMember& member, std::span<const uint32_t> block_crcs);
 
   // Where the member's compressed bytes start, after checking its local header.
   ErrorCode locate(const ZipMember& member, uint64_t& data_offset) const;

@@ -82,8 +82,8 @@ ErrorCode ZipWriter::add(std::string_view name, std::string_view bytes, ZipMetho
 }
 
 ErrorCode ZipWriter::add_small(std::string_view name, std::string_view bytes, ZipMethod method) {
-  if (const ErrorCode error = check_new_member(name); error != ErrorCode::kOk) return error;
-  if (const ErrorCode error = check_cancelled(); error != ErrorCode::kOk) return error;
+  if (const ErrorCode error = validate_new_member(name); error != ErrorCode::kOk) return error;
+  if (const ErrorCode error = stop_when_cancelled(); error != ErrorCode::kOk) return error;
   prepare_entry(name, method);
   entry_.size = bytes.size();
   entry_.crc = crc32_of(bytes);
@@ -172,8 +172,8 @@ ErrorCode ZipWriter::pack_produced(uint64_t block_count, const ProduceBlock& pro
 }
 
 ErrorCode ZipWriter::copy(const ZipReader& reader, const ZipMember& member, std::string_view new_name) {
-  if (const ErrorCode error = check_new_member(new_name); error != ErrorCode::kOk) return error;
-  if (const ErrorCode error = check_cancelled(); error != ErrorCode::kOk) return error;
+  if (const ErrorCode error = validate_new_member(new_name); error != ErrorCode::kOk) return error;
+  if (const ErrorCode error = stop_when_cancelled(); error != ErrorCode::kOk) return error;
   uint64_t data_offset = 0;
   if (const ErrorCode error = reader.locate(member, data_offset); error != ErrorCode::kOk) return error;
 
@@ -196,7 +196,7 @@ ErrorCode ZipWriter::copy(const ZipReader& reader, const ZipMember& member, std:
 ErrorCode ZipWriter::copy_bytes(const ByteSource& source, uint64_t offset) {
   std::string buffer;
   for (uint64_t left = entry_.compressed_size; left > 0; left -= buffer.size(), offset += buffer.size()) {
-    if (const ErrorCode error = check_cancelled(); error != ErrorCode::kOk) return error;
+    if (const ErrorCode error = stop_when_cancelled(); error != ErrorCode::kOk) return error;
     buffer.resize(static_cast<size_t>(std::min<uint64_t>(left, kCopyBufferSize)));
     if (const ErrorCode error = source.read_at(offset, buffer); error != ErrorCode::kOk) return error;
     if (const ErrorCode error = write_data(buffer); error != ErrorCode::kOk) return error;
@@ -207,7 +207,7 @@ ErrorCode ZipWriter::copy_bytes(const ByteSource& source, uint64_t offset) {
 ErrorCode ZipWriter::finish(const std::string& backup_path) {
   if (state_ == State::kFailed) return error_;
   if (state_ != State::kReady) return ErrorCode::kZipState;
-  if (const ErrorCode error = check_cancelled(); error != ErrorCode::kOk) return error;
+  if (const ErrorCode error = stop_when_cancelled(); error != ErrorCode::kOk) return error;
   ErrorCode error = write_directory();
   if (error == ErrorCode::kOk) error = file_error(file_.commit(backup_path), ErrorCode::kFileWrite);
   if (error != ErrorCode::kOk) return settle(error);
@@ -236,7 +236,7 @@ uint64_t ZipWriter::bytes_written() const {
          (state_ == State::kClosed ? 0 : directory_bytes_ + end_records_size(options_.variant));
 }
 
-ErrorCode ZipWriter::check_new_member(std::string_view name) const {
+ErrorCode ZipWriter::validate_new_member(std::string_view name) const {
   if (state_ == State::kFailed) return error_;
   if (state_ != State::kReady) return ErrorCode::kZipState;
   if (!is_writable_member_name(name)) return ErrorCode::kInvalidPath;
@@ -261,8 +261,8 @@ void ZipWriter::prepare_entry(std::string_view name, ZipMethod method) {
 }
 
 ErrorCode ZipWriter::open_member(std::string_view name, ZipMethod method, Encrypt encrypt) {
-  if (const ErrorCode error = check_new_member(name); error != ErrorCode::kOk) return error;
-  if (const ErrorCode error = check_cancelled(); error != ErrorCode::kOk) return error;
+  if (const ErrorCode error = validate_new_member(name); error != ErrorCode::kOk) return error;
+  if (const ErrorCode error = stop_when_cancelled(); error != ErrorCode::kOk) return error;
   prepare_entry(name, method);
   encrypt_ = std::move(encrypt);
   index_.encrypted = encrypt_ != nullptr;
@@ -303,13 +303,13 @@ BlockOrder ZipWriter::block_order(bool last) const {
 }
 
 ErrorCode ZipWriter::make_room_for_block() {
-  if (const ErrorCode error = check_cancelled(); error != ErrorCode::kOk) return error;
+  if (const ErrorCode error = stop_when_cancelled(); error != ErrorCode::kOk) return error;
   return packer_->is_full() ? write_front_block() : ErrorCode::kOk;
 }
 
 ErrorCode ZipWriter::write_packed_blocks() {
   while (!packer_->is_empty()) {
-    if (const ErrorCode error = check_cancelled(); error != ErrorCode::kOk) return error;
+    if (const ErrorCode error = stop_when_cancelled(); error != ErrorCode::kOk) return error;
     if (const ErrorCode error = write_front_block(); error != ErrorCode::kOk) return error;
   }
   return ErrorCode::kOk;
@@ -374,7 +374,7 @@ void ZipWriter::count_unpacked(uint64_t bytes) {
   progress_->report(unpacked_bytes_, progress_total_);
 }
 
-ErrorCode ZipWriter::check_cancelled() {
+ErrorCode ZipWriter::stop_when_cancelled() {
   if (!progress_->cancelled()) return ErrorCode::kOk;
   cancelled_ = true;
   return settle(ErrorCode::kZipState);

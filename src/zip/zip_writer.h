@@ -109,7 +109,7 @@ class ZipWriter {
  private:
   enum class State { kClosed, kReady, kInMember, kFailed };
 
-  ErrorCode check_new_member(std::string_view name) const;
+  ErrorCode validate_new_member(std::string_view name) const;
   void prepare_entry(std::string_view name, ZipMethod method);
   ErrorCode open_member(std::string_view name, ZipMethod method, Encrypt encrypt);
   ErrorCode write_blocks(uint64_t block_count, const ProduceBlock& produce);
@@ -134,7 +134,7 @@ class ZipWriter {
   // True when the member being written may take MORE_BYTES of the file.
   bool has_room(uint64_t more_bytes) const;
   ErrorCode size_limit_error();
-  ErrorCode check_cancelled();
+  ErrorCode stop_when_cancelled();
   // Answers ERROR; any but kOk ends the archive.
   ErrorCode settle(ErrorCode error);
   void reset();

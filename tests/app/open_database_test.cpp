@@ -26,7 +26,7 @@ class OpenDatabaseTest : public testing::Test {
     TextFileSettings text;
     text.separator = static_cast<uint8_t>(separator);
     DatabaseOpening opened = OpenDatabase::open(path, text, Options());
-    EXPECT_EQ(opened.error, ErrorCode::kOk) << path;
+    EXPECT_EQ(opened.failure, ErrorCode::kOk) << path;
     return std::move(opened.database);
   }
   static CWorkSheet& first_table(OpenDatabase& open) { return *open.database().tables().front(); }
@@ -52,21 +52,21 @@ TEST_F(OpenDatabaseTest, ATextGoesBackAsItWasReadAndOnlyWhatItCanHold) {
   EXPECT_EQ(open->title(), "towns.txt");
   EXPECT_FALSE(open->has_database_file());
   ASSERT_EQ(first_table(*open).set_value(1, 1, 240.0), ErrorCode::kOk);
-  EXPECT_THAT(open->check_save_back().question, IsEmpty());
-  EXPECT_EQ(open->save_back().error, ErrorCode::kOk);
+  EXPECT_EQ(open->check_save_back(), Check());
+  EXPECT_EQ(open->save_back().failure, ErrorCode::kOk);
   EXPECT_FALSE(open->is_modified());
   EXPECT_EQ(read("towns.txt"), "Town;People\r\nPorto;240\r\n");
 
   add_formula(*open, "People/2");
-  EXPECT_EQ(open->check_save_back().question, message(MessageId::kFeaturesLostAsText));
+  EXPECT_EQ(open->check_save_back().question, MessageId::kFeaturesLostAsText);
   protect(*open);
-  EXPECT_TRUE(open->check_save_back().needs_database_file);
+  EXPECT_EQ(open->check_save_back().refusal, MessageId::kUseNativeFormat);
 
-  ASSERT_EQ(open->save(folder_.path("towns.rvb")).error, ErrorCode::kOk);
+  ASSERT_EQ(open->save(folder_.path("towns.rvb")).failure, ErrorCode::kOk);
   EXPECT_EQ(open->title(), "towns.rvb");
-  EXPECT_FALSE(open->check_save_back().needs_database_file);
+  EXPECT_TRUE(open->check_save_back().passes());
   protect(*open);
-  EXPECT_EQ(open->save_back().error, ErrorCode::kOk);
+  EXPECT_EQ(open->save_back().failure, ErrorCode::kOk);
   EXPECT_FALSE(open->is_modified());
   EXPECT_EQ(read("towns.txt"), "Town;People\r\nPorto;240\r\n") << "the text stays as it was last saved";
 }
@@ -74,7 +74,7 @@ TEST_F(OpenDatabaseTest, ATextGoesBackAsItWasReadAndOnlyWhatItCanHold) {
 TEST_F(OpenDatabaseTest, CalculatedFieldsFollowFromTheFirstEditOn) {
   const auto text = open(write("towns.csv", "Town,People\nPorto,232\n"));
   add_formula(*text, "=People/2");
-  ASSERT_EQ(text->save(folder_.path("towns.rvb")).error, ErrorCode::kOk);
+  ASSERT_EQ(text->save(folder_.path("towns.rvb")).failure, ErrorCode::kOk);
   for (const bool automatic : {true, false}) {
     const auto open = this->open(folder_.path("towns.rvb"));
     Options options;
@@ -86,9 +86,10 @@ TEST_F(OpenDatabaseTest, CalculatedFieldsFollowFromTheFirstEditOn) {
 }
 
 TEST_F(OpenDatabaseTest, WhatReadingLostIsKept) {
-  EXPECT_THAT(open(write("b.csv", "a\ncaf\xE9\n"))->notices(), ElementsAre(Notice(ErrorCode::kInvalidUtf8)));
+  EXPECT_THAT(open(write("b.csv", "a\ncaf\xE9\n"))->notices(),
+              ElementsAre(UserText(ErrorCode::kInvalidUtf8)));
   const DatabaseOpening none = OpenDatabase::open(folder_.path("none.rvb"), {}, Options());
-  EXPECT_EQ(none.error, ErrorCode::kFileOpen);
+  EXPECT_EQ(none.failure, ErrorCode::kFileOpen);
   EXPECT_EQ(none.database, nullptr);
 }
 
@@ -96,18 +97,18 @@ TEST_F(OpenDatabaseTest, AnOlderContainerIsConvertedByTheNextSaveOfItsFile) {
   SaveSettings older;
   older.variant = SaveVariant::kZip32;
   const std::string path = folder_.path("old.rvb");
-  ASSERT_EQ(open(write("a.csv", "a\n1\n"))->save(path, older).error, ErrorCode::kOk);
+  ASSERT_EQ(open(write("a.csv", "a\n1\n"))->save(path, older).failure, ErrorCode::kOk);
   const auto open = this->open(path);
   EXPECT_TRUE(open->has_older_container());
   EXPECT_THAT(open->notices(), IsEmpty()) << "a question about saving is no loss";
-  ASSERT_EQ(open->save_back().error, ErrorCode::kOk);
+  ASSERT_EQ(open->save_back().failure, ErrorCode::kOk);
   EXPECT_TRUE(this->open(path)->has_older_container()) << "nobody has said to convert it";
 
   open->set_save_variant(SaveVariant::kZip64);
   SaveSettings copy;
   copy.as_copy = true;
-  ASSERT_EQ(open->save(folder_.path("copy.rvb"), copy).error, ErrorCode::kOk);
-  ASSERT_EQ(open->save_back().error, ErrorCode::kOk);
+  ASSERT_EQ(open->save(folder_.path("copy.rvb"), copy).failure, ErrorCode::kOk);
+  ASSERT_EQ(open->save_back().failure, ErrorCode::kOk);
   EXPECT_FALSE(this->open(path)->has_older_container());
   EXPECT_FALSE(open->has_older_container());
 }
@@ -122,19 +123,19 @@ TEST_F(OpenDatabaseTest, ANewDatabaseHasNoFileUntilItIsSavedOrSaidToHaveOne) {
   field.name = "a";
   auto table = std::make_unique<CWorkSheet>("t", std::vector<Field>{field});
   ASSERT_EQ(named->database().add_table(named->database().root(), table), ErrorCode::kOk);
-  ASSERT_EQ(named->save_back().error, ErrorCode::kOk);
+  ASSERT_EQ(named->save_back().failure, ErrorCode::kOk);
   EXPECT_TRUE(open(path)->has_database_file());
 }
 
 TEST_F(OpenDatabaseTest, ARecoveryCopyBelongsToItsOriginalAgain) {
   const std::string text = write("towns.tsv", "Town\tPeople\nPorto\t232\n");
   const std::string copy = folder_.path("copy.rvb");
-  ASSERT_EQ(open(text, '\t')->save(copy).error, ErrorCode::kOk);
+  ASSERT_EQ(open(text, '\t')->save(copy).failure, ErrorCode::kOk);
   const auto open = this->open(copy);
   open->restore_origin(text, FileFormat::kText);
   EXPECT_EQ(open->title(), "towns.tsv");
   EXPECT_TRUE(open->is_modified());
-  ASSERT_EQ(open->save_back().error, ErrorCode::kOk);
+  ASSERT_EQ(open->save_back().failure, ErrorCode::kOk);
   EXPECT_EQ(read("towns.tsv"), "Town\tPeople\r\nPorto\t232\r\n");
   open->restore_origin("", FileFormat::kNative);
   EXPECT_FALSE(open->can_save_back());

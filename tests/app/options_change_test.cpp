@@ -27,13 +27,12 @@ TEST(OptionsChange, ReadsExtensionsAsTheyAreWritten) {
 TEST(OptionsChange, AsksAndTellsWhatTheUserShouldKnow) {
   const profile::Settings before;
   profile::Settings after;
-  EXPECT_EQ(check_options_change(before, after), "");
-  EXPECT_THAT(options_change_notices(before, after), IsEmpty());
+  EXPECT_EQ(check_options_change(before, after), Check());
   after.check_box_options.auto_update = false;
-  EXPECT_EQ(check_options_change(before, after), texts::kManualUpdateMode);
-  EXPECT_EQ(check_options_change(after, before), texts::kAutomaticUpdateMode);
+  EXPECT_EQ(check_options_change(before, after).question, texts::kManualUpdateMode);
+  EXPECT_EQ(check_options_change(after, before).question, texts::kAutomaticUpdateMode);
   after.general_options.max_records = 1000;
-  EXPECT_THAT(options_change_notices(before, after), ElementsAre(Notice(MessageId::kMaxRecordsChanged)));
+  EXPECT_EQ(check_options_change(before, after).notice, MessageId::kMaxRecordsChanged);
 }
 
 }  // namespace

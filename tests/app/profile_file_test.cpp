@@ -323,7 +323,7 @@ TEST_F(ProfileFileTest, ADamagedProtectedProfileIsToldFromAWrongPassword) {
 
 TEST(ProfileProtection, ChecksTheEntries) {
   const auto check = [](const char* password, const char* repeated) {
-    return check_profile_protection({Secret(password), Secret(repeated)});
+    return check_profile_protection({Secret(password), Secret(repeated)}).refusal.text();
   };
   EXPECT_EQ(check("", ""), "");
   EXPECT_EQ(check("\xC3\xA4\xC3\xB6\xC3\xBC\xC3\x9F 1", "\xC3\xA4\xC3\xB6\xC3\xBC\xC3\x9F 1"), "");

@@ -36,7 +36,7 @@ class RecordedSteps final : public StartUpSteps {
   bool unregister_server() override { return end("unregister"); }
   bool register_server() override { return end("register"); }
   bool uninstall() override { return end("uninstall"); }
-  bool check_licence() override { return end("licence"); }
+  bool has_licence() override { return end("licence"); }
   void find_profile() override { add("profile"); }
   void prepare_first_run() override { add("first run"); }
   void unpack_help() override { add("help"); }
@@ -124,7 +124,7 @@ class WindowlessSteps final : public ProgramSteps {
   }
   void initialise_module() override {}
   void load_long_text_control() override {}
-  bool check_licence() override { return true; }
+  bool has_licence() override { return true; }
   void register_class_objects() override {}
   void resume_class_objects() override {}
   void create_main_frame() override {}

@@ -85,6 +85,14 @@ TEST_F(CompareCommands, DuplicatesAndUniqueFollowTheirModes) {
   EXPECT_THAT(rvb({"unique", path("birds.csv"), "--by", "City", "--mode", "2"}), HasSubstr("2 rvb: "));
 }
 
+TEST_F(CompareCommands, RefusalsKeepTheirNumbers) {
+  std::string names = "f0";
+  for (int i = 1; i <= 100; ++i) names += ",f" + std::to_string(i);
+  std::ofstream(path("wide.csv"), std::ios::binary) << names << "\n" << std::string(100, ',') << "\n";
+  EXPECT_EQ(rvb({"duplicates", path("wide.csv"), "--by", names}),
+            "1 rvb: message 127: Please select no more than 100 fields as sort keys.\n");
+}
+
 TEST_F(CompareCommands, UniqueSavesFrequencies) {
   EXPECT_EQ(rvb({"unique", path("birds.csv"), "--by", "City", "--save-frequencies", "Name"}),
             "1 rvb: Please specify a numeric field.\n");
@@ -103,7 +111,8 @@ TEST_F(CompareCommands, QuartilesFindBandsAndTheMean) {
             "{\"count\": 5, \"mean\": 3, \"1st quartile\": 2, \"2nd quartile\": 3, \"3rd quartile\": 4}\n");
   EXPECT_EQ(rvb({"quartiles", path("birds.csv"), "--by", "City"}),
             "1 rvb: Please specify a numeric field.\n");
-  EXPECT_THAT(rvb({"quartiles", path("birds.csv"), "--by", "Count", "--mode", "48"}), HasSubstr("1 rvb: "));
+  EXPECT_THAT(rvb({"quartiles", path("birds.csv"), "--by", "Count", "--mode", "48"}),
+              HasSubstr("1 rvb: there is nothing to find"));
   const std::vector<std::string> from_mean = {"--by", "Count", "--mode", "32", "--where", "Count:f:2"};
   EXPECT_EQ(names("quartiles", from_mean), "tern Tern ");
   std::vector<std::string> of_all = from_mean;

@@ -131,7 +131,7 @@ TEST_F(DatabaseTree, LimitsRecordFlagTypes) {
   EXPECT_EQ(check_record_flag_types(10), "");
   EXPECT_EQ(database.change_settings(settings), ErrorCode::kOk);
   settings.record_flag_types.push_back({"flag 11", 0});
-  EXPECT_EQ(check_record_flag_types(11), "You can define up to 10 record flag types.");
+  EXPECT_EQ(check_record_flag_types(11).refusal.text(), "You can define up to 10 record flag types.");
   EXPECT_NE(database.change_settings(settings), ErrorCode::kOk);
   EXPECT_EQ(database.settings().record_flag_types.size(), 10u);
 }

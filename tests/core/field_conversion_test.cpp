@@ -27,11 +27,11 @@ class Conversion : public testing::Test {
     for (const CellValue& value : values) ASSERT_EQ(table.set_value(record++, field, value), ErrorCode::kOk);
   }
 
-  ConversionResult convert(size_t field, FieldType type, const NumberSeparators& separators = {}) {
+  Outcome convert(size_t field, FieldType type, const NumberSeparators& separators = {}) {
     const FieldConversion settings{field, type, false, separators};
     EXPECT_EQ(check_conversion(table, settings).refusal, "");
-    ConversionResult result = convert_field(table, settings);
-    EXPECT_EQ(result.error, ErrorCode::kOk);
+    Outcome result = convert_field(table, settings);
+    EXPECT_EQ(result.failure, ErrorCode::kOk);
     return result;
   }
 
@@ -43,7 +43,7 @@ class Conversion : public testing::Test {
   }
 
   std::string refusal(size_t field, FieldType type) const {
-    return check_conversion(table, {field, type, false, {}}).refusal;
+    return check_conversion(table, {field, type, false, {}}).refusal.text();
   }
 
   using Texts = std::vector<std::string>;
@@ -55,8 +55,7 @@ class Conversion : public testing::Test {
 TEST_F(Conversion, TextsBecomeNumbers) {
   store(kTextField, {"1,5", "abc", "#DATA!", CellValue()});
   const auto result = convert(kTextField, FieldType::kNumber, {",", "."});
-  EXPECT_EQ(result.messages,
-            Texts{"Some data in the text table can not be converted to numeric field values."});
+  EXPECT_EQ(result.notices, std::vector<UserText>{MessageId::kTextNotNumeric});
   EXPECT_EQ(table.field(kTextField).type, FieldType::kNumber);
   EXPECT_EQ(texts(kTextField), (Texts{"1.5", "", "#DATA!", ""}));
   EXPECT_TRUE(is_empty(table.value(2, kTextField)));
@@ -69,7 +68,7 @@ TEST_F(Conversion, TextsBecomeNumbers) {
 TEST_F(Conversion, TextsThatNoRecordUsesDoNotCount) {
   store(kTextField, {"abc"});
   store(kTextField, {"5"});
-  EXPECT_TRUE(convert(kTextField, FieldType::kNumber).messages.empty());
+  EXPECT_TRUE(convert(kTextField, FieldType::kNumber).notices.empty());
   EXPECT_EQ(texts(kTextField)[0], "5");
 }
 
@@ -77,13 +76,13 @@ TEST_F(Conversion, NumbersComeBackThroughEveryTextType) {
   const Texts numbers = {"-1234.5", "1e+21", "#REF!", ""};
   store(kNumberField, {-1234.5, 1e21, error_number(FormulaError::kRef)});
   for (const FieldType type : {FieldType::kText, FieldType::kLongText, FieldType::kCode}) {
-    EXPECT_TRUE(convert(kNumberField, type).messages.empty());
+    EXPECT_TRUE(convert(kNumberField, type).notices.empty());
     EXPECT_EQ(texts(kNumberField), numbers);
     EXPECT_TRUE(is_empty(table.value(4, kNumberField)));
-    EXPECT_TRUE(convert(kNumberField, FieldType::kNumber).messages.empty());
+    EXPECT_TRUE(convert(kNumberField, FieldType::kNumber).notices.empty());
     EXPECT_EQ(texts(kNumberField), numbers);
   }
-  convert(kNumberField, FieldType::kText, {",", "."});
+  EXPECT_TRUE(convert(kNumberField, FieldType::kText, {",", "."}).is_done());
   EXPECT_EQ(texts(kNumberField)[0], "-1234,5");
 }
 
@@ -91,25 +90,25 @@ TEST_F(Conversion, LongTextsAreCutOnce) {
   std::string long_text;
   for (int i = 0; i < 9000; ++i) long_text += "é";
   store(kLongField, {Content::of(long_text), Content::of(long_text + "2"), Content::of("short")});
-  EXPECT_EQ(convert(kLongField, FieldType::kText).messages, Texts{kCutText});
+  EXPECT_EQ(convert(kLongField, FieldType::kText).notices, std::vector<UserText>{kCutText});
   EXPECT_EQ(texts(kLongField)[0], long_text.substr(0, 2 * 8169));
   EXPECT_EQ(texts(kLongField)[2], "short");
-  EXPECT_TRUE(convert(kLongField, FieldType::kCode).messages.empty());
+  EXPECT_TRUE(convert(kLongField, FieldType::kCode).notices.empty());
   EXPECT_EQ(texts(kLongField)[1], long_text.substr(0, 2 * 8169));
 }
 
 TEST_F(Conversion, TextStaysUtf8) {
   store(kLongField, {Content::of("caf\xE9")});
-  convert(kLongField, FieldType::kText);
+  EXPECT_TRUE(convert(kLongField, FieldType::kText).notices.empty());
   EXPECT_EQ(texts(kLongField)[0], "café");
 }
 
 TEST_F(Conversion, LinksChangeWithoutTouchingTheValues) {
   store(kTextField, {"www"});
-  EXPECT_EQ(convert_field(table, {kTextField, FieldType::kText, true, {}}).error, ErrorCode::kOk);
+  EXPECT_EQ(convert_field(table, {kTextField, FieldType::kText, true, {}}).failure, ErrorCode::kOk);
   EXPECT_EQ(field_list_text(table.field(kTextField)), "text  [Text / Link]");
   EXPECT_EQ(texts(kTextField)[0], "www");
-  EXPECT_EQ(convert_field(table, {kTextField, FieldType::kLongText, true, {}}).error, ErrorCode::kOk);
+  EXPECT_EQ(convert_field(table, {kTextField, FieldType::kLongText, true, {}}).failure, ErrorCode::kOk);
   EXPECT_FALSE(table.field(kTextField).link);
 }
 
@@ -130,9 +129,9 @@ TEST_F(Conversion, LongTextsBecomeFilesAndComeBack) {
   store(kLongField, {Content::of("plain"), Content::of("{\\rtf1}"), CellValue(), Content::of("{urtf1}")});
   const FieldConversion settings{kLongField, FieldType::kFiles, false, {}};
   EXPECT_EQ(check_conversion(table, settings).question, texts::kSaveCopyAndReload);
-  convert(kLongField, FieldType::kFiles);
+  EXPECT_TRUE(convert(kLongField, FieldType::kFiles).is_done());
   EXPECT_EQ(texts(kLongField), (Texts{"text.txt", "text.rtf", "", "text.rtf"}));
-  convert(kLongField, FieldType::kCode);
+  EXPECT_TRUE(convert(kLongField, FieldType::kCode).is_done());
   EXPECT_EQ(texts(kLongField), (Texts{"plain", "{\\rtf1}", "", "{urtf1}"}));
 }
 
@@ -167,7 +166,7 @@ TEST_F(Conversion, ChangesNothingWhenAContentCanNotBeRead) {
         {Content::of("first"), Content::stored(std::make_shared<FailingSource>(), 5), Content::of("third")});
   NoticeCounter notices(database);
   const auto result = convert_field(table, {kLongField, FieldType::kText, false, {}});
-  EXPECT_EQ(result.error, ErrorCode::kZipCorrupted);
+  EXPECT_EQ(result.failure, ErrorCode::kZipCorrupted);
   EXPECT_EQ(table.field(kLongField).type, FieldType::kLongText);
   EXPECT_EQ(notices.notices, 0);
 }
@@ -185,8 +184,8 @@ TEST_F(Conversion, ChangesNothingWhenCancelled) {
                                           FieldConversion{kNumberField, FieldType::kText, false, {}}}) {
     const FieldType former = table.field(settings.field).type;
     const auto result = convert_field(table, settings, progress);
-    EXPECT_EQ(result.error, ErrorCode::kOk);
-    EXPECT_TRUE(result.messages.empty());
+    EXPECT_EQ(result.status(), Status::kCancelled);
+    EXPECT_TRUE(result.notices.empty());
     EXPECT_EQ(table.field(settings.field).type, former);
   }
   EXPECT_EQ(texts(kTextField)[0] + texts(kNumberField)[0], "abc1.5");

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/messages/error_code.h"
-#include "core/messages/status.h"
+#include "core/messages/outcome.h"
 #include "core/table/field.h"
 
 namespace rowvane {
@@ -44,9 +44,31 @@ TEST(Messages, ErrorCodesHaveTheirTexts) {
   EXPECT_TRUE(error_text(ErrorCode::kXmlMemory).starts_with("Ouf of memory"));
 }
 
-TEST(Messages, NoticesShowTheirText) {
-  EXPECT_EQ(notice_text(MessageId::kProgramTitle), "Rowvane 22.5");
-  EXPECT_EQ(notice_text(ErrorCode::kTooManyRecords), "Too many records.");
+TEST(Messages, UserTextsKeepTheirNumbers) {
+  const UserText message(MessageId::kTooManyKeyFields, {100LL});
+  EXPECT_EQ(message.text(), "Please select no more than 100 fields as sort keys.");
+  EXPECT_EQ(message.numbered_text(), "message 127: Please select no more than 100 fields as sort keys.");
+  const UserText error = ErrorCode::kTooManyRecords;
+  EXPECT_EQ(error.numbered_text(), "error 42: Too many records.");
+  EXPECT_EQ(error.error(), ErrorCode::kTooManyRecords);
+  EXPECT_NE(error, error.text()) << "the same words without the number";
+  EXPECT_EQ(UserText("Choose a field.").numbered_text(), "Choose a field.");
+  EXPECT_TRUE(UserText(ErrorCode::kOk).empty());
+}
+
+TEST(Messages, OutcomesTellOnce) {
+  Outcome outcome = ErrorCode::kOk;
+  outcome.note(ErrorCode::kOk);
+  EXPECT_EQ(outcome.status(), Status::kOk);
+  EXPECT_TRUE(outcome.notices.empty());
+  outcome.note(MessageId::kCellsTruncated);
+  outcome.note({MessageId::kCellsTruncated, ErrorCode::kInvalidUtf8});
+  EXPECT_EQ(outcome.notices, (std::vector<UserText>{MessageId::kCellsTruncated, ErrorCode::kInvalidUtf8}));
+  outcome.failure = ErrorCode::kZipState;
+  EXPECT_EQ(outcome.status(), Status::kFailed);
+  outcome.cancelled = true;
+  EXPECT_EQ(outcome.status(), Status::kCancelled) << "the failure is its effect";
+  EXPECT_FALSE(outcome.is_done());
 }
 
 TEST(Messages, FieldTypesHaveCodesAndNames) {

@@ -62,7 +62,7 @@ TEST_F(SharedLists, ChecksNamesAndTheNumberOfFlagTypes) {
   for (int i = 0; i < 10; ++i) types.push_back({{"type" + std::to_string(i), 0}, {}});
   EXPECT_EQ(check_record_flag_types(types), "");
   types.push_back({{"one more", 0}, {}});
-  EXPECT_EQ(check_record_flag_types(types), message(MessageId::kTooManyRecordFlagTypes));
+  EXPECT_EQ(check_record_flag_types(types), MessageId::kTooManyRecordFlagTypes);
 }
 
 }  // namespace

@@ -140,8 +140,8 @@ class Changer {
   }
 
   ErrorCode convert(CWorkSheet& table, const FieldConversion& settings) {
-    if (!check_conversion(table, settings).refusal.empty()) return ErrorCode::kConversionRule;
-    return convert_field(table, settings).error;
+    if (!check_conversion(table, settings).passes()) return ErrorCode::kConversionRule;
+    return convert_field(table, settings).failure.error();
   }
 
   ErrorCode change_records() {

@@ -53,13 +53,13 @@ class FieldEncryption : public testing::Test {
 
   ErrorCode encrypt(const std::vector<size_t>& fields, const std::string& password = "password") {
     const FieldEncryptionSettings settings = settings_for(fields, password);
-    EXPECT_EQ(check_encrypt_fields(table, settings), std::nullopt);
-    return encrypt_fields(table, settings).error;
+    EXPECT_EQ(check_encrypt_fields(table, settings), Check());
+    return encrypt_fields(table, settings).failure.error();
   }
   ErrorCode decrypt(const std::vector<size_t>& fields, const std::string& password = "password") {
     const FieldEncryptionSettings settings = settings_for(fields, password);
-    EXPECT_EQ(check_decrypt_fields(table, settings), std::nullopt);
-    return decrypt_fields(table, settings).error;
+    EXPECT_EQ(check_decrypt_fields(table, settings), Check());
+    return decrypt_fields(table, settings).failure.error();
   }
 
   std::string content(const CellValue& value) const {
@@ -96,7 +96,7 @@ class FieldEncryption : public testing::Test {
 TEST_F(FieldEncryption, GivesBackEveryTypeOfValue) {
   const std::string before = whole();
   ASSERT_EQ(encrypt(kAll), ErrorCode::kOk);
-  EXPECT_EQ(check_encrypted_fields(table, 2), ErrorCode::kOk);
+  EXPECT_EQ(verify_encrypted_fields(table, 2), ErrorCode::kOk);
   const std::string encrypted = whole();
   for (const char* secret : {"plain", "long", "x = 1", "a.txt", "/home/b.pdf", "bytes"})
     EXPECT_EQ(encrypted.substr(encrypted.find(' ')).find(secret), std::string::npos) << secret;
@@ -114,7 +114,7 @@ TEST_F(FieldEncryption, FieldsMayHaveDifferentPasswordsAndBeMovedAbout) {
   ASSERT_EQ(encrypt({kNumber, kFiles}), ErrorCode::kOk);
   ASSERT_EQ(encrypt({kText}, "another"), ErrorCode::kOk);
   EXPECT_EQ(check_decrypt_fields(table, settings_for({kText, kNumber}, "password")),
-            Notice(ErrorCode::kInvalidPassword));
+            ErrorCode::kInvalidPassword);
   ASSERT_EQ(table.move_field(kNumber, 0), ErrorCode::kOk);
   ASSERT_EQ(table.move_field(0, kNumber), ErrorCode::kOk);
   EXPECT_EQ(decrypt({kText}, "another"), ErrorCode::kOk);
@@ -131,25 +131,24 @@ TEST_F(FieldEncryption, IsOneStepOfUndo) {
   EXPECT_FALSE(database.undo());
   ASSERT_TRUE(database.redo());
   EXPECT_EQ(whole(), encrypted);
-  EXPECT_EQ(check_encrypted_fields(table, 1), ErrorCode::kOk);
+  EXPECT_EQ(verify_encrypted_fields(table, 1), ErrorCode::kOk);
 }
 
 TEST_F(FieldEncryption, ChecksItsSettings) {
   const auto wrong = [this](const std::vector<size_t>& fields, const std::string& password) {
     return check_encrypt_fields(table, settings_for(fields, password));
   };
-  EXPECT_EQ(wrong({}, "password"), Notice(ErrorCode::kInvalidCacheIndex));
-  EXPECT_EQ(wrong({5}, "password"), Notice(ErrorCode::kInvalidCacheIndex));
-  EXPECT_EQ(wrong({1, 1}, "password"), Notice(ErrorCode::kInvalidCacheIndex));
-  EXPECT_EQ(wrong({1}, "12345"), Notice(MessageId::kPasswordTooShort));
+  EXPECT_EQ(wrong({}, "password"), ErrorCode::kInvalidCacheIndex);
+  EXPECT_EQ(wrong({5}, "password"), ErrorCode::kInvalidCacheIndex);
+  EXPECT_EQ(wrong({1, 1}, "password"), ErrorCode::kInvalidCacheIndex);
+  EXPECT_EQ(wrong({1}, "12345"), MessageId::kPasswordTooShort);
   FieldEncryptionSettings differing = settings_for({1}, "123456");
   differing.repeated = Secret("123457");
-  EXPECT_EQ(check_encrypt_fields(table, differing), Notice(MessageId::kPasswordsDiffer));
+  EXPECT_EQ(check_encrypt_fields(table, differing), MessageId::kPasswordsDiffer);
   ASSERT_EQ(encrypt({1}), ErrorCode::kOk);
-  EXPECT_EQ(wrong({0, 1}, "password"), Notice(ErrorCode::kEncryptedField));
-  EXPECT_EQ(check_decrypt_fields(table, settings_for({0}, "password")),
-            Notice(ErrorCode::kFieldTypeMismatch));
-  EXPECT_EQ(check_decrypt_fields(table, settings_for({1}, "passwore")), Notice(ErrorCode::kInvalidPassword));
+  EXPECT_EQ(wrong({0, 1}, "password"), ErrorCode::kEncryptedField);
+  EXPECT_EQ(check_decrypt_fields(table, settings_for({0}, "password")), ErrorCode::kFieldTypeMismatch);
+  EXPECT_EQ(check_decrypt_fields(table, settings_for({1}, "passwore")), ErrorCode::kInvalidPassword);
 }
 
 TEST_F(FieldEncryption, EncryptedValuesCanNotBeEdited) {
@@ -164,7 +163,7 @@ TEST_F(FieldEncryption, EncryptedValuesCanNotBeEdited) {
   EXPECT_EQ(table.value_text(1, kText), "");
   const uint32_t gone[] = {2};
   ASSERT_EQ(table.delete_records(gone), ErrorCode::kOk);
-  EXPECT_EQ(check_encrypted_fields(table, 2), ErrorCode::kOk);
+  EXPECT_EQ(verify_encrypted_fields(table, 2), ErrorCode::kOk);
   EXPECT_EQ(decrypt({kText}), ErrorCode::kOk);
 }
 
@@ -174,9 +173,9 @@ TEST_F(FieldEncryption, NoticesChangedValues) {
     Column changed = table.column(field);
     store_value(changed, position, value);
     EXPECT_EQ(table.replace_column(field, table.field(field), std::move(changed)), ErrorCode::kOk);
-    const ErrorCode error = check_encrypted_fields(table, 2);
+    const ErrorCode error = verify_encrypted_fields(table, 2);
     if (error != ErrorCode::kOk) {
-      EXPECT_EQ(decrypt_fields(table, settings_for({field}, "password")).error, ErrorCode::kFileDecrypt);
+      EXPECT_EQ(decrypt_fields(table, settings_for({field}, "password")).failure, ErrorCode::kFileDecrypt);
     }
     EXPECT_TRUE(database.undo());
     return error;
@@ -192,8 +191,8 @@ TEST_F(FieldEncryption, NoticesChangedValues) {
   Field forged = table.field(kText);
   forged.encryption = "AAAA";
   EXPECT_EQ(table.replace_column(kText, forged, table.column(kText)), ErrorCode::kOk);
-  EXPECT_EQ(check_encrypted_fields(table, 2), ErrorCode::kEncryptedDataChanged);
-  EXPECT_EQ(check_decrypt_fields(table, settings_for({kText}, "password")), Notice(ErrorCode::kFileDecrypt));
+  EXPECT_EQ(verify_encrypted_fields(table, 2), ErrorCode::kEncryptedDataChanged);
+  EXPECT_EQ(check_decrypt_fields(table, settings_for({kText}, "password")), ErrorCode::kFileDecrypt);
 }
 
 class BrokenSource final : public ContentSource {

@@ -27,24 +27,24 @@ TEST(Protection, ChecksTheNewPassword) {
   EXPECT_EQ(refusal("12345", "12345"), MessageId::kPasswordTooShort);
   EXPECT_EQ(refusal("", ""), MessageId::kPasswordTooShort);
   EXPECT_EQ(refusal("äöüßé", "äöüßé"), MessageId::kPasswordTooShort);  // ten bytes
-  EXPECT_EQ(refusal("123456", "123456"), std::nullopt);
-  EXPECT_EQ(refusal("äöüßéø", "äöüßéø"), std::nullopt);
+  EXPECT_EQ(refusal("123456", "123456"), "");
+  EXPECT_EQ(refusal("äöüßéø", "äöüßéø"), "");
   EXPECT_EQ(refusal("123456", "123457"), MessageId::kPasswordsDiffer);
   EXPECT_EQ(refusal("123456", "1234567"), MessageId::kPasswordsDiffer);
 }
 
 TEST(Protection, AsksBeforeAnyoneMayRead) {
-  EXPECT_EQ(check_protection(settings_of("123456", "123456")).question, std::nullopt);
+  EXPECT_EQ(check_protection(settings_of("123456", "123456")).question, "");
   EXPECT_EQ(check_protection(settings_of("123456", "123456", true)).question,
             MessageId::kReadOnlyOpenQuestion);
-  EXPECT_EQ(check_protection(settings_of("12345", "12345", true)).question, std::nullopt);
+  EXPECT_EQ(check_protection(settings_of("12345", "12345", true)).question, "");
 }
 
 TEST(Protection, WarnsOfOtherFormats) {
-  EXPECT_EQ(check_target_format(true, FileFormat::kText, false), MessageId::kUseNativeFormat);
-  EXPECT_EQ(check_target_format(true, FileFormat::kText, true), MessageId::kRecordsNotProtected);
-  EXPECT_EQ(check_target_format(true, FileFormat::kNative, true), std::nullopt);
-  EXPECT_EQ(check_target_format(false, FileFormat::kText, true), std::nullopt);
+  EXPECT_EQ(check_target_format(true, FileFormat::kText, false).question, MessageId::kUseNativeFormat);
+  EXPECT_EQ(check_target_format(true, FileFormat::kText, true).notice, MessageId::kRecordsNotProtected);
+  EXPECT_EQ(check_target_format(true, FileFormat::kNative, true), Check());
+  EXPECT_EQ(check_target_format(false, FileFormat::kText, true), Check());
 }
 
 class MemberCipher : public testing::TestWithParam<CipherAlgorithm> {

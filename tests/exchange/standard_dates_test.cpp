@@ -42,7 +42,7 @@ class StandardDatesTest : public testing::Test {
 };
 
 TEST_F(StandardDatesTest, DatesBecomeStandardAndAllElseStays) {
-  ASSERT_EQ(check_date_conversion(*table, settings), ErrorCode::kOk);
+  ASSERT_EQ(check_date_conversion(*table, settings), Check());
   const auto before = texts(0);
   const DateConversionResult result = convert_to_standard_dates(database, *table, settings, progress);
   EXPECT_THAT(texts(0),

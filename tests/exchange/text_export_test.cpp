@@ -65,7 +65,7 @@ TEST_F(TextExportTest, ManyBlocksKeepTheirOrder) {
   const CWorkSheet table = counted_table(100'000);
   for (const int threads : {1, 2, 5}) {
     const TextExportResult result = export_text(table, path(), {.threads = threads});
-    EXPECT_EQ(result.status, Status::kOk);
+    EXPECT_EQ(result.status(), Status::kOk);
     EXPECT_THAT(result.files, ElementsAre(path()));
     EXPECT_TRUE(file_text(path()) == "n,t\r\n" + counted_lines(1, 100'000)) << threads;
   }
@@ -75,10 +75,10 @@ TEST_F(TextExportTest, ManyBlocksKeepTheirOrder) {
 TEST_F(TextExportTest, ChosenRecordsAndFields) {
   TextExport settings{.fields = {1, 0}, .positions = std::vector<uint32_t>{6, 0, 2}};
   settings.text.flags = TextFileSettings::kSeparated | TextFileSettings::kQuoting;
-  EXPECT_EQ(export_text(counted_table(10), path(), settings).status, Status::kOk);
+  EXPECT_EQ(export_text(counted_table(10), path(), settings).status(), Status::kOk);
   EXPECT_EQ(file_text(path()), "\"a,\xC3\xA9\",7\r\nb,1\r\nb,3\r\n");
   settings.positions->clear();
-  EXPECT_EQ(export_text(counted_table(10), path(), settings).status, Status::kOk);
+  EXPECT_EQ(export_text(counted_table(10), path(), settings).status(), Status::kOk);
   EXPECT_EQ(file_text(path()), "");
 }
 
@@ -89,7 +89,7 @@ TEST_F(TextExportTest, EncodingsReadBack) {
   TextExport settings;
   const auto saved = [&](uint8_t encoding) {
     settings.text.encoding = encoding;
-    EXPECT_EQ(export_text(table, path(), settings).status, Status::kOk);
+    EXPECT_EQ(export_text(table, path(), settings).status(), Status::kOk);
     const auto read = import_text_file(path(), {.text = settings.text});
     EXPECT_EQ(read.table->value_text(1, 0), "\xE2\x82\xAC\xC3\xA9");
     EXPECT_EQ(read.table->value_text(2, 0), "a,b");
@@ -112,7 +112,7 @@ TEST_F(TextExportTest, LossesAreTold) {
   settings.text.fixed_widths_on = 1;
   settings.text.fixed_widths[0] = 1;
   EXPECT_THAT(export_text(counted_table(10), path(), settings).notices,
-              ElementsAre(Notice(MessageId::kCellsTruncated)));
+              ElementsAre(UserText(MessageId::kCellsTruncated)));
 }
 
 TEST_F(TextExportTest, RowLimitContinuesInFurtherFiles) {
@@ -175,7 +175,7 @@ TEST_F(TextExportArchives, EachOptionStandsAlone) {
   settings_.save_files = true;
   settings_.positions = std::vector<uint32_t>{2, 0, 2};
   settings_.fields = {2, 1, 2};
-  EXPECT_EQ(export_text(*table_, path(), settings_).status, Status::kOk);
+  EXPECT_EQ(export_text(*table_, path(), settings_).status(), Status::kOk);
   const std::string files =
       "t.rvb-bin/t.r000000003f00003/photo.jpg; /home/b.txt; t.rvb-bin/t.r000000003f00003/c.txt";
   EXPECT_EQ(file_text(path()), "files,long,files\r\n" + files + ",," + files + "\r\n,\"x,y\",\r\n" + files +
@@ -195,19 +195,19 @@ TEST_F(TextExportArchives, FailuresLeaveTheText) {
       table_->set_value(1, 2, FileList{{"lost", "", Content::stored(std::make_shared<UnreadableFile>(), 9)}}),
       ErrorCode::kOk);
   const TextExportResult unread = export_text(*table_, path(), settings_);
-  EXPECT_EQ(unread.status, Status::kFailed);
-  EXPECT_EQ(unread.error, ErrorCode::kFileRead);
+  EXPECT_EQ(unread.status(), Status::kFailed);
+  EXPECT_EQ(unread.failure, ErrorCode::kFileRead);
   EXPECT_THAT(unread.files, IsEmpty());
   EXPECT_EQ(folder_.file_count(), 1U);
 
   settings_.positions = std::vector<uint32_t>{2};
   std::filesystem::create_directory(path("t.rvb-bin.zip"));
   const TextExportResult blocked = export_text(*table_, path(), settings_);
-  EXPECT_EQ(blocked.status, Status::kFailed);
+  EXPECT_EQ(blocked.status(), Status::kFailed);
   EXPECT_THAT(blocked.files, IsEmpty());
   EXPECT_EQ(file_text(path()), "old");
   EXPECT_EQ(folder_.file_count(), 2U);
-  EXPECT_EQ(export_text(*table_, path("none/t.csv"), settings_).error, ErrorCode::kFileCreate);
+  EXPECT_EQ(export_text(*table_, path("none/t.csv"), settings_).failure, ErrorCode::kFileCreate);
 }
 
 // Cancels once DONE records are reported.
@@ -232,8 +232,8 @@ TEST_F(TextExportTest, CancelReplacesNothing) {
   for (const uint64_t records : {1u, 60'000u, 100'000u}) {
     CancelAt progress(records);
     const TextExportResult result = export_text(table, path(), {.row_limit = 40'000, .threads = 3}, progress);
-    EXPECT_EQ(result.status, Status::kCancelled);
-    EXPECT_EQ(result.error, ErrorCode::kOk);
+    EXPECT_EQ(result.status(), Status::kCancelled);
+    EXPECT_EQ(result.failure, ErrorCode::kOk);
     EXPECT_THAT(result.files, IsEmpty());
     EXPECT_EQ(file_text(path()), "old");
     EXPECT_EQ(folder_.file_count(), 1U);
@@ -244,11 +244,11 @@ TEST_F(TextExportTest, AFailedFileLeavesAllOthers) {
   write_old(path("t.csv"));
   std::filesystem::create_directory(path("t(2).csv"));
   const TextExportResult result = export_text(counted_table(100), path("t.csv"), {.row_limit = 40});
-  EXPECT_EQ(result.status, Status::kFailed);
-  EXPECT_EQ(result.error, ErrorCode::kFolderPath);
+  EXPECT_EQ(result.status(), Status::kFailed);
+  EXPECT_EQ(result.failure, ErrorCode::kFolderPath);
   EXPECT_EQ(file_text(path("t.csv")), "old");
   EXPECT_EQ(folder_.file_count(), 2U);
-  EXPECT_EQ(export_text(counted_table(1), path("missing/t.csv"), {}).error, ErrorCode::kFileCreate);
+  EXPECT_EQ(export_text(counted_table(1), path("missing/t.csv"), {}).failure, ErrorCode::kFileCreate);
 }
 
 TEST_F(TextExportTest, AnUnreadableValueFailsTheExport) {
@@ -260,8 +260,8 @@ TEST_F(TextExportTest, AnUnreadableValueFailsTheExport) {
   write_old(path());
   const TextExportResult result =
       export_text(test_table({{"l", FieldType::kLongText, cells}}), path(), {.threads = 3});
-  EXPECT_EQ(result.status, Status::kFailed);
-  EXPECT_EQ(result.error, ErrorCode::kZipCorrupted);
+  EXPECT_EQ(result.status(), Status::kFailed);
+  EXPECT_EQ(result.failure, ErrorCode::kZipCorrupted);
   EXPECT_EQ(file_text(path()), "old");
 }
 
@@ -277,8 +277,8 @@ TEST_F(TextExportTest, AFullDiskLosesNothing) {
   const TextExportResult result = export_text(counted_table(200'000), path(), {.threads = 2});
   setrlimit(RLIMIT_FSIZE, &former);
   std::signal(SIGXFSZ, former_handler);
-  EXPECT_EQ(result.status, Status::kFailed);
-  EXPECT_EQ(result.error, ErrorCode::kFileWrite);
+  EXPECT_EQ(result.status(), Status::kFailed);
+  EXPECT_EQ(result.failure, ErrorCode::kFileWrite);
   EXPECT_EQ(file_text(path()), "old");
   EXPECT_EQ(folder_.file_count(), 1U);
 }
@@ -287,8 +287,8 @@ TEST_F(TextExportTest, AFullDiskLosesNothing) {
 TEST_F(TextExportTest, WrongSettingsAreRefused) {
   const CWorkSheet table = counted_table(1000);
   const auto check = [&](const TextExport& settings) {
-    const std::string wrong = check_text_export_settings(table, settings);
-    EXPECT_EQ(export_text(table, path(), settings).status, wrong.empty() ? Status::kOk : Status::kFailed);
+    const UserText wrong = check_text_export_settings(table, settings).refusal;
+    EXPECT_EQ(export_text(table, path(), settings).status(), wrong.empty() ? Status::kOk : Status::kFailed);
     return wrong;
   };
   EXPECT_EQ(check({}), "");
@@ -301,12 +301,11 @@ TEST_F(TextExportTest, WrongSettingsAreRefused) {
 }
 
 TEST(TextExportQuestion, AsksWhenFeaturesWouldBeLost) {
-  const std::string question = message(MessageId::kFeaturesLostAsText);
   const auto asks = [&](auto change) {
     TableData data = table_data({{"a", FieldType::kText, {text("x")}}, {"b", FieldType::kNumber, {1.0}}});
     change(data);
-    const std::string answer = check_text_export(CWorkSheet("t", std::move(data)));
-    EXPECT_TRUE(answer.empty() || answer == question);
+    const UserText answer = check_text_export(CWorkSheet("t", std::move(data))).question;
+    EXPECT_TRUE(answer.empty() || answer == MessageId::kFeaturesLostAsText);
     return !answer.empty();
   };
   EXPECT_FALSE(asks([](auto&) {}));
@@ -329,15 +328,15 @@ TEST(TextExportQuestion, LooksAtTheWholeDatabase) {
   auto table = std::make_unique<CWorkSheet>("t", table_data({{"a", FieldType::kText, {text("x")}}}));
   const CWorkSheet& only = *table;
   ASSERT_EQ(database.add_table(database.root(), table), ErrorCode::kOk);
-  EXPECT_EQ(check_text_export(only), "");
+  EXPECT_EQ(check_text_export(only).question, "");
   DatabaseSettings settings;
   settings.drop_down_lists = {{"colors", {"red"}}};
   ASSERT_EQ(database.change_settings(settings), ErrorCode::kOk);
-  EXPECT_NE(check_text_export(only), "");
+  EXPECT_NE(check_text_export(only).question, "");
   ASSERT_EQ(database.change_settings({}), ErrorCode::kOk);
   auto second = std::make_unique<CWorkSheet>("u", table_data({{"a", FieldType::kText, {text("x")}}}));
   ASSERT_EQ(database.add_table(database.root(), second), ErrorCode::kOk);
-  EXPECT_NE(check_text_export(only), "");
+  EXPECT_NE(check_text_export(only).question, "");
 }
 
 }  // namespace

@@ -36,7 +36,7 @@ TextImport with_encoding(uint8_t encoding) {
 
 TextImportResult import(std::string_view text, const TextImport& settings = {}) {
   TextImportResult result = import_text_block(text, settings);
-  EXPECT_EQ(result.status, Status::kOk);
+  EXPECT_EQ(result.status(), Status::kOk);
   return result;
 }
 
@@ -99,7 +99,7 @@ TEST(TextImportNames, AreCutAndDecoded) {
       "ber\n");
   EXPECT_THAT(names(broken), ElementsAre("\u00FC"
                                          "ber"));
-  EXPECT_THAT(broken.notices, ElementsAre(Notice(ErrorCode::kInvalidUtf8)));
+  EXPECT_THAT(broken.notices, ElementsAre(UserText(ErrorCode::kInvalidUtf8)));
 }
 
 // Types
@@ -143,7 +143,7 @@ TEST(TextImportTypes, ChosenTypes) {
   const TextImportResult chosen = import(text, settings);
   EXPECT_EQ(types(chosen), "TNLNT");
   EXPECT_THAT(cells(chosen, 3), ElementsAre("", "1"));
-  EXPECT_THAT(chosen.notices, ElementsAre(Notice(MessageId::kTextNotNumeric)));
+  EXPECT_THAT(chosen.notices, ElementsAre(UserText(MessageId::kTextNotNumeric)));
 }
 
 TEST(TextImportTypes, SeparatorsOfTheUser) {
@@ -255,7 +255,7 @@ TEST(TextImportLimits, LongCellsAreCutByCharacters) {
           EXPECT_EQ(result.table->value_text(2, 0), "c");
           EXPECT_EQ(result.notices.size(), length > kMaxTextCharacters ? 1u : 0u) << length;
           if (!result.notices.empty()) {
-            EXPECT_EQ(result.notices[0], Notice(MessageId::kCellsTruncated));
+            EXPECT_EQ(result.notices[0], UserText(MessageId::kCellsTruncated));
           }
         }
       }
@@ -282,7 +282,7 @@ TEST(TextImportLimits, HugeRecordsDisturbNoOthers) {
   EXPECT_EQ(cut.table->value_text(1, 0), std::string(kMaxTextCharacters, 'h'));
   EXPECT_EQ(cells(cut, 0)[1], "q\"");
   EXPECT_THAT(cells(cut, 1), ElementsAre("1", "2", "3"));
-  EXPECT_THAT(cut.notices, ElementsAre(Notice(MessageId::kCellsTruncated)));
+  EXPECT_THAT(cut.notices, ElementsAre(UserText(MessageId::kCellsTruncated)));
 
   TextImport settings;
   settings.text.column_options[0] = Settings::kLongText;
@@ -297,7 +297,7 @@ TEST(TextImportLimits, QuoteThatIsNeverClosed) {
   const TextImportResult result = import("a\nb\n\"" + std::string(20'000'000, '\n'));
   EXPECT_EQ(result.table->record_count(), 2u);
   EXPECT_EQ(result.table->value_text(2, 0), std::string(kMaxTextCharacters, '\n'));
-  EXPECT_THAT(result.notices, ElementsAre(Notice(MessageId::kCellsTruncated)));
+  EXPECT_THAT(result.notices, ElementsAre(UserText(MessageId::kCellsTruncated)));
 }
 
 TEST(TextImportLimits, RecordsWithoutRoomLeaveNoTrace) {
@@ -308,7 +308,7 @@ TEST(TextImportLimits, RecordsWithoutRoomLeaveNoTrace) {
   const TextImportResult cut = import(text + "x,y\n\xFF\n" + std::string(9'000, 'z'), settings);
   EXPECT_EQ(types(cut), "N");
   EXPECT_THAT(cells(cut), ElementsAre("1", "2"));
-  EXPECT_THAT(cut.notices, ElementsAre(Notice(MessageId::kTooManyRecordsInFile)));
+  EXPECT_THAT(cut.notices, ElementsAre(UserText(MessageId::kTooManyRecordsInFile)));
 }
 
 TEST(TextImportLimits, ManyRecordsWithoutRoom) {
@@ -332,7 +332,7 @@ TEST(TextImportLimits, ColumnsWithoutRoom) {
   EXPECT_EQ(result.table->field_count(), kMaxImportColumns);
   EXPECT_EQ(result.table->value_text(1, kMaxImportColumns - 1), "16383");
   EXPECT_EQ(result.table->value_text(2, 0), "b");
-  EXPECT_THAT(result.notices, ElementsAre(Notice(MessageId::kTooManyColumnsInFile)));
+  EXPECT_THAT(result.notices, ElementsAre(UserText(MessageId::kTooManyColumnsInFile)));
 }
 
 // Encodings
@@ -341,7 +341,7 @@ TEST(TextImportEncodings, BrokenUtf8StaysReadable) {
   const TextImportResult result = import("a,\xFC\n\xE2\x82,\xC3\xA9\xFC\n", without_names());
   EXPECT_THAT(cells(result, 0), ElementsAre("a", "\u00E2\u201A"));
   EXPECT_THAT(cells(result, 1), ElementsAre("\u00FC", "\u00E9\u00FC"));
-  EXPECT_THAT(result.notices, ElementsAre(Notice(ErrorCode::kInvalidUtf8)));
+  EXPECT_THAT(result.notices, ElementsAre(UserText(ErrorCode::kInvalidUtf8)));
 }
 
 std::vector<std::string> letters_of(uint8_t encoding) {
@@ -375,12 +375,12 @@ TEST(TextImportEncodings, EveryEncodingComesBack) {
     out.text.encoding = encoding;
     const std::string path = folder.path("t.csv");
     const TextExportResult written = export_text(table, path, out);
-    ASSERT_EQ(written.status, Status::kOk) << int(encoding);
+    ASSERT_EQ(written.status(), Status::kOk) << int(encoding);
     EXPECT_FALSE(written.replaced_characters) << int(encoding);
     TextImport in;
     in.text.encoding = encoding;
     const TextImportResult read = import_text_file(path, in);
-    ASSERT_EQ(read.status, Status::kOk) << int(encoding);
+    ASSERT_EQ(read.status(), Status::kOk) << int(encoding);
     EXPECT_EQ(cells(read), letters) << int(encoding);
     EXPECT_THAT(names(read), ElementsAre("n" + letters.back())) << int(encoding);
     EXPECT_THAT(read.notices, IsEmpty()) << int(encoding);
@@ -429,7 +429,7 @@ class TextImportFiles : public testing::Test {
 
 TEST_F(TextImportFiles, SmallFiles) {
   const TextImportResult empty = import_text_file(write(""), {});
-  ASSERT_EQ(empty.status, Status::kOk);
+  ASSERT_EQ(empty.status(), Status::kOk);
   EXPECT_THAT(names(empty), ElementsAre("field1"));
   EXPECT_EQ(empty.table->record_count(), 0u);
   const TextImportResult heading = import_text_file(write("a,b"), {});
@@ -450,10 +450,10 @@ TEST_F(TextImportFiles, FilesThatCannotBeRead) {
   if (probe.open(unreadable) != platform::FileStatus::kOk) paths.push_back(unreadable);
   for (const std::string& path : paths) {
     const TextImportResult result = import_text_file(path, {});
-    EXPECT_EQ(result.status, Status::kFailed) << path;
-    EXPECT_NE(result.error, ErrorCode::kOk) << path;
+    EXPECT_EQ(result.status(), Status::kFailed) << path;
+    EXPECT_NE(result.failure, ErrorCode::kOk) << path;
     EXPECT_EQ(result.table, nullptr) << path;
-    EXPECT_EQ(import_text_sample(path, {}, 10).status, Status::kFailed) << path;
+    EXPECT_EQ(import_text_sample(path, {}, 10).status(), Status::kFailed) << path;
   }
 }
 
@@ -465,7 +465,7 @@ TEST_F(TextImportFiles, SampleIsTheFirstRecordsAsText) {
   settings.region = platform::regional_settings_of("en_US");
   settings.text.options |= Settings::kConvertDates;
   const TextImportResult sample = import_text_sample(write(text), settings, 3);
-  ASSERT_EQ(sample.status, Status::kOk);
+  ASSERT_EQ(sample.status(), Status::kOk);
   EXPECT_THAT(names(sample), ElementsAre("n", "d"));
   EXPECT_EQ(types(sample), "TT");
   EXPECT_THAT(cells(sample, 0), ElementsAre("1.50", "1.50", "1.50"));
@@ -499,8 +499,8 @@ TEST_F(TextImportFiles, CancelledAtAnyBlock) {
     TextImport settings;
     settings.threads = 1 + blocks % 3;
     const TextImportResult result = import_text_file(path, settings, progress);
-    if (result.status == Status::kOk) break;
-    ASSERT_EQ(result.status, Status::kCancelled) << blocks;
+    if (result.status() == Status::kOk) break;
+    ASSERT_EQ(result.status(), Status::kCancelled) << blocks;
     ASSERT_EQ(result.table, nullptr) << blocks;
     ASSERT_LT(blocks, 100);
   }

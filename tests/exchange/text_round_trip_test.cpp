@@ -66,7 +66,7 @@ TEST(TextRoundTrip, DatabaseFilesKeepEveryCell) {
       plan.columns.assign(fields, ColumnPlan{});
       MemoryTextSource source(out);
       TextStreamResult read = load_text(source, plan, Progress::none());
-      ASSERT_EQ(read.status, Status::kOk);
+      ASSERT_EQ(read.status(), Status::kOk);
       expect_same_cells(CWorkSheet("read", std::move(read.data)), table);
     }
   }
@@ -86,10 +86,10 @@ TEST(TextRoundTrip, ExportedFilesKeepWhatTextFilesCan) {
       settings.text.options = 0;
       const CWorkSheet table = random_table(3, pieces, encoding);
       const TextExportResult written = export_text(table, path, settings);
-      ASSERT_EQ(written.status, Status::kOk);
+      ASSERT_EQ(written.status(), Status::kOk);
       EXPECT_FALSE(written.replaced_characters);
       const TextImportResult read = import_text_file(path, {.text = settings.text});
-      ASSERT_EQ(read.status, Status::kOk);
+      ASSERT_EQ(read.status(), Status::kOk);
       expect_same_cells(*read.table, table);
     }
   }

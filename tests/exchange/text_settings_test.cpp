@@ -31,7 +31,7 @@ TEST(TextFileSettings, RefusesWhatNoFileCanHave) {
   const auto check = [](auto change) {
     TextFileSettings settings;
     change(settings);
-    return check_text_settings(settings);
+    return check_text_settings(settings).refusal.text();
   };
   EXPECT_EQ(check([](auto&) {}), "");
   EXPECT_NE(check([](auto& s) { s.encoding = 0; }), "");
@@ -124,7 +124,7 @@ TEST(TextSettingsControls, WrongEntriesKeepTheDialogOpen) {
   const auto check = [](auto change) {
     TextSettingsControls controls;
     change(controls);
-    return check_text_settings_controls(controls);
+    return check_text_settings_controls(controls).refusal.text();
   };
   EXPECT_EQ(check([](auto&) {}), "");
   EXPECT_NE(check([](auto& c) { c.separator = 7; }), "");
@@ -172,14 +172,14 @@ TEST(TextWidths, HaveLimits) {
 
 TEST(TextQuestions, AreAskedWhenTheyApply) {
   TextFileSettings settings;
-  EXPECT_EQ(check_date_conversion(settings), "");
+  EXPECT_EQ(check_date_conversion(settings), Check());
   settings.column_options[0] = TextFileSettings::kParseDates;
-  EXPECT_EQ(check_date_conversion(settings), "");
+  EXPECT_EQ(check_date_conversion(settings), Check());
   settings.options |= TextFileSettings::kConvertDates;
-  EXPECT_EQ(check_date_conversion(settings), texts::kParseDatesSlow);
-  EXPECT_EQ(check_auto_fit(false, false), "");
-  EXPECT_EQ(check_auto_fit(true, false), message(MessageId::kAutoFitSlow));
-  EXPECT_EQ(check_auto_fit(false, true), message(MessageId::kAutoFitSlow));
+  EXPECT_EQ(check_date_conversion(settings).question, texts::kParseDatesSlow);
+  EXPECT_EQ(check_auto_fit(false, false), Check());
+  EXPECT_EQ(check_auto_fit(true, false).question, MessageId::kAutoFitSlow);
+  EXPECT_EQ(check_auto_fit(false, true).question, MessageId::kAutoFitSlow);
 }
 
 TEST(SavedTextSettings, NewestFirstAndTheNinthDropsTheOldest) {

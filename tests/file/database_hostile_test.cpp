@@ -32,20 +32,20 @@ class DatabaseDamage : public testing::Test {
  protected:
   ErrorCode error_of(const std::string& bytes) {
     write_file(path_, bytes);
-    return open_database(path_, options_).error;
+    return open_database(path_, options_).failure.error();
   }
 
   // Opening the file with the member NAME holding CONTENT.
   ErrorCode error_with(const std::string& name, const std::string& content) {
     write_file(path_, whole_);
     ArchiveEdit(path_).set(name, content).write();
-    return open_database(path_, options_).error;
+    return open_database(path_, options_).failure.error();
   }
 
   ErrorCode error_without(const std::string& name) {
     write_file(path_, whole_);
     ArchiveEdit(path_).remove(name).write();
-    return open_database(path_, options_).error;
+    return open_database(path_, options_).failure.error();
   }
 
   TestFolder folder_;
@@ -76,7 +76,7 @@ TEST_F(DatabaseDamage, EveryFlippedBitIsNoticedOrHarmless) {
     damaged[bit / 8] = static_cast<char>(damaged[bit / 8] ^ (1 << bit % 8));
     write_file(path_, damaged);
     OpenedDatabase opened = open_database(path_, options_);
-    if (opened.error != ErrorCode::kOk) {
+    if (opened.failure != ErrorCode::kOk) {
       ++refused;
       continue;
     }
@@ -126,8 +126,8 @@ TEST_F(DatabaseDamage, OtherFiles) {
   EXPECT_NE(error_of(""), ErrorCode::kOk);
   EXPECT_EQ(error_of("plain text, no archive"), ErrorCode::kInvalidBinaryFormat);
   EXPECT_EQ(error_of(assemble({deflated_member("a.txt", "a")})), ErrorCode::kManifest);
-  EXPECT_EQ(open_database(folder_.path("none.rvb"), options_).error, ErrorCode::kFileOpen);
-  EXPECT_EQ(open_database(folder_.path(""), options_).error, ErrorCode::kFolderPath);
+  EXPECT_EQ(open_database(folder_.path("none.rvb"), options_).failure, ErrorCode::kFileOpen);
+  EXPECT_EQ(open_database(folder_.path(""), options_).failure, ErrorCode::kFolderPath);
 }
 
 TEST_F(DatabaseDamage, UnsafeNamesInTheArchive) {
@@ -351,7 +351,7 @@ TEST_F(DatabaseDamage, TooManyAndOddObjectsInOneCell) {
   CWorkSheet& table = *open.database->tables()[0];
   const CellValue value = table.value(1, 3);
   ASSERT_EQ(std::get<FileList>(value).size(), kMaxContainerObjects);
-  EXPECT_EQ(table.check_value(1, 3, value), ErrorCode::kOk);
+  EXPECT_EQ(table.validate_value(1, 3, value), ErrorCode::kOk);
   const std::string before = describe(*open.database);
   ASSERT_EQ(table.set_value(1, 0, std::string("changed")), ErrorCode::kOk);
   ASSERT_TRUE(open.database->undo());

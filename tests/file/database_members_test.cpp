@@ -133,8 +133,8 @@ TEST(DatabaseContainer, VariantIsKeptUnlessChosen) {
   EXPECT_EQ(resave(zip32), ZipVariant::kZip32);
   EXPECT_EQ(resave({}), ZipVariant::kZip32);
   EXPECT_EQ(resave(zip64), ZipVariant::kZip64);
-  EXPECT_TRUE(check_save_variant(SaveVariant::kZip32).ends_with("Continue?"));
-  EXPECT_EQ(check_save_variant(SaveVariant::kAuto), "");
+  EXPECT_TRUE(check_save_variant(SaveVariant::kZip32).question.text().ends_with("Continue?"));
+  EXPECT_EQ(check_save_variant(SaveVariant::kAuto), Check());
 }
 
 TEST(DatabaseContainer, NearAndBeyondTheZip32Limit) {
@@ -148,16 +148,16 @@ TEST(DatabaseContainer, NearAndBeyondTheZip32Limit) {
     settings.max_zip32_bytes = limit;
     return open.file->save(path, settings, Options());
   };
-  const SaveResult beyond = saved_with(before.size() / 2);
-  EXPECT_EQ(beyond.error, ErrorCode::kFileWrite);
+  const Outcome beyond = saved_with(before.size() / 2);
+  EXPECT_EQ(beyond.failure, ErrorCode::kFileWrite);
   EXPECT_TRUE(has_notice(beyond.notices, MessageId::kFileNearLimit));
   EXPECT_TRUE(read_file(path) == before);
   EXPECT_EQ(folder.file_count(), 1U);
-  const SaveResult far = saved_with(before.size() * 2);
-  EXPECT_EQ(far.error, ErrorCode::kOk);
+  const Outcome far = saved_with(before.size() * 2);
+  EXPECT_EQ(far.failure, ErrorCode::kOk);
   EXPECT_TRUE(far.notices.empty());
-  const SaveResult near = saved_with(read_file(path).size() + 600);
-  EXPECT_EQ(near.error, ErrorCode::kOk);
+  const Outcome near = saved_with(read_file(path).size() + 600);
+  EXPECT_EQ(near.failure, ErrorCode::kOk);
   EXPECT_TRUE(has_notice(near.notices, MessageId::kFileNearLimit));
 }
 
@@ -216,7 +216,7 @@ TEST(DatabaseVersion, NewerFilesAreRefused) {
   const auto opened_with = [&](const std::string& member, const std::string& content) {
     saved_shop(folder);
     ArchiveEdit(path).set(member, content).write();
-    return open_database(path, Options()).error;
+    return open_database(path, Options()).failure.error();
   };
   EXPECT_EQ(opened_with("min-version.txt", "2026"), ErrorCode::kNewerVersion);
   EXPECT_EQ(opened_with("min-version.txt", "99999"), ErrorCode::kNewerVersion);

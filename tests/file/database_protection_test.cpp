@@ -51,7 +51,7 @@ class ProtectedFile : public testing::TestWithParam<CipherAlgorithm> {
       if (entry.name == member) change(entry);
     }
     replace_manifest(write_manifest(entries));
-    const ErrorCode error = open_with(path_, password).error;
+    const ErrorCode error = open_with(path_, password).failure.error();
     write_file(path_, whole);
     return error;
   }
@@ -78,13 +78,13 @@ class ProtectedFile : public testing::TestWithParam<CipherAlgorithm> {
 TEST_P(ProtectedFile, OpensWithThePasswordOnly) {
   const std::string before = describe(*saved_shop().database);
   OpenedDatabase opened = open_with(path_, "password");
-  ASSERT_EQ(opened.error, ErrorCode::kOk);
+  ASSERT_EQ(opened.failure, ErrorCode::kOk);
   EXPECT_EQ(describe(*opened.database), before);
   EXPECT_EQ(opened.file->protection()->algorithm, GetParam());
   EXPECT_FALSE(opened.file->is_read_only());
   for (const char* wrong : {"passwore", "Password", "password ", "passwor"})
-    EXPECT_EQ(open_with(path_, wrong).error, ErrorCode::kInvalidPassword) << wrong;
-  EXPECT_EQ(open_database(path_, Options()).error, ErrorCode::kInvalidPassword);
+    EXPECT_EQ(open_with(path_, wrong).failure, ErrorCode::kInvalidPassword) << wrong;
+  EXPECT_EQ(open_database(path_, Options()).failure, ErrorCode::kInvalidPassword);
 }
 
 TEST_P(ProtectedFile, NothingReadableIsLeftInTheArchive) {
@@ -147,7 +147,7 @@ TEST_P(ProtectedFile, ProtectionIsSetChangedAndTakenAway) {
   OpenFile changed(open_with(path_, "password"));
   ASSERT_EQ(changed.file->set_protection(Protection{secret("another"), other, false}), ErrorCode::kOk);
   ASSERT_EQ(save_file(changed, path_), ErrorCode::kOk);
-  EXPECT_EQ(open_with(path_, "password").error, ErrorCode::kInvalidPassword);
+  EXPECT_EQ(open_with(path_, "password").failure, ErrorCode::kInvalidPassword);
   OpenFile plain(open_with(path_, "another"));
   EXPECT_EQ(plain.file->protection()->algorithm, other);
   EXPECT_EQ(describe(*plain.database), content);
@@ -173,7 +173,7 @@ TEST_P(ProtectedFile, ReadersWithoutThePasswordMayNotSave) {
   EXPECT_EQ(save_file(reader, folder_.path("copy.rvb"), copy), ErrorCode::kInvalidPassword);
   EXPECT_EQ(reader.file->set_protection(std::nullopt), ErrorCode::kInvalidPassword);
   EXPECT_EQ(read_file(path_), bytes);
-  EXPECT_EQ(open_with(path_, "passwore").error, ErrorCode::kInvalidPassword);
+  EXPECT_EQ(open_with(path_, "passwore").failure, ErrorCode::kInvalidPassword);
   OpenFile owner(open_with(path_, "password"));
   EXPECT_FALSE(owner.file->is_read_only());
   EXPECT_EQ(save_file(owner, path_), ErrorCode::kOk);
@@ -193,7 +193,7 @@ TEST_P(ProtectedFile, DamageIsNoticed) {
     EXPECT_EQ(error_with(member, [](auto& entry) { entry.encryption->iterations = 1; }), ErrorCode::kOk);
     const std::string whole = read_file(path_);
     damage_member(path_, member);
-    EXPECT_EQ(open_with(path_, "password").error, ErrorCode::kFileDecrypt) << member;
+    EXPECT_EQ(open_with(path_, "password").failure, ErrorCode::kFileDecrypt) << member;
     write_file(path_, whole);
   }
   EXPECT_EQ(error_with("config.dat", [](auto&) {}), ErrorCode::kOk);
@@ -205,12 +205,12 @@ TEST_P(ProtectedFile, CutMembersAndLinesAreRefused) {
   const std::string whole = read_file(path_);
   const std::string table = member_content(path_, "orders.txt");
   ArchiveEdit(path_).set("orders.txt", table.substr(0, table.size() - 3)).write();
-  EXPECT_EQ(open_with(path_, "password").error, ErrorCode::kFileDecrypt);
+  EXPECT_EQ(open_with(path_, "password").failure, ErrorCode::kFileDecrypt);
   write_file(path_, whole);
   const size_t last_column = manifest.find("\t1024\r\n");
   ASSERT_NE(last_column, std::string::npos);
   replace_manifest(std::string(manifest).erase(last_column, 5));  // a line of nine columns
-  EXPECT_EQ(open_with(path_, "password").error, ErrorCode::kManifest);
+  EXPECT_EQ(open_with(path_, "password").failure, ErrorCode::kManifest);
 }
 
 TEST_P(ProtectedFile, ADamagedContentIsLeftOutAndTold) {
@@ -221,10 +221,10 @@ TEST_P(ProtectedFile, ADamagedContentIsLeftOutAndTold) {
   std::string text;
   const CellValue value = open.database->find_table("orders")->value(2, 2);
   EXPECT_EQ(std::get<Content>(value).read(text), ErrorCode::kFileDecrypt);
-  const SaveResult result = open.file->save(path_, {}, {});
-  EXPECT_EQ(result.error, ErrorCode::kOk);
+  const Outcome result = open.file->save(path_, {}, {});
+  EXPECT_EQ(result.failure, ErrorCode::kOk);
   EXPECT_TRUE(has_notice(result.notices, ErrorCode::kBinaryFieldsCorrupted));
-  EXPECT_EQ(open_with(path_, "password").error, ErrorCode::kOk);
+  EXPECT_EQ(open_with(path_, "password").failure, ErrorCode::kOk);
 }
 
 TEST_P(ProtectedFile, OtherArchiversMayPackItAnew) {
@@ -261,7 +261,7 @@ TEST_P(ProtectedFile, LargeTablesAndContentsOnSeveralThreads) {
     options.used_processor_cores = threads;
     ASSERT_EQ(save_file(open, path_, {}, options), ErrorCode::kOk);
     OpenedDatabase opened = open_with(path_, "password", options);
-    ASSERT_EQ(opened.error, ErrorCode::kOk);
+    ASSERT_EQ(opened.failure, ErrorCode::kOk);
     EXPECT_TRUE(describe(*opened.database->find_table("t")) == content) << threads;
   }
   ZipReader reader;
@@ -287,7 +287,7 @@ TEST_P(ProtectedFile, LargeTablesAndContentsOnSeveralThreads) {
               ErrorCode::kOk);
   }
   ASSERT_EQ(writer.finish(), ErrorCode::kOk);
-  EXPECT_EQ(open_with(path_, "password", options).error, ErrorCode::kFileDecrypt);
+  EXPECT_EQ(open_with(path_, "password", options).failure, ErrorCode::kFileDecrypt);
 }
 
 TEST_P(ProtectedFile, BackupsAndUnusedMembersShowNothingNew) {
@@ -329,7 +329,7 @@ TEST(EncryptedFields, AreSavedAndComeBack) {
   settings.fields = {0, 1, 2, 3, 4};
   settings.password = Secret("password");
   settings.repeated = Secret("password");
-  ASSERT_EQ(encrypt_fields(*orders, settings).error, ErrorCode::kOk);
+  ASSERT_EQ(encrypt_fields(*orders, settings).failure, ErrorCode::kOk);
   const std::string encrypted = describe(*shop.database);
   ASSERT_EQ(save_file(shop, path), ErrorCode::kOk);
   EXPECT_EQ(all_members(path).find("plain note in \"\""), std::string::npos);
@@ -337,7 +337,7 @@ TEST(EncryptedFields, AreSavedAndComeBack) {
   EXPECT_TRUE(open.notices.empty());
   EXPECT_EQ(describe(*open.database), encrypted);
   CWorkSheet* opened = open.database->find_table("orders");
-  ASSERT_EQ(decrypt_fields(*opened, settings).error, ErrorCode::kOk);
+  ASSERT_EQ(decrypt_fields(*opened, settings).failure, ErrorCode::kOk);
   EXPECT_EQ(describe(*open.database), content);
 
   OpenFile changed = open_file(path);

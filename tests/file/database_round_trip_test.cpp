@@ -13,8 +13,8 @@ std::string reopened(Database& database, const std::string& path, int threads = 
   Options options;
   options.used_processor_cores = threads;
   DatabaseFile file(database);
-  const SaveResult saved = file.save(path, {}, options);
-  EXPECT_EQ(saved.error, ErrorCode::kOk);
+  const Outcome saved = file.save(path, {}, options);
+  EXPECT_EQ(saved.failure, ErrorCode::kOk);
   EXPECT_TRUE(saved.notices.empty());
   const OpenFile open = open_file(path, options);
   EXPECT_TRUE(open.notices.empty());

@@ -146,8 +146,8 @@ TEST_F(DatabaseSave, ContentsAreReadWhenTheyAreWanted) {
   const std::string damaged = packed_bytes(path_, kPhoto);
   ASSERT_EQ(orders(open).set_value(1, 0, std::string("changed")), ErrorCode::kOk);
   const std::string before = describe(*open.database);
-  const SaveResult result = open.file->save(path_, {}, Options());
-  EXPECT_EQ(result.error, ErrorCode::kOk);
+  const Outcome result = open.file->save(path_, {}, Options());
+  EXPECT_EQ(result.failure, ErrorCode::kOk);
   EXPECT_TRUE(packed_bytes(path_, kPhoto) == damaged);
   EXPECT_EQ(describe(*open_file(path_).database), before);
 }
@@ -157,9 +157,9 @@ TEST_F(DatabaseSave, ContentsThatCannotBeFoundAreLeftOutWithANotice) {
   OpenFile open = open_file(path_);
   std::string bytes;
   EXPECT_EQ(std::get<Content>(orders(open).value(2, 2)).read(bytes), ErrorCode::kZipCorrupted);
-  const SaveResult result = open.file->save(path_, {}, Options());
-  EXPECT_EQ(result.error, ErrorCode::kOk);
-  EXPECT_EQ(result.notices, std::vector<Notice>{ErrorCode::kBinaryFieldsCorrupted});
+  const Outcome result = open.file->save(path_, {}, Options());
+  EXPECT_EQ(result.failure, ErrorCode::kOk);
+  EXPECT_EQ(result.notices, std::vector<UserText>{ErrorCode::kBinaryFieldsCorrupted});
   OpenFile again = open_file(path_);
   EXPECT_TRUE(is_empty(orders(again).value(2, 2)));
   ASSERT_EQ(orders(open).set_value(2, 2, CellValue()), ErrorCode::kOk);
@@ -169,7 +169,7 @@ TEST_F(DatabaseSave, ContentsThatCannotBeFoundAreLeftOutWithANotice) {
 TEST_F(DatabaseSave, ListedFilesThatAreMissingGiveANotice) {
   ArchiveEdit(path_).remove(kPhoto).write();
   OpenFile open = open_file(path_);
-  EXPECT_EQ(open.notices, std::vector<Notice>{ErrorCode::kBinaryFieldsCorrupted});
+  EXPECT_EQ(open.notices, std::vector<UserText>{ErrorCode::kBinaryFieldsCorrupted});
   EXPECT_EQ(std::get<FileList>(orders(open).value(3, 3)).size(), 2U);
 }
 
@@ -183,7 +183,7 @@ TEST_F(DatabaseSave, MembersOfOthersStayUntilCompacting) {
   }
   EXPECT_NE(member_content(path_, "META-INF/manifest.txt").find("\r\nThumbs.db\t1"), std::string::npos);
   const CompactResult compacted = compact_database(*open.database, *open.file, Options());
-  EXPECT_EQ(compacted.save.error, ErrorCode::kOk);
+  EXPECT_EQ(compacted.failure, ErrorCode::kOk);
   EXPECT_EQ(compacted.message, MessageId::kCompacted);
   const OpenFile after = open_file(path_);
   EXPECT_FALSE(after.file->has_unused_members());
@@ -235,9 +235,9 @@ TEST_F(DatabaseSave, MembersThatNoWriterCanCopyDoNotKeepFromSaving) {
   write_file(path_, bytes);
   OpenFile open = open_file(path_);
   ASSERT_EQ(open.file->unused_members().size(), 1U);
-  const SaveResult result = open.file->save(path_, {}, Options());
-  EXPECT_EQ(result.error, ErrorCode::kOk);
-  EXPECT_EQ(result.notices, std::vector<Notice>{ErrorCode::kBinaryFieldsCorrupted});
+  const Outcome result = open.file->save(path_, {}, Options());
+  EXPECT_EQ(result.failure, ErrorCode::kOk);
+  EXPECT_EQ(result.notices, std::vector<UserText>{ErrorCode::kBinaryFieldsCorrupted});
   EXPECT_EQ(describe(*open_file(path_).database), describe(*make_shop()));
 }
 
@@ -261,7 +261,7 @@ TEST_F(DatabaseSave, NewTablesAreAddedOnRequest) {
   Answer yes(true);
   OpenFile open = open_file(path_, Options(), &yes);
   EXPECT_TRUE(open.database->is_modified());
-  EXPECT_EQ(open.notices, std::vector<Notice>{ErrorCode::kNameNotUnique});
+  EXPECT_EQ(open.notices, std::vector<UserText>{ErrorCode::kNameNotUnique});
   CWorkSheet* customers = open.database->find_table("customers");
   ASSERT_NE(customers, nullptr);
   EXPECT_EQ(customers->value_text(2, 1), "4.5");
@@ -289,9 +289,9 @@ TEST_F(DatabaseSave, CancellingKeepsTheOldFile) {
   OpenFile open = open_file(path_);
   for (int reports = 0; reports < 15; ++reports) {
     CancelAfter progress(reports);
-    const SaveResult result = open.file->save(path_, {}, Options(), progress);
+    const Outcome result = open.file->save(path_, {}, Options(), progress);
     EXPECT_TRUE(result.cancelled);
-    EXPECT_NE(result.error, ErrorCode::kOk);
+    EXPECT_NE(result.failure, ErrorCode::kOk);
     EXPECT_EQ(progress.captions, std::vector<std::string>{"Saving Database"});
     ASSERT_TRUE(read_file(path_) == before);
   }

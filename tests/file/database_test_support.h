@@ -101,20 +101,20 @@ struct OpenFile {
 
   std::unique_ptr<Database> database;
   std::unique_ptr<DatabaseFile> file;
-  std::vector<Notice> notices;
+  std::vector<UserText> notices;
 };
 
 inline OpenFile open_file(const std::string& path, const Options& options = Options(),
                           Questions* questions = nullptr) {
   OpenedDatabase opened = open_database(path, options, questions);
-  EXPECT_EQ(opened.error, ErrorCode::kOk) << path;
-  if (opened.error != ErrorCode::kOk) return OpenFile(std::make_unique<Database>());
+  EXPECT_EQ(opened.failure, ErrorCode::kOk) << path;
+  if (opened.failure != ErrorCode::kOk) return OpenFile(std::make_unique<Database>());
   return OpenFile(std::move(opened));
 }
 
 inline ErrorCode save_file(OpenFile& open, const std::string& path, const SaveSettings& settings = {},
                            const Options& options = {}) {
-  return open.file->save(path, settings, options).error;
+  return open.file->save(path, settings, options).failure.error();
 }
 
 class Answer final : public Questions {
@@ -130,7 +130,7 @@ class Answer final : public Questions {
   bool yes_;
 };
 
-inline bool has_notice(const std::vector<Notice>& notices, const Notice& notice) {
+inline bool has_notice(const std::vector<UserText>& notices, const UserText& notice) {
   return std::find(notices.begin(), notices.end(), notice) != notices.end();
 }
 

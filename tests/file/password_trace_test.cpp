@@ -76,15 +76,15 @@ TEST_F(PasswordTrace, NothingIsLeftAfterClosing) {
     settings.password = secret();
     settings.repeated = secret();
     EXPECT_GE(count(), 2U);
-    ASSERT_EQ(check_protection(settings).refusal, std::nullopt);
+    ASSERT_TRUE(check_protection(settings).passes());
     ASSERT_EQ(shop.file->set_protection(make_protection(std::move(settings))), ErrorCode::kOk);
     FieldEncryptionSettings fields;
     fields.fields = {0, 2};
     fields.password = secret();
     fields.repeated = secret();
     CWorkSheet* orders = shop.database->find_table("orders");
-    ASSERT_EQ(check_encrypt_fields(*orders, fields), std::nullopt);
-    ASSERT_EQ(encrypt_fields(*orders, fields).error, ErrorCode::kOk);
+    ASSERT_TRUE(check_encrypt_fields(*orders, fields).passes());
+    ASSERT_EQ(encrypt_fields(*orders, fields).failure, ErrorCode::kOk);
     ASSERT_EQ(save_file(shop, path), ErrorCode::kOk);
     EXPECT_GE(count(), 1U);
   }
@@ -92,8 +92,8 @@ TEST_F(PasswordTrace, NothingIsLeftAfterClosing) {
   {
     OpenedDatabase opened =
         open_database(path, {}, nullptr, Progress::none(), std::make_shared<const Secret>(secret()));
-    ASSERT_EQ(opened.error, ErrorCode::kOk);
-    ASSERT_EQ(opened.file->save(path, {}, {}).error, ErrorCode::kOk);
+    ASSERT_EQ(opened.failure, ErrorCode::kOk);
+    ASSERT_EQ(opened.file->save(path, {}, {}).failure, ErrorCode::kOk);
     EXPECT_GE(count(), 1U);
   }
   EXPECT_EQ(count(), 0U);

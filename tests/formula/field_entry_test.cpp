@@ -30,8 +30,8 @@ class FieldEntryTest : public testing::Test {
     entry.field = table->field(index);
     return entry;
   }
-  FieldCheck check(const FieldEntry& entry) const { return check_field_entry(*table, entry, formulas); }
-  FieldEntryResult apply(const FieldEntry& entry) {
+  Check check(const FieldEntry& entry) const { return check_field_entry(*table, entry, formulas); }
+  Outcome apply(const FieldEntry& entry) {
     EXPECT_EQ(check(entry).refusal, "");
     return apply_field_entry(*table, entry, formulas);
   }
@@ -45,37 +45,34 @@ class FieldEntryTest : public testing::Test {
 TEST_F(FieldEntryTest, ChecksEachPart) {
   struct Wrong {
     FieldPart part;
-    std::string refusal;
+    UserText refusal;
     void (*change)(Field&);
   };
-  const std::string mismatch(error_text(ErrorCode::kFieldTypeMismatch));
   const Wrong all[] = {
-      {FieldPart::kName, message(MessageId::kFieldNameNeedsLetter), [](Field& f) { f.name = "1st"; }},
-      {FieldPart::kName, message(MessageId::kFieldNameExists), [](Field& f) { f.name = "NAME"; }},
-      {FieldPart::kType, std::string(texts::kNoConversionToFiles),
-       [](Field& f) { f.type = FieldType::kFiles; }},
+      {FieldPart::kName, MessageId::kFieldNameNeedsLetter, [](Field& f) { f.name = "1st"; }},
+      {FieldPart::kName, MessageId::kFieldNameExists, [](Field& f) { f.name = "NAME"; }},
+      {FieldPart::kType, texts::kNoConversionToFiles, [](Field& f) { f.type = FieldType::kFiles; }},
       {FieldPart::kFormat, "Only Number fields have a display format.",
        [](Field& f) { f.type = FieldType::kText, f.format = "0.00"; }},
-      {FieldPart::kFormula, std::string(texts::kInvalidFormula), [](Field& f) { f.formula = "=1+"; }},
-      {FieldPart::kFormula, std::string(texts::kInvalidFormula),
+      {FieldPart::kFormula, texts::kInvalidFormula, [](Field& f) { f.formula = "=1+"; }},
+      {FieldPart::kFormula, texts::kInvalidFormula,
        [](Field& f) { f.formula = "=\"" + std::string(kMaxBufferBytes, 'x') + "\""; }},
       {FieldPart::kFormula, "Only Text and Number fields can be calculated.",
        [](Field& f) { f.type = FieldType::kLongText, f.formula = "=1"; }},
-      {FieldPart::kValidation, std::string(texts::kInvalidFormula), [](Field& f) { f.validation = "=("; }},
-      {FieldPart::kDefaultValue, mismatch, [](Field& f) { f.default_value = "ten"; }},
+      {FieldPart::kValidation, texts::kInvalidFormula, [](Field& f) { f.validation = "=("; }},
+      {FieldPart::kDefaultValue, ErrorCode::kFieldTypeMismatch, [](Field& f) { f.default_value = "ten"; }},
       {FieldPart::kDropDownList, "The database has no drop-down list of this name.",
        [](Field& f) { f.drop_down_list = "Cities"; }},
   };
   for (const Wrong& wrong : all) {
     FieldEntry entry = entry_of(0);
     wrong.change(entry.field);
-    const FieldCheck found = check(entry);
-    EXPECT_EQ(found.refusal, wrong.refusal);
-    EXPECT_EQ(found.part, wrong.part) << wrong.refusal;
+    EXPECT_EQ(check(entry).refusal, wrong.refusal) << wrong.refusal.text();
+    EXPECT_EQ(wrong_field_part(*table, entry, formulas), wrong.part) << wrong.refusal.text();
   }
   FieldEntry bad_format = entry_of(0);
   bad_format.field.format = "[";
-  EXPECT_EQ(check(bad_format).part, FieldPart::kFormat);
+  EXPECT_EQ(wrong_field_part(*table, bad_format, formulas), FieldPart::kFormat);
 }
 
 TEST_F(FieldEntryTest, ChangesEverythingAsOneStep) {
@@ -86,7 +83,7 @@ TEST_F(FieldEntryTest, ChangesEverythingAsOneStep) {
   entry.field.default_value = "1,5";
   entry.field.validation = "=Price<>\"x\"";
   entry.field.hidden = true;
-  EXPECT_EQ(apply(entry).error, ErrorCode::kOk);
+  EXPECT_EQ(apply(entry).failure, ErrorCode::kOk);
   EXPECT_EQ(table->field(0).name, "Cost");
   EXPECT_EQ(table->field(0).validation, "=Cost<>\"x\"");
   EXPECT_EQ(table->value_text(1, 0), "10");
@@ -101,7 +98,7 @@ TEST_F(FieldEntryTest, StoresDefaultsOfNumbersAsNumbers) {
   entry.field = sample_field("Due", FieldType::kNumber);
   entry.region = platform::regional_settings_of("de_DE");
   entry.field.default_value = "31.12.2024";
-  EXPECT_EQ(apply(entry).error, ErrorCode::kOk);
+  EXPECT_EQ(apply(entry).failure, ErrorCode::kOk);
   EXPECT_EQ(table->field(1).default_value, "45657");
   EXPECT_EQ(table->field(2).name, "Name");
 }
@@ -109,8 +106,8 @@ TEST_F(FieldEntryTest, StoresDefaultsOfNumbersAsNumbers) {
 TEST_F(FieldEntryTest, TellsWhatAConversionLoses) {
   FieldEntry entry = entry_of(1);
   entry.field.type = FieldType::kNumber;
-  const FieldEntryResult result = apply(entry);
-  EXPECT_EQ(result.messages, std::vector{message(MessageId::kTextNotNumeric)});
+  const Outcome result = apply(entry);
+  EXPECT_EQ(result.notices, std::vector<UserText>{MessageId::kTextNotNumeric});
   EXPECT_EQ(table->field(1).type, FieldType::kNumber);
   EXPECT_EQ(table->value_text(1, 1), "7");
   EXPECT_EQ(table->value_text(2, 1), "");
@@ -119,12 +116,12 @@ TEST_F(FieldEntryTest, TellsWhatAConversionLoses) {
 TEST_F(FieldEntryTest, RefusesFormulasThatNeedEachOther) {
   FieldEntry entry = entry_of(0);
   entry.field.formula = "=len(Name)";
-  EXPECT_EQ(apply(entry).refusal, "");
+  EXPECT_TRUE(apply(entry).is_done());
   EXPECT_EQ(table->value_text(2, 0), "4");
   FieldEntry other = entry_of(1);
   other.field.formula = "=Price&\"!\"";
   const Field before = table->field(1);
-  EXPECT_NE(apply(other).refusal, "");
+  EXPECT_FALSE(apply(other).is_done());
   EXPECT_EQ(table->field(1), before);
   EXPECT_EQ(table->value_text(2, 1), "Lamp");
 }
@@ -137,10 +134,10 @@ TEST_F(FieldEntryTest, LeavesEncryptedFieldsTheirTypes) {
   require(table->replace_column(1, encrypted, cells));
   FieldEntry entry = entry_of(1);
   entry.field.type = FieldType::kNumber;
-  EXPECT_EQ(check(entry).refusal, error_text(ErrorCode::kEncryptedField));
+  EXPECT_EQ(check(entry).refusal, ErrorCode::kEncryptedField);
   entry = entry_of(1);
   entry.field.name = "Hidden name";
-  EXPECT_EQ(apply(entry).error, ErrorCode::kOk);
+  EXPECT_EQ(apply(entry).failure, ErrorCode::kOk);
   EXPECT_TRUE(table->field(1).encrypted);
 }
 

@@ -16,7 +16,7 @@ FormatSeparators english() {
 
 std::string code_of(std::string_view text, const FormatSeparators& separators = english()) {
   const StyleEntry entry = read_format_style(text, "$");
-  return entry.problem.empty() ? build_format_code(entry.style, separators) : entry.problem;
+  return entry.check.passes() ? build_format_code(entry.style, separators) : entry.check.refusal.text();
 }
 
 TEST(FormatStyle, BuildsTheCodesOfNumbers) {

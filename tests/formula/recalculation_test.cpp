@@ -49,7 +49,7 @@ TEST_F(Calculated, EachFieldBehindThoseItReads) {
   add("Label", FieldType::kText, "=Name&\": \"&Gross");
   add("Net", FieldType::kNumber, "=Price-1");
   const auto result = run();
-  EXPECT_EQ(result.error, ErrorCode::kOk);
+  EXPECT_EQ(result.failure, ErrorCode::kOk);
   EXPECT_EQ(result.fields, 3U);
   EXPECT_EQ(text("Gross", 2), "22.8");
   EXPECT_EQ(text("Label", 3), "name 3: 34.8");
@@ -103,13 +103,13 @@ TEST_F(Calculated, CirclesAreRefused) {
   add("b", FieldType::kNumber, "=c+1");
   add("c", FieldType::kNumber, "=Price+a");
   const auto check = check_recalculation(database_, {}, formulas_);
-  EXPECT_NE(check.refusal.find("a -> b -> c -> a"), std::string::npos) << check.refusal;
+  EXPECT_NE(check.refusal.text().find("a -> b -> c -> a"), std::string::npos) << check.refusal.text();
   attach();
   EXPECT_EQ(table_->set_value(1, 0, 5.0), ErrorCode::kOk) << "editing goes on";
   Field alone = table_->field(*table_->find_field("c"));
   alone.formula = "=c";
   require(table_->change_field(*table_->find_field("c"), alone));
-  EXPECT_NE(check_recalculation(database_, {}, formulas_).refusal.find("c -> c"), std::string::npos);
+  EXPECT_NE(check_recalculation(database_, {}, formulas_).refusal.text().find("c -> c"), std::string::npos);
 }
 
 TEST_F(Calculated, QuestionsAndWrongSettings) {
@@ -123,7 +123,7 @@ TEST_F(Calculated, QuestionsAndWrongSettings) {
   EXPECT_EQ(update_mode_question(UpdateMode::kAutomatic),
             "This will switch to the automatic update mode for calculated fields.\n\nContinue?");
   settings.field = 99;
-  EXPECT_FALSE(check_recalculation(database_, settings, formulas_).refusal.empty());
+  EXPECT_FALSE(check_recalculation(database_, settings, formulas_).passes());
 }
 
 TEST_F(Calculated, DisplayedAndSkippedRecords) {
@@ -389,11 +389,11 @@ TEST_F(Calculated, TextsOfManyThreads) {
 
 TEST(FormulaText, EntryIsCut) {
   const std::string longest = "=" + std::string(8164, '1');
-  EXPECT_EQ(check_formula_entry(longest).text, longest);
-  EXPECT_FALSE(check_formula_entry(longest).warning);
-  EXPECT_EQ(check_formula_entry(longest + "2").text, longest);
-  EXPECT_TRUE(check_formula_entry(longest + "2").warning);
-  EXPECT_EQ(check_formula_entry(longest.substr(1) + "€").text, longest.substr(1)) << "no character is halved";
+  EXPECT_EQ(read_formula_entry(longest).text, longest);
+  EXPECT_EQ(read_formula_entry(longest).warning, "");
+  EXPECT_EQ(read_formula_entry(longest + "2").text, longest);
+  EXPECT_EQ(read_formula_entry(longest + "2").warning, texts::kEntryTruncated);
+  EXPECT_EQ(read_formula_entry(longest.substr(1) + "€").text, longest.substr(1)) << "no character is halved";
 }
 
 }  // namespace

@@ -92,7 +92,7 @@ TEST(TypedValue, ReadsWhatStylesShow) {
     for (const Trip& trip : trips) {
       const StyleEntry entry =
           read_format_style(trip.style, region.currency_symbol.empty() ? "$" : region.currency_symbol);
-      ASSERT_EQ(entry.problem, "") << trip.style;
+      ASSERT_EQ(entry.check, Check()) << trip.style;
       const NumberFormat format(build_format_code(entry.style, stored_format_separators(region)),
                                 DisplayRegion(region));
       ASSERT_EQ(format.problem(), "");

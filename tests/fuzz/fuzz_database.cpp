@@ -87,13 +87,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   options.max_records = 1000;
   YesToAll questions;
   OpenedDatabase opened = open_database(path, options, &questions);
-  expect((opened.error == ErrorCode::kOk) == (opened.database != nullptr));
-  if (opened.error != ErrorCode::kOk) return 0;
+  expect((opened.failure == ErrorCode::kOk) == (opened.database != nullptr));
+  if (opened.failure != ErrorCode::kOk) return 0;
   const std::string contents = contents_of(*opened.database);
-  const SaveResult saved = opened.file->save(path, {}, options);
-  expect(saved.error == ErrorCode::kOk);
+  const Outcome saved = opened.file->save(path, {}, options);
+  expect(saved.failure == ErrorCode::kOk);
   OpenedDatabase again = open_database(path, options);
-  expect(again.error == ErrorCode::kOk);
+  expect(again.failure == ErrorCode::kOk);
   if (saved.notices.empty()) expect(contents_of(*again.database) == contents);
   return 0;
 }

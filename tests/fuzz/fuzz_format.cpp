@@ -56,6 +56,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   read_typed_value(text, german);
   const StyleEntry entry = read_format_style(text, "$");
   const std::string code = build_format_code(entry.style, FormatSeparators());
-  if (entry.problem.empty() && !FormatCode(code).problem().empty()) std::abort();
+  if (entry.check.passes() && !FormatCode(code).problem().empty()) std::abort();
   return 0;
 }

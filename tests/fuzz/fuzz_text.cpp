@@ -75,7 +75,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   plan.max_records = data[2] & 8 ? 3 : kDefaultMaxRecords;
   MemoryTextSource source(text);
   const TextStreamResult result = load_text(source, plan, Progress::none());
-  require(result.status == Status::kOk);
+  require(result.status() == Status::kOk);
   check_table(result.data, plan.max_records);
   return 0;
 }

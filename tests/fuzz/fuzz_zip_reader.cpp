@@ -33,7 +33,7 @@ bool read_blocks(const ZipReader& reader, const ZipMember& member, std::string& 
     if (reader.read_block(member, k, block, crcs[k], kLimit) != ErrorCode::kOk) return false;
     content += block;
   }
-  return ZipReader::check_blocks(member, crcs) == ErrorCode::kOk;
+  return ZipReader::verify_blocks(member, crcs) == ErrorCode::kOk;
 }
 
 void expect(bool condition) {

@@ -33,15 +33,15 @@ TEST(Criterion, StoredFormReadsBack) {
 }
 
 TEST(Criterion, LongEntriesAreCutBetweenCharacters) {
-  const auto entry = [](const std::string& text) { return check_criterion_entry(text); };
-  EXPECT_FALSE(entry(std::string(kMost, 'a')).warning);
+  const auto entry = [](const std::string& text) { return read_criterion_entry(text); };
+  EXPECT_EQ(entry(std::string(kMost, 'a')).warning, "");
   EXPECT_EQ(entry(std::string(kMost, 'a')).text.size(), kMost);
-  EXPECT_TRUE(entry(std::string(kMost + 1, 'a')).warning);
+  EXPECT_EQ(entry(std::string(kMost + 1, 'a')).warning, texts::kEntryTruncated);
   EXPECT_EQ(entry(std::string(kMost + 1, 'a')).text.size(), kMost);
   for (size_t front = kMost - 5; front <= kMost; ++front) {
     const std::string text = std::string(front, 'a') + "😀é";
-    const CriterionEntry cut = entry(text);
-    EXPECT_TRUE(cut.warning);
+    const TextEntry cut = entry(text);
+    EXPECT_EQ(cut.warning, texts::kEntryTruncated);
     EXPECT_EQ(cut.text, text.substr(0, front + 4 <= kMost ? front + 4 : front)) << front;
   }
 }

@@ -129,13 +129,13 @@ TEST(FieldFilter, FlagsAndLongTexts) {
   filter.choice = Choice::kExpression;
   filter.list_index = 1;
   filter.text = std::string(kMaxBufferBytes, 'x');
-  EXPECT_FALSE(accepted(filter).truncated);
+  EXPECT_EQ(accepted(filter).warning, "");
   filter.text += "x";
-  EXPECT_TRUE(accepted(filter).truncated);
+  EXPECT_EQ(accepted(filter).warning, texts::kEntryTruncated);
   EXPECT_EQ(accepted(filter).criterion->text.size(), kMaxBufferBytes);
   filter.choice = Choice::kFormula;
   filter.formula = "=1+" + std::string(kMaxBufferBytes, '1');
-  EXPECT_TRUE(accepted(filter).truncated);
+  EXPECT_EQ(accepted(filter).warning, texts::kEntryTruncated);
 }
 
 }  // namespace

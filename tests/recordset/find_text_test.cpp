@@ -71,7 +71,7 @@ TEST_F(FindTextTest, RegularExpressionsAndLongTexts) {
   set(2, 2, Content::of("xab"));
   set(3, 2, Content::of("a.b"));
   set(4, 1, 5.0);
-  EXPECT_EQ(check_find(table, regex_settings("(")).refusal.find("Regular expression error:\n"), 0U);
+  EXPECT_EQ(check_find(table, regex_settings("(")).refusal.text().find("Regular expression error:\n"), 0U);
   EXPECT_EQ(
       check_find(table, regex_settings("a")).notice,
       "Regular expressions are not supported for memo fields. Plain text searching will be used instead.");
@@ -98,7 +98,7 @@ TEST_F(FindTextTest, EncryptedFieldsAndUnreadableTextsGiveNothing) {
   TextFinder finder(table, find_settings("qufb"));
   const FoundRecords result = finder.find(all_records(table));
   EXPECT_EQ(result.records, (RecordSet{2}));
-  EXPECT_EQ(result.error, ErrorCode::kZipCorrupted);
+  EXPECT_EQ(result.notices, std::vector<UserText>{ErrorCode::kZipCorrupted});
 }
 
 // Random tables, record sets and texts: whole searches, parts of them, steps from cell to cell.

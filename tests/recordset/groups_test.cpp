@@ -172,19 +172,20 @@ TEST_F(SmallTable, ScopeIsTheTableOrWhatIsShownInTheCurrentOrder) {
 }
 
 TEST_F(SmallTable, ChecksRefuseWhatCannotBeFound) {
-  EXPECT_EQ(check_duplicates(*table_, {}), "");
-  EXPECT_EQ(check_unique_values(*table_, {}), "");
-  EXPECT_EQ(check_duplicates(*table_, {.fields = {0, 1}}), std::nullopt);
-  EXPECT_EQ(check_duplicates(*table_, {.fields = {3}}), error_text(ErrorCode::kEncryptedField));
-  EXPECT_EQ(check_duplicates(*table_, {.fields = {9}}), error_text(ErrorCode::kInvalidCacheIndex));
+  EXPECT_EQ(check_duplicates(*table_, {}), nothing_to_find());
+  EXPECT_EQ(check_unique_values(*table_, {}), nothing_to_find());
+  EXPECT_EQ(check_duplicates(*table_, {.fields = {0, 1}}), Check());
+  EXPECT_EQ(check_duplicates(*table_, {.fields = {3}}), ErrorCode::kEncryptedField);
+  EXPECT_EQ(check_duplicates(*table_, {.fields = {9}}), ErrorCode::kInvalidCacheIndex);
   UniqueSearch unique{.fields = {0}, .frequency_field = 2};
-  EXPECT_EQ(check_unique_values(*table_, unique), std::nullopt);
+  EXPECT_EQ(check_unique_values(*table_, unique), Check());
   unique.save_frequencies = true;
   EXPECT_EQ(check_unique_values(*table_, unique), "Please specify a numeric field.");
   unique.frequency_field = 1;
-  EXPECT_EQ(check_unique_values(*table_, unique), std::nullopt);
-  EXPECT_EQ(find_duplicates(*table_, {}, {}, SortOptions(), Options()).error, ErrorCode::kInvalidCacheIndex);
-  EXPECT_EQ(find_duplicates(*table_, {}, {.fields = {3}}, SortOptions(), Options()).error,
+  EXPECT_EQ(check_unique_values(*table_, unique), Check());
+  EXPECT_EQ(find_duplicates(*table_, {}, {}, SortOptions(), Options()).failure,
+            ErrorCode::kInvalidCacheIndex);
+  EXPECT_EQ(find_duplicates(*table_, {}, {.fields = {3}}, SortOptions(), Options()).failure,
             ErrorCode::kEncryptedField);
 }
 
@@ -218,8 +219,8 @@ TEST(QuickDuplicates, TakeUpToAHundredFields) {
   std::vector<Field> fields(101);
   for (size_t i = 0; i < fields.size(); ++i) fields[i].name = "f" + std::to_string(i);
   const CWorkSheet table("t", std::move(fields));
-  EXPECT_EQ(check_duplicates(table, quick_duplicates(1, 101)), std::nullopt);
-  EXPECT_EQ(check_duplicates(table, quick_filtered_duplicates(0, 101)),
+  EXPECT_EQ(check_duplicates(table, quick_duplicates(1, 101)), Check());
+  EXPECT_EQ(check_duplicates(table, quick_filtered_duplicates(0, 101)).refusal.text(),
             "Please select no more than 100 fields as sort keys.");
   EXPECT_EQ(quick_duplicates(3, 5).fields, (std::vector<size_t>{3, 4}));
   EXPECT_EQ(quick_duplicates(3, 5).mode, DuplicatesMode::kAll);

@@ -88,15 +88,15 @@ TEST(Quartiles, DialogKeepsTheBoxesWhileTheMeanIsChosen) {
 
 TEST(Quartiles, CheckRefusesOtherFieldsAndModes) {
   const auto table = table_of({1});
-  EXPECT_EQ(check_quartiles(*table, {.field = 0}), std::nullopt);
+  EXPECT_EQ(check_quartiles(*table, {.field = 0}), Check());
   EXPECT_EQ(check_quartiles(*table, {.field = 1}), "Please specify a numeric field.");
   EXPECT_EQ(check_quartiles(*table, {.field = 7}), "Please specify a numeric field.");
-  EXPECT_EQ(check_quartiles(*table, {.field = 2}), error_text(ErrorCode::kEncryptedField));
+  EXPECT_EQ(check_quartiles(*table, {.field = 2}), ErrorCode::kEncryptedField);
   for (const int mode : {0, 16 + 32, 64}) {
-    EXPECT_EQ(check_quartiles(*table, {.mode = static_cast<uint8_t>(mode)}), "") << mode;
+    EXPECT_EQ(check_quartiles(*table, {.mode = static_cast<uint8_t>(mode)}), nothing_to_find()) << mode;
   }
-  EXPECT_EQ(find_quartiles(*table, {}, {.field = 1}, Options()).error, ErrorCode::kFieldTypeMismatch);
-  EXPECT_EQ(find_quartiles(*table, {}, {.field = 2}, Options()).error, ErrorCode::kEncryptedField);
+  EXPECT_EQ(find_quartiles(*table, {}, {.field = 1}, Options()).failure, ErrorCode::kFieldTypeMismatch);
+  EXPECT_EQ(find_quartiles(*table, {}, {.field = 2}, Options()).failure, ErrorCode::kEncryptedField);
 }
 
 TEST(Quartiles, EqualThoseOfSortedNumbersInAnyOrderOnAnyNumberOfThreads) {

@@ -147,7 +147,7 @@ TEST_F(ReplaceTextTest, EncryptedFieldsAreRefusedByNameAndPassedOverOtherwise) {
   ReplaceText settings = replace_settings("Q", "x");
   EXPECT_EQ(replace(settings).cells, 0U);
   settings.find.fields = {0};
-  EXPECT_EQ(check_replace(table, settings).refusal, error_text(ErrorCode::kEncryptedField));
+  EXPECT_EQ(check_replace(table, settings).refusal, ErrorCode::kEncryptedField);
 }
 
 TEST_F(ReplaceTextTest, CancelledItChangesNothing) {

@@ -79,7 +79,7 @@ TEST(Search, FindsWhereTheEquivalentFormulasAreTrue) {
       const size_t field = random() % table->field_count();
       settings.criteria.push_back({field, random_criterion(random, table->field(field))});
     }
-    if (!check_search(*table, settings, kFormulas).empty()) continue;
+    if (!check_search(*table, settings, kFormulas).passes()) continue;
     if (i % 4 == 0) {
       settings.within = all_records(*table);
       std::shuffle(settings.within->begin(), settings.within->end(), random);
@@ -171,8 +171,8 @@ TEST_F(SmallSearch, LongTextsAreSearchedForThePlainPattern) {
   SearchResult result = search(*table_, settings, kFormulas);
   EXPECT_EQ(result.records, (RecordSet{2}));
   EXPECT_EQ(result.notices,
-            std::vector<std::string>{"Regular expressions are not supported for memo fields. Plain text "
-                                     "searching will be used instead."});
+            std::vector<UserText>{"Regular expressions are not supported for memo fields. Plain text "
+                                  "searching will be used instead."});
   settings.options.caseless = false;
   EXPECT_EQ(found(*table_, settings), RecordSet{});
   EXPECT_EQ(found(*table_, {{2, "b:(["}}), RecordSet{});  // no pattern, so nothing is wrong with it
@@ -215,11 +215,11 @@ TEST_F(SmallSearch, CriteriaNarrowAndNoneFindsAll) {
 // ---- what goes wrong
 
 std::string refusal(const CWorkSheet& table, const Search& settings) {
-  const std::string text = check_search(table, settings, kFormulas);
+  const UserText refused = check_search(table, settings, kFormulas).refusal;
   const SearchResult result = search(table, settings, kFormulas);
-  EXPECT_EQ(result.failure, text);
-  EXPECT_TRUE(text.empty() || result.records.empty());
-  return text;
+  EXPECT_EQ(result.failure, refused);
+  EXPECT_TRUE(refused.empty() || result.records.empty());
+  return refused.text();
 }
 
 TEST_F(SmallSearch, RefusesWhatCantBeSearched) {
@@ -303,7 +303,7 @@ TEST_F(SmallSearch, ValuesThatCantBeReadAreTold) {
   const SearchResult result = search(*table_, search_for({{2, "e:zzz"}}), kFormulas);
   EXPECT_EQ(result.records, (RecordSet{0, 2, 3}));
   EXPECT_EQ(result.notices,
-            std::vector<std::string>{"1 values could not be read: Error while reading from a file"});
+            std::vector<UserText>{"1 values could not be read: Error while reading from a file"});
 }
 
 // Says stop after being asked some number of times.

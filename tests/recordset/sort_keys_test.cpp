@@ -72,16 +72,16 @@ TEST(SortToolbar, ReplacesTheKeyOrAddsOne) {
 
 TEST(SortOptions, KeepTheBoxesApart) {
   SortOptions options;
-  check_case_sensitive(options, true);
-  check_ignore_punctuation(options, true);
+  set_case_sensitive(options, true);
+  set_ignore_punctuation(options, true);
   EXPECT_EQ(options, (SortOptions{.ignore_punctuation = true}));
-  check_case_sensitive(options, true);
+  set_case_sensitive(options, true);
   EXPECT_EQ(options, (SortOptions{.case_sensitive = true}));
-  check_ignore_punctuation(options, true);
+  set_ignore_punctuation(options, true);
   choose_collation(options, SortCollation::kNeutral);
   EXPECT_EQ(options, (SortOptions{.collation = SortCollation::kNeutral}));
   EXPECT_FALSE(is_ignore_punctuation_enabled(options));
-  check_ignore_punctuation(options, true);
+  set_ignore_punctuation(options, true);
   EXPECT_FALSE(options.ignore_punctuation);
   EXPECT_EQ(valid_sort_options({SortCollation::kNeutral, true, true}),
             (SortOptions{.collation = SortCollation::kNeutral, .case_sensitive = true}));

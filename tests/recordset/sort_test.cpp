@@ -45,7 +45,7 @@ std::unique_ptr<CWorkSheet> table_of_texts(const std::vector<std::string>& texts
 
 RecordSet sorted(const CWorkSheet& table, const SortKeys& keys, const SortOptions& options = SortOptions()) {
   RecordSetResult result = sort_records(table, all_records(table), keys, options, Options());
-  EXPECT_EQ(result.error, ErrorCode::kOk);
+  EXPECT_EQ(result.failure, ErrorCode::kOk);
   return std::move(result.records);
 }
 
@@ -98,12 +98,12 @@ TEST(Sort, RefusesKeysThatCannotBe) {
   data.fields[1].encrypted = true;
   for (int i = 0; i < 2; ++i) data.columns.push_back(make_column(FieldType::kText));
   const CWorkSheet table("t", std::move(data));
-  EXPECT_EQ(sort_records(table, {}, {{2, false}}, SortOptions(), Options()).error,
+  EXPECT_EQ(sort_records(table, {}, {{2, false}}, SortOptions(), Options()).failure,
             ErrorCode::kInvalidCacheIndex);
-  EXPECT_EQ(sort_records(table, {}, {{1, false}}, SortOptions(), Options()).error,
+  EXPECT_EQ(sort_records(table, {}, {{1, false}}, SortOptions(), Options()).failure,
             ErrorCode::kEncryptedField);
-  EXPECT_EQ(sort_records(table, {}, SortKeys(100), SortOptions(), Options()).error, ErrorCode::kOk);
-  EXPECT_EQ(sort_records(table, {}, SortKeys(101), SortOptions(), Options()).error,
+  EXPECT_EQ(sort_records(table, {}, SortKeys(100), SortOptions(), Options()).failure, ErrorCode::kOk);
+  EXPECT_EQ(sort_records(table, {}, SortKeys(101), SortOptions(), Options()).failure,
             ErrorCode::kTooManySortKeys);
 }
 
@@ -125,7 +125,7 @@ TEST(Sort, TellsWhyALongTextCannotBeRead) {
   const CWorkSheet table("t", std::move(data));
   const RecordSetResult result =
       sort_records(table, all_records(table), {{0, false}}, SortOptions(), Options());
-  EXPECT_EQ(result.error, ErrorCode::kZipCorrupted);
+  EXPECT_EQ(result.failure, ErrorCode::kZipCorrupted);
   EXPECT_TRUE(result.records.empty());
   // A record that is not in the set is not read.
   EXPECT_EQ(sort_records(table, RecordSet{0}, {{0, false}}, SortOptions(), Options()).records, RecordSet{0});
@@ -229,7 +229,7 @@ TEST(Sort, StopsWheneverItIsCancelled) {
     CancelAfter progress(questions);
     const RecordSetResult result =
         sort_records(*table, records, keys, SortOptions(), with_threads(2), progress);
-    EXPECT_EQ(result.error, ErrorCode::kOk);
+    EXPECT_EQ(result.failure, ErrorCode::kOk);
     EXPECT_EQ(result.cancelled, progress.was_cancelled()) << questions;
     EXPECT_EQ(result.records, result.cancelled ? RecordSet() : expected) << questions;
     completed += result.cancelled ? 0 : 1;

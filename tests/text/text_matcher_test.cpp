@@ -48,7 +48,7 @@ TEST(TextMatcher, MarksAllMatches) {
 }
 
 TEST(TextMatcher, PatternsAreChecked) {
-  EXPECT_EQ(check_pattern({"(", true}).find("Regular expression error:\n"), 0U);
+  EXPECT_EQ(check_pattern({"(", true}).refusal.text().find("Regular expression error:\n"), 0U);
   EXPECT_EQ(check_pattern({"("}), "");
   EXPECT_EQ(
       check_pattern({"a", true, true}),

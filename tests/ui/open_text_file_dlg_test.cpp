@@ -178,7 +178,7 @@ TEST_F(OpenTextFileDlgTest, NamedSettingsAreSavedLoadedUpdatedAndDeleted) {
   control<QComboBox>("&Field separator:").setCurrentText("semicolon");
   dialogs.texts = {"  ", "Mine"};
   named.save_current();
-  EXPECT_THAT(dialogs.shown, ElementsAre(SavedTextSettings::check_name("  ")));
+  EXPECT_THAT(dialogs.shown, ElementsAre(SavedTextSettings::check_name("  ").refusal.text()));
   const auto& entries = profile.named_text_file_settings.entries();
   ASSERT_EQ(entries.size(), 1u);
   EXPECT_EQ(entries[0].name, "Mine");

@@ -53,7 +53,7 @@ std::optional<std::string> read_by_blocks(const ZipReader& reader, const ZipMemb
     if (reader.read_block(member, k, block, crcs[k]) != ErrorCode::kOk) return std::nullopt;
     content += block;
   }
-  if (ZipReader::check_blocks(member, crcs) != ErrorCode::kOk) return std::nullopt;
+  if (ZipReader::verify_blocks(member, crcs) != ErrorCode::kOk) return std::nullopt;
   return content;
 }
 

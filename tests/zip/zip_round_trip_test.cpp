@@ -115,12 +115,12 @@ TEST(ZipThreads, SeveralThreadsReadOneArchive) {
     }
   }
   EXPECT_EQ(errors, std::vector<ErrorCode>(60, ErrorCode::kOk));
-  EXPECT_EQ(ZipReader::check_blocks(member, crcs), ErrorCode::kOk);
+  EXPECT_EQ(ZipReader::verify_blocks(member, crcs), ErrorCode::kOk);
   std::string all;
   for (const std::string& block : blocks) all += block;
   EXPECT_EQ(all, text);
   std::swap(crcs[3], crcs[4]);
-  EXPECT_EQ(ZipReader::check_blocks(member, crcs), ErrorCode::kZipCorrupted);
+  EXPECT_EQ(ZipReader::verify_blocks(member, crcs), ErrorCode::kZipCorrupted);
   std::string block;
   EXPECT_EQ(reader.read_block(member, 60, block, crcs[0]), ErrorCode::kZipState);
 }

@@ -81,7 +81,7 @@ inline std::string content_by_blocks(const ZipReader& reader, const ZipMember& m
     if (reader.read_block(member, k, block, crcs[k]) != ErrorCode::kOk) return "block " + std::to_string(k);
     content += block;
   }
-  return ZipReader::check_blocks(member, crcs) == ErrorCode::kOk ? content : "wrong CRC";
+  return ZipReader::verify_blocks(member, crcs) == ErrorCode::kOk ? content : "wrong CRC";
 }
 
 // One member of an archive built by hand: the two headers may contradict each other.

@@ -30,7 +30,7 @@ OpenDatabase::OpenDatabase(OpenedDatabase opened, const Options& options, const 
       notices_(std::move(opened.notices)),
       text_settings_(text) {
   // A question about saving, see has_older_container.
-  std::erase(notices_, Notice(MessageId::kConvertToZip64));
+  std::erase(notices_, UserText(MessageId::kConvertToZip64));
   database_->set_hooks(formulas_.get());
 }
 
@@ -46,10 +46,11 @@ DatabaseOpening OpenDatabase::open(const std::string& path, const TextFileSettin
   import.region = platform::user_regional_settings();
   OpenedDatabase opened = open_document(path, import, options, questions, progress, std::move(password));
   DatabaseOpening result;
-  result.error = opened.error;
+  result.failure = opened.failure;
   result.cancelled = opened.cancelled;
-  if (opened.error == ErrorCode::kOk && !opened.cancelled)
-    result.database.reset(new OpenDatabase(std::move(opened), options, text));
+  if (!opened.is_done()) return result;
+  result.database.reset(new OpenDatabase(std::move(opened), options, text));
+  result.notices = result.database->notices();
   return result;
 }
 
@@ -69,41 +70,36 @@ std::string OpenDatabase::title() const {
   return path().empty() ? database_->name() : platform::file_name(path());
 }
 
-SaveResult OpenDatabase::save(const std::string& path, SaveSettings settings, Progress& progress) {
+Outcome OpenDatabase::save(const std::string& path, SaveSettings settings, Progress& progress) {
   if (settings.variant == SaveVariant::kAuto) settings.variant = save_variant_;
-  SaveResult result = file_->save(path, settings, options_, progress);
-  if (result.error == ErrorCode::kOk && !result.cancelled && !settings.as_copy)
-    save_variant_ = SaveVariant::kAuto;
-  return result;
+  Outcome outcome = file_->save(path, settings, options_, progress);
+  if (outcome.is_done() && !settings.as_copy) save_variant_ = SaveVariant::kAuto;
+  return outcome;
 }
 
 CompactResult OpenDatabase::compact(Progress& progress) {
   return compact_database(*database_, *file_, options_, progress);
 }
 
-SaveBackCheck OpenDatabase::check_save_back() const {
+Check OpenDatabase::check_save_back() const {
   if (has_database_file()) return {};
-  if (file_->protection() != nullptr) return {true, {}};
-  return {false, check_text_export(*database_->tables().front())};
+  if (file_->protection() != nullptr) return MessageId::kUseNativeFormat;
+  return check_text_export(*database_->tables().front());
 }
 
-SaveResult OpenDatabase::save_back(Progress& progress) {
+Outcome OpenDatabase::save_back(Progress& progress) {
   return has_database_file() ? save(path(), {}, progress) : save_as_text(progress);
 }
 
 // The first table is the one that came from the file.
-SaveResult OpenDatabase::save_as_text(Progress& progress) {
+Outcome OpenDatabase::save_as_text(Progress& progress) {
   TextExport settings;
   settings.text = text_settings_;
   settings.numbers = {region_.decimal_separator, std::string()};
   settings.threads = options_.used_processor_cores;
   TextExportResult exported = export_text(*database_->tables().front(), path(), settings, progress);
-  SaveResult result;
-  result.error = exported.error;
-  result.cancelled = exported.status == Status::kCancelled;
-  result.notices = std::move(exported.notices);
-  if (exported.status == Status::kOk) database_->mark_saved();
-  return result;
+  if (exported.is_done()) database_->mark_saved();
+  return std::move(exported.outcome());
 }
 
 void OpenDatabase::restore_origin(const std::string& original, FileFormat format) {

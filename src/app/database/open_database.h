@@ -16,17 +16,9 @@ namespace rowvane {
 
 class OpenDatabase;
 
-struct DatabaseOpening {
-  std::unique_ptr<OpenDatabase> database;  // null unless kOk
-  ErrorCode error = ErrorCode::kOk;
-  bool cancelled = false;
-};
-
-// What the user is to confirm before a database is saved in the format of its file.
-struct SaveBackCheck {
-  bool needs_database_file =
-      false;             // message 149: only a database file can hold it; nothing can confirm that
-  std::string question;  // to be answered with Yes; empty: none
+// With the notices of its database.
+struct DatabaseOpening : Outcome {
+  std::unique_ptr<OpenDatabase> database;  // null unless it was done
 };
 
 // The window and the terminal program are both built on this. Belongs to one thread at a time.
@@ -69,7 +61,7 @@ class OpenDatabase {
   // Opened without its password: see DatabaseFile.
   bool is_read_only() const { return file_->is_read_only(); }
   // What was lost or left out while the file was read, and what else its user should know of that.
-  const std::vector<Notice>& notices() const { return notices_; }
+  const std::vector<UserText>& notices() const { return notices_; }
   // How its text file is read and written, where it has one.
   const TextFileSettings& text_settings() const { return text_settings_; }
 
@@ -79,13 +71,14 @@ class OpenDatabase {
   void set_save_variant(SaveVariant variant) { save_variant_ = variant; }
 
   // Saves as a database file, as DatabaseFile::save; it then belongs to PATH, unless SETTINGS ask for a copy.
-  SaveResult save(const std::string& path, SaveSettings settings = {}, Progress& progress = Progress::none());
+  Outcome save(const std::string& path, SaveSettings settings = {}, Progress& progress = Progress::none());
   CompactResult compact(Progress& progress = Progress::none());
 
   // Whether it has a file that `save_back` can write: a database file, or a text, which gets the first table.
   bool can_save_back() const { return database_->file_format() != FileFormat::kNone; }
-  SaveBackCheck check_save_back() const;
-  SaveResult save_back(Progress& progress = Progress::none());
+  // Refuses with message 149 what only a database file can hold; asks before features are lost.
+  Check check_save_back() const;
+  Outcome save_back(Progress& progress = Progress::none());
 
   // For a database opened from a recovery copy: it belongs to ORIGINAL again, a file of FORMAT (an empty path
   // for a new database), and has unsaved changes.
@@ -94,7 +87,7 @@ class OpenDatabase {
  private:
   OpenDatabase(OpenedDatabase opened, const Options& options, const TextFileSettings& text);
 
-  SaveResult save_as_text(Progress& progress);
+  Outcome save_as_text(Progress& progress);
 
   Options options_;
   platform::RegionalSettings region_;
@@ -102,7 +95,7 @@ class OpenDatabase {
   std::unique_ptr<DatabaseFile> file_;
   std::unique_ptr<FormulaHooks> formulas_;
   std::unique_ptr<CurrentCriteria> criteria_;
-  std::vector<Notice> notices_;
+  std::vector<UserText> notices_;
   TextFileSettings text_settings_;
   SaveVariant save_variant_ = SaveVariant::kAuto;
 };

@@ -76,15 +76,14 @@ std::optional<std::vector<std::string>> parse_extensions(std::string_view text) 
   return all;
 }
 
-std::string check_options_change(const profile::Settings& before, const profile::Settings& after) {
+Check check_options_change(const profile::Settings& before, const profile::Settings& after) {
+  Check check;
   const bool automatic = after.check_box_options.auto_update;
-  if (automatic == before.check_box_options.auto_update) return {};
-  return update_mode_question(automatic ? UpdateMode::kAutomatic : UpdateMode::kManual);
-}
-
-std::vector<Notice> options_change_notices(const profile::Settings& before, const profile::Settings& after) {
-  if (before.general_options.max_records == after.general_options.max_records) return {};
-  return {MessageId::kMaxRecordsChanged};
+  if (automatic != before.check_box_options.auto_update)
+    check.question = update_mode_question(automatic ? UpdateMode::kAutomatic : UpdateMode::kManual);
+  if (before.general_options.max_records != after.general_options.max_records)
+    check.notice = MessageId::kMaxRecordsChanged;
+  return check;
 }
 
 }  // namespace rowvane

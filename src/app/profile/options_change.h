@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "app/profile/profile_settings.h"
-#include "core/messages/status.h"
+#include "core/messages/check.h"
 
 namespace rowvane {
 
@@ -18,9 +18,8 @@ profile::NumberRange option_range(const profile::Settings& settings, const int& 
 // "*." before: in lower case without the point, each once. Nothing when a word is none.
 std::optional<std::vector<std::string>> parse_extensions(std::string_view text);
 
-// What has to be answered with Yes before the options change from BEFORE to AFTER; empty for nothing.
-std::string check_options_change(const profile::Settings& before, const profile::Settings& after);
-// What the user is told afterwards: message 106 when another MaxRecords waits for the next opening.
-std::vector<Notice> options_change_notices(const profile::Settings& before, const profile::Settings& after);
+// Before the options change from BEFORE to AFTER: the question of another update mode, and message 106 as a
+// notice when another MaxRecords waits for the next opening.
+Check check_options_change(const profile::Settings& before, const profile::Settings& after);
 
 }  // namespace rowvane

@@ -2,15 +2,13 @@
 
 #include <utility>
 
-#include "core/messages/messages.h"
 #include "crypto/protection.h"
 
 namespace rowvane {
 
-std::string check_profile_protection(const ProfileProtection& protection) {
+Check check_profile_protection(const ProfileProtection& protection) {
   if (protection.password.empty() && protection.repeated.empty()) return {};
-  const PasswordCheck check = check_new_password(protection.password, protection.repeated);
-  return check.refusal ? message(*check.refusal) : std::string();
+  return check_new_password(protection.password, protection.repeated);
 }
 
 void protect_profile(ProfileProtection protection, ProfileFile& file) {

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "app/profile/profile_file.h"
+#include "core/messages/check.h"
 #include "crypto/secret.h"
 
 namespace rowvane {
@@ -19,9 +20,9 @@ struct ProfileProtection {
   Secret repeated;
 };
 
-// The message that wrong entries get: 147 for a password of less than 6 characters, 146 when they differ.
-// Empty when they can be taken; both blank turns the protection off.
-std::string check_profile_protection(const ProfileProtection& protection);
+// Message 147 for a password of less than 6 characters, 146 when they differ. Both blank turns the protection
+// off.
+Check check_profile_protection(const ProfileProtection& protection);
 
 // Takes effect when FILE is saved. PROTECTION, which must have passed the check, moves into it.
 void protect_profile(ProfileProtection protection, ProfileFile& file);

@@ -123,7 +123,7 @@ std::vector<std::string> read_settings(const pugi::xml_node& root, Settings& set
   for (const pugi::xml_node& node : parent.children(text_file_options.c_str())) {
     if (named.size() == SavedTextSettings::kMaxEntries) break;
     const std::string name = node.attribute("Name").value();
-    if (!SavedTextSettings::check_name(name).empty()) {
+    if (!SavedTextSettings::check_name(name).passes()) {
       bad.push_back(text_file_options + "/Name");
       continue;
     }

@@ -3,7 +3,7 @@
 namespace rowvane {
 namespace {
 
-Notice notice_of(platform::RegistrationStatus status, MessageId success) {
+UserText notice_of(platform::RegistrationStatus status, MessageId success) {
   switch (status) {
     case platform::RegistrationStatus::kOk:
       return success;
@@ -28,11 +28,11 @@ platform::FileType database_file_type(const std::string& program) {
   return type;
 }
 
-Notice register_database_files(const std::string& program) {
+UserText register_database_files(const std::string& program) {
   return notice_of(platform::register_file_type(database_file_type(program)), MessageId::kFileTypeRegistered);
 }
 
-Notice unregister_database_files(const std::string& program) {
+UserText unregister_database_files(const std::string& program) {
   return notice_of(platform::unregister_file_type(database_file_type(program)),
                    MessageId::kFileTypeUnregistered);
 }

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "core/messages/status.h"
+#include "core/messages/user_text.h"
 #include "platform/file_type.h"
 
 namespace rowvane {
@@ -12,8 +12,8 @@ namespace rowvane {
 platform::FileType database_file_type(const std::string& program);
 
 // What to tell the user: message 134, 177 without the right to do it, otherwise error 66.
-Notice register_database_files(const std::string& program);
+UserText register_database_files(const std::string& program);
 // The same with message 135.
-Notice unregister_database_files(const std::string& program);
+UserText unregister_database_files(const std::string& program);
 
 }  // namespace rowvane

@@ -21,26 +21,26 @@ ProgramSteps::ProgramSteps(StartupCommand command, platform::KnownFolders folder
 
 // Tells what came of registering or unregistering; true when FILE_TYPE is the notice of success and the class
 // objects followed.
-bool ProgramSteps::report(const Notice& file_type, MessageId file_type_done, bool class_objects,
+bool ProgramSteps::report(const UserText& file_type, MessageId file_type_done, bool class_objects,
                           MessageId done) {
-  const bool is_done = file_type == Notice(file_type_done) && class_objects;
+  const bool is_done = file_type == UserText(file_type_done) && class_objects;
   if (is_done) {
     user_.messages.show(message(done), MessageIcon::kInformation);
   } else {
-    const Notice reason = class_objects ? file_type : Notice(MessageId::kNoRegistryPermission);
-    user_.messages.show(notice_text(reason), MessageIcon::kError);
+    const UserText reason = class_objects ? file_type : UserText(MessageId::kNoRegistryPermission);
+    user_.messages.show(reason.text(), MessageIcon::kError);
   }
   return is_done;
 }
 
 bool ProgramSteps::unregister_server() {
-  const Notice file_type = unregister_database_files(folders_.program_file);
+  const UserText file_type = unregister_database_files(folders_.program_file);
   return report(file_type, MessageId::kFileTypeUnregistered, remove_class_objects(),
                 MessageId::kServerUnregistered);
 }
 
 bool ProgramSteps::register_server() {
-  const Notice file_type = register_database_files(folders_.program_file);
+  const UserText file_type = register_database_files(folders_.program_file);
   return report(file_type, MessageId::kFileTypeRegistered, install_class_objects(),
                 MessageId::kServerRegistered);
 }

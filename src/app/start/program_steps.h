@@ -8,7 +8,7 @@
 #include "app/profile/program_profile.h"
 #include "app/start/start_up.h"
 #include "core/messages/questions.h"
-#include "core/messages/status.h"
+#include "core/messages/user_text.h"
 #include "platform/folders.h"
 
 namespace rowvane {
@@ -60,7 +60,7 @@ class ProgramSteps : public StartUpSteps {
 
  private:
   ProfileFacts facts() const;
-  bool report(const Notice& file_type, MessageId file_type_done, bool class_objects, MessageId done);
+  bool report(const UserText& file_type, MessageId file_type_done, bool class_objects, MessageId done);
 
   StartupCommand command_;
   platform::KnownFolders folders_;

@@ -66,7 +66,7 @@ void shut_down(StartUpSteps& steps) {
 int run_initialised(StartUpSteps& steps) {
   const StartupCommand command = steps.parse_command_line();
   if (const auto status = run_installer(steps, command.action)) return *status;
-  if (!steps.check_licence()) return kFailure;
+  if (!steps.has_licence()) return kFailure;
   prepare(steps);
   if (command.started_by_com) {
     steps.run_message_loop();

@@ -27,7 +27,7 @@ class StartUpSteps {
   virtual bool register_server() = 0;
   virtual bool uninstall() = 0;
 
-  virtual bool check_licence() = 0;
+  virtual bool has_licence() = 0;
   virtual void find_profile() = 0;
   virtual void prepare_first_run() = 0;
   virtual void unpack_help() = 0;

@@ -15,9 +15,7 @@ int run_compact(const GlobalOptions& global, const std::string& path) {
   if (const int status = session.open(path, TextOptions()); status != kDone) return status;
   if (!session.open_database().has_database_file()) return fail(ErrorCode::kInvalidBinaryFormat);
   const CompactResult result = session.open_database().compact(session.progress());
-  if (result.save.cancelled) return fail(Status::kCancelled);
-  if (result.save.error != ErrorCode::kOk) return fail(result.save.error);
-  warn(result.save.notices);
+  if (const int status = report(result); status != kDone) return status;
   if (!global.quiet) std::printf("%s\n", message(result.message).c_str());
   return kDone;
 }

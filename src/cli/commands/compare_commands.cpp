@@ -53,15 +53,6 @@ int open(Session& session, CompareArguments& arguments, Opened& opened) {
   return status == kDone ? arguments.texts.apply(session, opened.texts) : status;
 }
 
-int refuse(const std::string& refusal) {
-  return fail(refusal.empty() ? "there is nothing to find with this mode" : refusal);
-}
-
-int report(const RecordSetResult& result) {
-  if (result.error != ErrorCode::kOk) return fail(result.error);
-  return result.cancelled ? fail(Status::kCancelled) : kDone;
-}
-
 int run_duplicates(const GlobalOptions& global, CompareArguments& arguments) {
   Session session(global);
   Opened opened;
@@ -69,7 +60,8 @@ int run_duplicates(const GlobalOptions& global, CompareArguments& arguments) {
   const DuplicatesSearch search{.fields = opened.fields,
                                 .sort_results = arguments.sort,
                                 .mode = static_cast<DuplicatesMode>(arguments.mode)};
-  if (const Refusal refusal = check_duplicates(*opened.table, search)) return refuse(*refusal);
+  const Check check = check_duplicates(*opened.table, search);
+  if (const int status = accept(check, session.questions()); status != kDone) return status;
   const RecordSetResult result = find_duplicates(*opened.table, opened.scope, search, opened.texts,
                                                  session.options(), session.progress());
   if (const int status = report(result); status != kDone) return status;
@@ -90,7 +82,8 @@ int run_unique(const GlobalOptions& global, CompareArguments& arguments) {
     if (status != kDone) return status;
     search.frequency_field = target.front();
   }
-  if (const Refusal refusal = check_unique_values(*opened.table, search)) return refuse(*refusal);
+  const Check check = check_unique_values(*opened.table, search);
+  if (const int status = accept(check, session.questions()); status != kDone) return status;
   const UniqueResult result = find_unique_values(*opened.table, opened.scope, search, opened.texts,
                                                  session.options(), session.progress());
   if (const int status = report(result); status != kDone) return status;
@@ -127,7 +120,8 @@ int run_quartiles(const GlobalOptions& global, CompareArguments& arguments) {
                               .whole_table_statistics = arguments.entire_table,
                               .field = opened.fields.front(),
                               .mode = static_cast<uint8_t>(arguments.mode)};
-  if (const Refusal refusal = check_quartiles(*opened.table, search)) return refuse(*refusal);
+  const Check check = check_quartiles(*opened.table, search);
+  if (const int status = accept(check, session.questions()); status != kDone) return status;
   const QuartileResult result =
       find_quartiles(*opened.table, opened.scope, search, session.options(), session.progress());
   if (const int status = report(result); status != kDone) return status;

@@ -28,10 +28,11 @@ int run_dates(const GlobalOptions& global, DatesArguments& arguments) {
   settings.region = platform::user_regional_settings();
   if (const int status = session.find_fields(*table, arguments.fields, settings.fields); status != kDone)
     return status;
-  if (const auto error = check_date_conversion(*table, settings); error != ErrorCode::kOk) return fail(error);
+  const int status = accept(check_date_conversion(*table, settings), session.questions());
+  if (status != kDone) return status;
   const DateConversionResult result =
       convert_to_standard_dates(session.database(), *table, settings, session.progress());
-  if (result.cancelled) return fail(Status::kCancelled);
+  if (!result.is_done()) return report(result);
   if (result.other_texts > 0)
     warn(std::to_string(result.other_texts) + " value(s) are no dates and stay as they are");
   return session.save(arguments.save);

@@ -46,8 +46,8 @@ const NamedType& named_type(const std::string& name) {
 // FORMULA, cut to what fields can hold, into STORED.
 void read_formula(const std::optional<std::string>& formula, std::string& stored) {
   if (!formula) return;
-  FormulaEntry entry = check_formula_entry(*formula);
-  if (entry.warning) warn(texts::kEntryTruncated);
+  TextEntry entry = read_formula_entry(*formula);
+  if (!entry.warning.empty()) warn(entry.warning);
   stored = std::move(entry.text);
 }
 
@@ -56,7 +56,7 @@ int read_format(const std::optional<std::string>& typed, Field& field) {
   if (!typed) return kDone;
   const platform::RegionalSettings region = platform::user_regional_settings();
   const StyleEntry entry = read_format_style(*typed, region.currency_symbol);
-  if (!entry.problem.empty()) return fail(entry.problem);
+  if (!entry.check.passes()) return fail(entry.check.refusal);
   field.format = entry.style.kind == FormatKind::kCustom
                      ? *typed
                      : build_format_code(entry.style, stored_format_separators(region));
@@ -76,25 +76,13 @@ int read_arguments(const FieldArguments& arguments, Field& field) {
   return read_format(arguments.format, field);
 }
 
-int fail_check(const FieldCheck& check) {
-  if (check.refusal == texts::kInvalidFormula) return fail(kInvalidFormula);
-  if (!check.notice) return fail(check.refusal);
-  const auto* id = std::get_if<MessageId>(&*check.notice);
-  return id != nullptr ? fail(*id) : fail(std::get<ErrorCode>(*check.notice));
-}
-
 // Inserts or changes a field as ENTRY says.
 int apply(Session& session, CWorkSheet& table, const FieldEntry& entry) {
   const FormulaSettings formulas;
-  const FieldCheck check = check_field_entry(table, entry, formulas);
-  if (!check.refusal.empty()) return fail_check(check);
-  if (!check.question.empty() && !session.questions().ask(check.question))
-    return fail("not changed: " + check.question);
+  const int status = accept(check_field_entry(table, entry, formulas), session.questions());
+  if (status != kDone) return status;
   session.progress().begin("Changing the field");
-  const FieldEntryResult result = apply_field_entry(table, entry, formulas, session.progress());
-  for (const std::string& text : result.messages) warn(text);
-  if (!result.refusal.empty()) return fail(result.refusal);
-  return result.cancelled ? fail(Status::kCancelled) : done(result.error);
+  return report(apply_field_entry(table, entry, formulas, session.progress()));
 }
 
 int add_field(Session& session, CWorkSheet& table, const FieldArguments& arguments, const std::string& name) {
@@ -136,7 +124,7 @@ int run_action(Session& session, CWorkSheet& table, const FieldArguments& argume
   if (const int status = session.find_fields(table, {words[1]}, fields); status != kDone) return status;
   if (action == "change") return change_field(session, table, arguments, fields[0]);
   if (action == "rename") return rename_field(session, table, words, fields[0]);
-  if (action == "delete") return done(table.delete_field(fields[0]));
+  if (action == "delete") return report(table.delete_field(fields[0]));
   return fail_usage("field knows add, change, rename and delete, not \"" + action + "\"");
 }
 

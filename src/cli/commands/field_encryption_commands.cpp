@@ -21,11 +21,6 @@ struct FieldEncryptionArguments {
   TextOptions text;
 };
 
-int fail_with(const Notice& notice) {
-  const auto* id = std::get_if<MessageId>(&notice);
-  return id != nullptr ? fail(*id) : fail(std::get<ErrorCode>(notice));
-}
-
 int open_table(Session& session, FieldEncryptionArguments& arguments, CWorkSheet** table) {
   if (const int status = session.open(arguments.database, arguments.text); status != kDone) return status;
   *table = session.take_table(arguments.table);
@@ -33,9 +28,9 @@ int open_table(Session& session, FieldEncryptionArguments& arguments, CWorkSheet
   return arguments.table.empty() ? kDone : fail(ErrorCode::kInvalidPath);
 }
 
-int finish(Session& session, const FieldEncryptionArguments& arguments, const FieldEncryptionResult& result) {
-  if (result.cancelled) return fail(Status::kCancelled);
-  return result.error == ErrorCode::kOk ? session.save(arguments.save) : fail(result.error);
+int finish(Session& session, const FieldEncryptionArguments& arguments, const Outcome& outcome) {
+  const int status = report(outcome);
+  return status == kDone ? session.save(arguments.save) : status;
 }
 
 int run_encrypt(const GlobalOptions& global, FieldEncryptionArguments& arguments) {
@@ -50,7 +45,8 @@ int run_encrypt(const GlobalOptions& global, FieldEncryptionArguments& arguments
   const PasswordPlace place{arguments.password_file, "RVB_NEW_PASSWORD", "Password of the fields: "};
   if (const int status = read_password(place, settings.password, &settings.repeated); status != kDone)
     return status;
-  if (const auto refusal = check_encrypt_fields(*table, settings)) return fail_with(*refusal);
+  const int status = accept(check_encrypt_fields(*table, settings), session.questions());
+  if (status != kDone) return status;
   return finish(session, arguments, encrypt_fields(*table, settings, session.progress()));
 }
 
@@ -78,7 +74,8 @@ int run_decrypt(const GlobalOptions& global, FieldEncryptionArguments& arguments
   if (const int status = read_password(place, settings.password); status != kDone) return status;
   if (settings.password.empty() && global.password != nullptr)
     settings.password = Secret(global.password->view());
-  if (const auto refusal = check_decrypt_fields(*table, settings)) return fail_with(*refusal);
+  const int status = accept(check_decrypt_fields(*table, settings), session.questions());
+  if (status != kDone) return status;
   return finish(session, arguments, decrypt_fields(*table, settings, session.progress()));
 }
 

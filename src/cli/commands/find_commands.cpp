@@ -63,17 +63,6 @@ int find_settings(Session& session, const FindArguments& arguments, const CWorkS
   return session.find_fields(table, arguments.fields, settings.fields);
 }
 
-int take_check(const FindCheck& check) {
-  if (!check.refusal.empty()) return fail(check.refusal);
-  if (!check.notice.empty()) warn(check.notice);
-  return kDone;
-}
-
-void warn_of_problems(ErrorCode error, const std::string& problem) {
-  if (error != ErrorCode::kOk) warn(error);
-  if (!problem.empty()) warn(problem);
-}
-
 int print_found(Session& session, const FindArguments& arguments, const CWorkSheet& table,
                 const RecordSet& records, bool first) {
   PrintOptions options;
@@ -103,11 +92,11 @@ int run_find(const GlobalOptions& global, FindArguments& arguments) {
     return status;
   bool first = true;
   for (const CWorkSheet* table : tables) {
-    if (const int status = take_check(check_find(*table, settings)); status != kDone) return status;
+    const Check check = check_find(*table, settings);
+    if (const int status = accept(check, session.questions()); status != kDone) return status;
     TextFinder finder(*table, settings);
     const FoundRecords found = finder.find(all_records(*table), 0, arguments.limit, session.progress());
-    if (found.cancelled) return fail(Status::kCancelled);
-    warn_of_problems(found.error, found.problem);
+    if (const int status = report(found); status != kDone) return status;
     if (arguments.all_tables && found.records.empty()) continue;
     if (const int status = print_found(session, arguments, *table, found.records, first); status != kDone)
       return status;
@@ -128,14 +117,13 @@ int run_replace(const GlobalOptions& global, FindArguments& arguments) {
   settings.region = platform::user_regional_settings();
   int status = find_settings(session, arguments, *tables[0], texts[0], settings.find);
   for (size_t i = 0; i < tables.size() && status == kDone; ++i) {
-    status = take_check(check_replace(*tables[i], settings));
+    status = accept(check_replace(*tables[i], settings), session.questions());
   }
   if (status != kDone) return status;
   const ReplaceResult result =
       arguments.all_tables ? replace_in_all_tables(session.database(), settings, session.progress())
                            : replace_all(*tables[0], settings, all_records(*tables[0]), session.progress());
-  if (result.cancelled) return fail(Status::kCancelled);
-  warn_of_problems(result.error, result.problem);
+  if (status = report(result); status != kDone) return status;
   if (global.json) {
     std::printf("{\"matches\": %llu, \"cells\": %llu, \"refused\": %llu}\n",
                 static_cast<unsigned long long>(result.matches),

@@ -60,7 +60,7 @@ int print_value(FormulaEvaluator& evaluator, const std::string& formula, bool js
   const Kind kind = evaluator.evaluate(formula);
   if (kind == Kind::kError && evaluator.error() == FormulaError::kSyntax &&
       !is_valid_formula(formula, evaluator.table(), FormulaSettings())) {
-    return fail(kInvalidFormula);
+    return fail(texts::kInvalidFormula);
   }
   std::string out;
   if (kind == Kind::kArray) {
@@ -119,11 +119,10 @@ int run_recalc(const GlobalOptions& global, RecalcArguments& arguments) {
     if (settings.table == nullptr) return fail(ErrorCode::kInvalidPath);
   }
   const FormulaSettings formulas;
-  const RecalculationCheck check = check_recalculation(session.database(), settings, formulas);
-  if (!check.refusal.empty()) return fail(check.refusal);
+  const Check check = check_recalculation(session.database(), settings, formulas);
+  if (const int status = accept(check, session.questions()); status != kDone) return status;
   const RecalculationResult result = recalculate(session.database(), settings, formulas, session.progress());
-  if (result.cancelled) return fail(Status::kCancelled);
-  if (result.error != ErrorCode::kOk) return fail(result.error);
+  if (const int status = report(result); status != kDone) return status;
   if (!global.quiet) std::printf("%zu field%s calculated\n", result.fields, result.fields == 1 ? "" : "s");
   // What was up to date needs no saving.
   const bool to_save = session.database().is_modified() || !arguments.save.output.empty();

@@ -31,32 +31,31 @@ int read_expressions(const CWorkSheet& table, std::span<const std::string> typed
   std::ranges::sort(expressions, {}, &SearchExpression::field);
   if (!are_valid_expressions(expressions, table.field_count()))
     return fail_usage("a key has one criterion a field");
-  const std::string refusal = check_search(table, search, FormulaSettings());
-  return refusal.empty() ? kDone : fail(refusal);
+  const Check check = check_search(table, search, FormulaSettings());
+  return check.passes() ? kDone : fail(check.refusal);
 }
 
 int add_key(CWorkSheet& table, std::span<const std::string> words) {
   if (words.size() < 2) return fail_usage("keys add needs a name and at least one criterion");
   SearchKey key{words[0], {}};
-  const std::string refusal = check_search_key_name(table, key.name);
-  if (!refusal.empty()) return fail(refusal);
+  if (const Check check = check_search_key_name(table, key.name); !check.passes()) return fail(check.refusal);
   if (const int status = read_expressions(table, words.subspan(1), key.expressions); status != kDone)
     return status;
   CurrentSearchKey current;
-  return done(add_search_key(table, std::move(key), current));
+  return report(add_search_key(table, std::move(key), current));
 }
 
 int change_key(CWorkSheet& table, size_t key, std::span<const std::string> criteria) {
   if (criteria.empty()) return fail_usage("keys change needs a name and at least one criterion");
   std::vector<SearchExpression> expressions;
   if (const int status = read_expressions(table, criteria, expressions); status != kDone) return status;
-  return done(table.change_search_key(key, std::move(expressions)));
+  return report(table.change_search_key(key, std::move(expressions)));
 }
 
 int rename_key(CWorkSheet& table, size_t key, std::span<const std::string> names, CurrentSearchKey& current) {
   if (names.size() != 1) return fail_usage("keys rename needs the name and the new name");
-  const std::string refusal = check_search_key_name(table, names[0], key);
-  return refusal.empty() ? done(rename_search_key(table, names[0], current)) : fail(refusal);
+  const Check check = check_search_key_name(table, names[0], key);
+  return check.passes() ? report(rename_search_key(table, names[0], current)) : fail(check.refusal);
 }
 
 int run_action(CWorkSheet& table, std::span<const std::string> words) {
@@ -71,7 +70,7 @@ int run_action(CWorkSheet& table, std::span<const std::string> words) {
   if (!key) return fail(texts::kIncorrectSearchKey);
   if (action == "change") return change_key(table, *key, words.subspan(2));
   if (action == "rename") return rename_key(table, *key, words.subspan(2), current);
-  return done(delete_search_key(table, current));
+  return report(delete_search_key(table, current));
 }
 
 void print_json(const CWorkSheet& table, const SearchKey& key) {

@@ -46,19 +46,17 @@ int run_protect(const GlobalOptions& global, ProtectArguments& arguments) {
   if (const int status = session.open(arguments.database, arguments.text); status != kDone) return status;
   ProtectionSettings settings;
   if (const int status = read_settings(session, arguments, settings); status != kDone) return status;
-  const PasswordCheck check = check_protection(settings);
-  if (check.refusal) return fail(*check.refusal);
-  if (check.question && !session.questions().ask(message(*check.question)))
-    return fail("not changed: " + message(*check.question));
-  const ErrorCode error = session.file().set_protection(make_protection(std::move(settings)));
-  return error == ErrorCode::kOk ? session.save(arguments.save) : fail(error);
+  const Check check = check_protection(settings);
+  if (const int status = accept(check, session.questions()); status != kDone) return status;
+  const int status = report(session.file().set_protection(make_protection(std::move(settings))));
+  return status == kDone ? session.save(arguments.save) : status;
 }
 
 int run_unprotect(const GlobalOptions& global, ProtectArguments& arguments) {
   Session session(global);
   if (const int status = session.open(arguments.database, arguments.text); status != kDone) return status;
-  const ErrorCode error = session.file().set_protection(std::nullopt);
-  return error == ErrorCode::kOk ? session.save(arguments.save) : fail(error);
+  const int status = report(session.file().set_protection(std::nullopt));
+  return status == kDone ? session.save(arguments.save) : status;
 }
 
 }  // namespace

@@ -106,15 +106,14 @@ int run_export(const GlobalOptions& global, ExportArguments& arguments) {
   settings.save_long_texts = arguments.long_text_zip;
   settings.row_limit = arguments.row_limit.value_or(session.options().text_export_row_limit);
   settings.threads = session.options().used_processor_cores;
-  if (const std::string wrong = check_text_export_settings(*table, settings); !wrong.empty())
-    return fail(wrong);
   const bool is_protected = session.file().protection() != nullptr;
-  if (const auto warning = check_target_format(is_protected, FileFormat::kText, true)) warn(*warning);
+  for (const Check& check : {check_text_export_settings(*table, settings),
+                             check_target_format(is_protected, FileFormat::kText, true)}) {
+    if (const int status = accept(check, session.questions()); status != kDone) return status;
+  }
   session.progress().begin("Saving Text File");
   const TextExportResult result = export_text(*table, target, settings, session.progress());
-  if (result.error != ErrorCode::kOk) return fail(result.error);
-  if (result.status != Status::kOk) return fail(result.status);
-  warn(result.notices);
+  if (const int status = report(result); status != kDone) return status;
   if (result.replaced_characters) warn("some characters are not in the code page and were replaced");
   for (size_t i = 0; i < result.files.size() && !global.quiet; ++i)
     std::printf("%s\n", result.files[i].c_str());

@@ -119,7 +119,7 @@ CWorkSheet* Database::find_table(std::string_view path) const {
   return find_named(folder->tables(), nested ? path.substr(slash + 1) : path);
 }
 
-ErrorCode Database::check_new_name(const Folder& folder, std::string_view name, const void* own) const {
+ErrorCode Database::validate_new_name(const Folder& folder, std::string_view name, const void* own) const {
   if (!is_valid_table_name(name)) return ErrorCode::kInvalidPath;
   if (folder.parent() == nullptr && is_reserved_name(name)) return ErrorCode::kNameNotUnique;
   const auto taken = [name, own](const auto& one) {
@@ -165,7 +165,7 @@ void Database::rename(const std::function<void()>& change) {
 }
 
 ErrorCode Database::add_table(Folder& folder, std::unique_ptr<CWorkSheet>& table) {
-  if (const auto error = check_new_name(folder, table->name(), nullptr); error != ErrorCode::kOk)
+  if (const auto error = validate_new_name(folder, table->name(), nullptr); error != ErrorCode::kOk)
     return error;
   table->database_ = this;
   table->folder_ = &folder;
@@ -181,14 +181,16 @@ ErrorCode Database::delete_table(CWorkSheet& table) {
 }
 
 ErrorCode Database::rename_table(CWorkSheet& table, std::string name) {
-  if (const auto error = check_new_name(*table.folder_, name, &table); error != ErrorCode::kOk) return error;
+  if (const auto error = validate_new_name(*table.folder_, name, &table); error != ErrorCode::kOk)
+    return error;
   rename([&] { apply(std::make_unique<SwapChange<std::string>>(table.name_, std::move(name))); });
   return ErrorCode::kOk;
 }
 
 ErrorCode Database::move_table(CWorkSheet& table, Folder& target) {
   if (table.folder_ == &target) return ErrorCode::kOk;
-  if (const auto error = check_new_name(target, table.name(), nullptr); error != ErrorCode::kOk) return error;
+  if (const auto error = validate_new_name(target, table.name(), nullptr); error != ErrorCode::kOk)
+    return error;
   rename([&] {
     apply(std::make_unique<MoveChange<CWorkSheet, Folder>>(table, table.folder_, target, &Folder::tables_));
   });
@@ -196,7 +198,7 @@ ErrorCode Database::move_table(CWorkSheet& table, Folder& target) {
 }
 
 ErrorCode Database::add_folder(Folder& parent, std::string name, Folder** added) {
-  if (const auto error = check_new_name(parent, name, nullptr); error != ErrorCode::kOk) return error;
+  if (const auto error = validate_new_name(parent, name, nullptr); error != ErrorCode::kOk) return error;
   if (depth_of(parent) >= kMaxFolderDepth) return ErrorCode::kPathTooLong;
   auto folder = std::make_unique<Folder>();
   folder->name_ = std::move(name);
@@ -215,7 +217,7 @@ ErrorCode Database::delete_folder(Folder& folder) {
 
 ErrorCode Database::rename_folder(Folder& folder, std::string name) {
   if (folder.parent_ == nullptr) return ErrorCode::kInvalidPath;
-  if (const auto error = check_new_name(*folder.parent_, name, &folder); error != ErrorCode::kOk)
+  if (const auto error = validate_new_name(*folder.parent_, name, &folder); error != ErrorCode::kOk)
     return error;
   rename([&] { apply(std::make_unique<SwapChange<std::string>>(folder.name_, std::move(name))); });
   return ErrorCode::kOk;
@@ -225,7 +227,7 @@ ErrorCode Database::move_folder(Folder& folder, Folder& target) {
   if (folder.parent_ == nullptr || is_within(&target, folder)) return ErrorCode::kInvalidPath;
   if (folder.parent_ == &target) return ErrorCode::kOk;
   if (depth_of(target) + height_of(folder) > kMaxFolderDepth) return ErrorCode::kPathTooLong;
-  if (const auto error = check_new_name(target, folder.name(), nullptr); error != ErrorCode::kOk)
+  if (const auto error = validate_new_name(target, folder.name(), nullptr); error != ErrorCode::kOk)
     return error;
   rename([&] {
     apply(std::make_unique<MoveChange<Folder, Folder>>(folder, folder.parent_, target, &Folder::folders_));
@@ -253,7 +255,7 @@ ErrorCode Database::make_folders(std::string_view path, Folder** folder) {
 
 std::string Database::free_name(const Folder& folder, std::string_view name) const {
   std::string candidate(name);
-  for (int number = 2; check_new_name(folder, candidate, nullptr) == ErrorCode::kNameNotUnique; ++number) {
+  for (int number = 2; validate_new_name(folder, candidate, nullptr) == ErrorCode::kNameNotUnique; ++number) {
     const std::string suffix = " (" + std::to_string(number) + ")";
     candidate = std::string(truncate_bytes(name, kMaxTableNameBytes - suffix.size())) + suffix;
   }
@@ -273,8 +275,8 @@ ErrorCode Database::change_settings(DatabaseSettings settings) {
   return ErrorCode::kOk;
 }
 
-std::string check_record_flag_types(size_t count) {
-  return count > kMaxRecordFlagTypes ? message(MessageId::kTooManyRecordFlagTypes) : std::string();
+Check check_record_flag_types(size_t count) {
+  return count > kMaxRecordFlagTypes ? Check(MessageId::kTooManyRecordFlagTypes) : Check();
 }
 
 void Database::record(std::unique_ptr<Change> change, const CWorkSheet* table) {

@@ -9,6 +9,7 @@
 
 #include "core/database/background_reader.h"
 #include "core/database/undo_log.h"
+#include "core/messages/check.h"
 #include "core/options.h"
 #include "core/table/work_sheet.h"
 
@@ -150,7 +151,7 @@ class Database {
   friend class CWorkSheet;
 
   void notify();
-  ErrorCode check_new_name(const Folder& folder, std::string_view name, const void* own) const;
+  ErrorCode validate_new_name(const Folder& folder, std::string_view name, const void* own) const;
   bool holds_other_tables(const Folder& folder) const;
   void apply(std::unique_ptr<Change> change);
   // Applies CHANGE, which takes tables away.
@@ -192,7 +193,7 @@ class ChangeGroup {
   size_t first_change_;
 };
 
-// kTooManyRecordFlagTypes's text when a database can't have COUNT record flag types, otherwise empty.
-std::string check_record_flag_types(size_t count);
+// Message 187 when a database can't have COUNT record flag types.
+Check check_record_flag_types(size_t count);
 
 }  // namespace rowvane

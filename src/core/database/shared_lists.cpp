@@ -11,7 +11,7 @@ namespace rowvane {
 namespace {
 
 template <typename Entry>
-std::string check_names(const std::vector<EditedEntry<Entry>>& all) {
+Check check_names(const std::vector<EditedEntry<Entry>>& all) {
   std::set<std::string> names;
   for (const auto& each : all) {
     const std::string& name = each.entry.name;
@@ -54,14 +54,14 @@ std::vector<Positions> flagged_records(const CWorkSheet& table) {
 
 }  // namespace
 
-std::string check_drop_down_lists(const EditedDropDownLists& lists) {
-  if (lists.size() > kMaxDropDownLists) return std::string(error_text(ErrorCode::kTooManyDropDownLists));
+Check check_drop_down_lists(const EditedDropDownLists& lists) {
+  if (lists.size() > kMaxDropDownLists) return ErrorCode::kTooManyDropDownLists;
   return check_names(lists);
 }
 
-std::string check_record_flag_types(const EditedFlagTypes& types) {
-  std::string wrong = check_record_flag_types(types.size());
-  return wrong.empty() ? check_names(types) : wrong;
+Check check_record_flag_types(const EditedFlagTypes& types) {
+  Check check = check_record_flag_types(types.size());
+  return check.passes() ? check_names(types) : check;
 }
 
 ErrorCode change_drop_down_lists(Database& database, const EditedDropDownLists& lists) {

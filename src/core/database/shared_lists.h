@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/database/database.h"
+#include "core/messages/check.h"
 
 namespace rowvane {
 
@@ -20,10 +21,10 @@ struct EditedEntry {
 using EditedDropDownLists = std::vector<EditedEntry<DropDownList>>;
 using EditedFlagTypes = std::vector<EditedEntry<RecordFlagType>>;
 
-// What is wrong with the entries; empty when they can be taken. Names must not be blank, and differ in more
+// What is wrong with the entries. Names must not be blank, and differ in more
 // than letter case; there are at most kMaxRecordFlagTypes types (message 187).
-std::string check_drop_down_lists(const EditedDropDownLists& lists);
-std::string check_record_flag_types(const EditedFlagTypes& types);
+Check check_drop_down_lists(const EditedDropDownLists& lists);
+Check check_record_flag_types(const EditedFlagTypes& types);
 
 // Both take entries that have passed the check, as one undo step. Fields go on to have the lists that they
 // had by their new names, and none where theirs is deleted; records likewise have the types that they had.

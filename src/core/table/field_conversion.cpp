@@ -131,55 +131,40 @@ bool holds_single_texts(const FilesColumn& column) {
 
 }  // namespace
 
-ConversionCheck check_conversion(const CWorkSheet& table, const FieldConversion& settings) {
-  ConversionCheck check;
-  const auto refuse = [&check](std::string_view text) { check.refusal = text; };
-  if (settings.field >= table.field_count()) {
-    refuse(error_text(ErrorCode::kInvalidCacheIndex));
-    return check;
-  }
+Check check_conversion(const CWorkSheet& table, const FieldConversion& settings) {
+  if (settings.field >= table.field_count()) return ErrorCode::kInvalidCacheIndex;
   const Field& field = table.field(settings.field);
-  if (field.encrypted) {
-    refuse(error_text(ErrorCode::kEncryptedField));
-  } else if (settings.type == field.type) {
-    return check;
-  } else if (is_in_record(field.type) && settings.type == FieldType::kFiles) {
-    refuse(texts::kNoConversionToFiles);
-  } else if (field.type == FieldType::kFiles && is_in_record(settings.type)) {
-    refuse(texts::kNoConversionFromFiles);
-  } else if (field.type == FieldType::kFiles &&
-             !holds_single_texts(std::get<FilesColumn>(table.column(settings.field)))) {
-    refuse(message_text(MessageId::kConversionUnavailable));
-  } else if (field.type == FieldType::kFiles || settings.type == FieldType::kFiles) {
-    check.question = texts::kSaveCopyAndReload;
-  }
-  return check;
+  if (field.encrypted) return ErrorCode::kEncryptedField;
+  if (settings.type == field.type) return {};
+  if (is_in_record(field.type) && settings.type == FieldType::kFiles) return texts::kNoConversionToFiles;
+  if (field.type == FieldType::kFiles && is_in_record(settings.type)) return texts::kNoConversionFromFiles;
+  if (field.type == FieldType::kFiles &&
+      !holds_single_texts(std::get<FilesColumn>(table.column(settings.field))))
+    return MessageId::kConversionUnavailable;
+  const bool has_files = field.type == FieldType::kFiles || settings.type == FieldType::kFiles;
+  return has_files ? Check::asking(texts::kSaveCopyAndReload) : Check();
 }
 
-ConversionResult convert_field(CWorkSheet& table, const FieldConversion& settings, Progress& progress) {
-  ConversionResult result;
+Outcome convert_field(CWorkSheet& table, const FieldConversion& settings, Progress& progress) {
   Field definition = table.field(settings.field);
   const FieldType former_type = definition.type;
   const bool former_link = definition.link;
   definition.type = settings.type;
   definition.link = settings.type == FieldType::kText && settings.link;
   const bool same_column = make_column(former_type).index() == make_column(settings.type).index();
-  if (same_column) {
-    result.error = table.replace_column(settings.field, definition, table.column(settings.field));
-    return result;
-  }
+  if (same_column) return table.replace_column(settings.field, definition, table.column(settings.field));
   Converter converter(table, settings, progress);
   Column column = converter.run();
-  result.error = converter.error;
-  if (result.error != ErrorCode::kOk || converter.was_cancelled()) return result;
-  result.error = table.replace_column(settings.field, definition, std::move(column));
-  if (converter.not_numeric) result.messages.push_back(message(MessageId::kTextNotNumeric));
+  Outcome outcome = converter.error;
+  outcome.cancelled = converter.was_cancelled();
+  if (!outcome.is_done()) return outcome;
+  outcome.failure = table.replace_column(settings.field, definition, std::move(column));
+  if (converter.not_numeric) outcome.note(MessageId::kTextNotNumeric);
   if (converter.truncated) {
-    result.messages.push_back(fill_inserts(
-        texts::kConversionTruncated,
-        {field_type_name(former_type, former_link), field_type_name(settings.type, settings.link)}));
+    outcome.note(fill_inserts(texts::kConversionTruncated, {field_type_name(former_type, former_link),
+                                                            field_type_name(settings.type, settings.link)}));
   }
-  return result;
+  return outcome;
 }
 
 }  // namespace rowvane

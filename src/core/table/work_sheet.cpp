@@ -32,7 +32,7 @@ std::vector<FieldId> new_field_ids(size_t count) {
   return ids;
 }
 
-ErrorCode check_text(std::string_view text) {
+ErrorCode validate_text(std::string_view text) {
   if (!is_valid_utf8(text)) return ErrorCode::kInvalidUtf8;
   return count_characters(text) > kMaxTextCharacters ? ErrorCode::kOutputTooLong : ErrorCode::kOk;
 }
@@ -44,13 +44,13 @@ Column default_cells(const Field& field, uint32_t count) {
   resize_column(column, count);
   CellValue value;
   const bool has_default =
-      !field.encrypted && check_text(field.default_value) == ErrorCode::kOk &&
+      !field.encrypted && validate_text(field.default_value) == ErrorCode::kOk &&
       value_from_text(field.type, field.default_value, NumberSeparators(), value) == ErrorCode::kOk;
   for (uint32_t i = 0; has_default && i < count; ++i) store_value(column, i, value);
   return column;
 }
 
-ErrorCode check_files(const FileList& files) {
+ErrorCode validate_files(const FileList& files) {
   if (files.size() > kMaxContainerObjects) return ErrorCode::kTooManyContainerObjects;
   for (size_t i = 0; i < files.size(); ++i) {
     const std::string& name = files[i].name;
@@ -144,12 +144,12 @@ void CWorkSheet::apply_and_tell(std::unique_ptr<Change> change, const Tell& tell
   tell(*hooks);
 }
 
-ErrorCode CWorkSheet::check_editable_field(size_t field) const {
+ErrorCode CWorkSheet::require_editable_field(size_t field) const {
   if (field >= field_count()) return ErrorCode::kInvalidCacheIndex;
   return data_.fields[field].encrypted ? ErrorCode::kEncryptedField : ErrorCode::kOk;
 }
 
-ErrorCode CWorkSheet::check_new_name(std::string_view name, std::optional<size_t> own_index) const {
+ErrorCode CWorkSheet::validate_new_name(std::string_view name, std::optional<size_t> own_index) const {
   if (!is_valid_field_name(name)) return ErrorCode::kFieldTypeMismatch;
   const auto taken = find_field(name);
   return taken && taken != own_index ? ErrorCode::kNameNotUnique : ErrorCode::kOk;
@@ -157,7 +157,7 @@ ErrorCode CWorkSheet::check_new_name(std::string_view name, std::optional<size_t
 
 ErrorCode CWorkSheet::insert_field(size_t index, Field field) {
   if (index > field_count()) return ErrorCode::kInvalidCacheIndex;
-  if (const auto error = check_new_name(field.name, std::nullopt); error != ErrorCode::kOk) return error;
+  if (const auto error = validate_new_name(field.name, std::nullopt); error != ErrorCode::kOk) return error;
   if (record_bytes(field_count() + 1) > kMaxRecordBytes) return ErrorCode::kRecordSize;
   Column column = make_column(field.type);
   resize_column(column, record_count());
@@ -169,7 +169,7 @@ ErrorCode CWorkSheet::insert_field(size_t index, Field field) {
 
 ErrorCode CWorkSheet::rename_field(size_t index, std::string name) {
   if (index >= field_count()) return ErrorCode::kInvalidCacheIndex;
-  if (const auto error = check_new_name(name, index); error != ErrorCode::kOk) return error;
+  if (const auto error = validate_new_name(name, index); error != ErrorCode::kOk) return error;
   Field renamed = data_.fields[index];
   renamed.name = std::move(name);
   auto change = std::make_unique<FieldChange>(*this, index, std::move(renamed));
@@ -254,16 +254,16 @@ ErrorCode CWorkSheet::replace_column(size_t index, Field definition, Column colu
   return ErrorCode::kOk;
 }
 
-ErrorCode CWorkSheet::check_value(uint32_t record, size_t field, const CellValue& value) const {
+ErrorCode CWorkSheet::validate_value(uint32_t record, size_t field, const CellValue& value) const {
   if (record < 1 || record > record_count()) return ErrorCode::kInvalidCacheIndex;
-  if (const auto error = check_editable_field(field); error != ErrorCode::kOk) return error;
+  if (const auto error = require_editable_field(field); error != ErrorCode::kOk) return error;
   if (!fits_column(data_.columns[field], value)) return ErrorCode::kFieldTypeMismatch;
   ErrorCode error = ErrorCode::kOk;
   if (const auto* number = std::get_if<double>(&value); number != nullptr && std::isinf(*number)) {
     error = ErrorCode::kFieldTypeMismatch;
   }
-  if (const auto* text = std::get_if<std::string>(&value)) error = check_text(*text);
-  if (const auto* files = std::get_if<FileList>(&value)) error = check_files(*files);
+  if (const auto* text = std::get_if<std::string>(&value)) error = validate_text(*text);
+  if (const auto* files = std::get_if<FileList>(&value)) error = validate_files(*files);
   if (error != ErrorCode::kOk) return error;
   const FieldHooks* hooks = database_ != nullptr ? database_->hooks() : nullptr;
   if (hooks != nullptr && !data_.fields[field].validation.empty() &&
@@ -274,7 +274,7 @@ ErrorCode CWorkSheet::check_value(uint32_t record, size_t field, const CellValue
 }
 
 ErrorCode CWorkSheet::set_value(uint32_t record, size_t field, const CellValue& value) {
-  if (const auto error = check_value(record, field, value); error != ErrorCode::kOk) return error;
+  if (const auto error = validate_value(record, field, value); error != ErrorCode::kOk) return error;
   Column cell = make_column(data_.fields[field].type);
   resize_column(cell, 1);
   store_value(cell, 0, value);
@@ -286,12 +286,12 @@ ErrorCode CWorkSheet::set_value(uint32_t record, size_t field, const CellValue& 
 
 ErrorCode CWorkSheet::set_values(size_t field, std::vector<uint32_t> positions, Column cells,
                                  std::vector<RefusedValue>& refused) {
-  if (const auto error = check_editable_field(field); error != ErrorCode::kOk) return error;
+  if (const auto error = require_editable_field(field); error != ErrorCode::kOk) return error;
   if (column_size(cells) != positions.size()) return ErrorCode::kInvalidCacheIndex;
   if (cells.index() != data_.columns[field].index()) return ErrorCode::kFieldTypeMismatch;
   std::vector<uint32_t> kept;  // indices into CELLS
   for (uint32_t i = 0; i < positions.size(); ++i) {
-    const ErrorCode error = check_value(positions[i] + 1, field, cell_value(cells, i));
+    const ErrorCode error = validate_value(positions[i] + 1, field, cell_value(cells, i));
     if (error == ErrorCode::kOk) {
       kept.push_back(i);
     } else {
@@ -364,7 +364,7 @@ std::optional<size_t> CWorkSheet::find_search_key(std::string_view name) const {
   return found == keys.end() ? std::nullopt : std::optional(static_cast<size_t>(found - keys.begin()));
 }
 
-ErrorCode CWorkSheet::check_search_key_name(std::string_view name, std::optional<size_t> own_index) const {
+ErrorCode CWorkSheet::validate_search_key_name(std::string_view name, std::optional<size_t> own_index) const {
   if (!is_valid_search_key_name(name)) return ErrorCode::kFieldTypeMismatch;
   const auto taken = find_search_key(name);
   return taken && taken != own_index ? ErrorCode::kNameNotUnique : ErrorCode::kOk;
@@ -380,7 +380,8 @@ void CWorkSheet::change_arrangement(GridArrangement arrangement) {
 }
 
 ErrorCode CWorkSheet::add_search_key(SearchKey key) {
-  if (const auto error = check_search_key_name(key.name, std::nullopt); error != ErrorCode::kOk) return error;
+  if (const auto error = validate_search_key_name(key.name, std::nullopt); error != ErrorCode::kOk)
+    return error;
   if (!are_valid_expressions(key.expressions, field_count())) return ErrorCode::kFieldTypeMismatch;
   std::vector<SearchKey> keys = data_.search_keys;
   keys.push_back(std::move(key));
@@ -390,7 +391,7 @@ ErrorCode CWorkSheet::add_search_key(SearchKey key) {
 
 ErrorCode CWorkSheet::rename_search_key(size_t index, std::string name) {
   if (index >= data_.search_keys.size()) return ErrorCode::kInvalidCacheIndex;
-  if (const auto error = check_search_key_name(name, index); error != ErrorCode::kOk) return error;
+  if (const auto error = validate_search_key_name(name, index); error != ErrorCode::kOk) return error;
   std::vector<SearchKey> keys = data_.search_keys;
   keys[index].name = std::move(name);
   replace_search_keys(std::move(keys));
@@ -444,10 +445,11 @@ ErrorCode value_from_text(FieldType type, std::string_view text, const NumberSep
   return ErrorCode::kFieldTypeMismatch;
 }
 
-TextEntry check_text_entry(std::string_view text) {
+TextEntry read_text_entry(std::string_view text) {
   constexpr size_t kMaxEntryBytes = 8192;
   TextEntry entry;
-  entry.warning = count_characters(text) >= kEntryWarningCharacters || text.size() > kMaxEntryBytes;
+  if (count_characters(text) >= kEntryWarningCharacters || text.size() > kMaxEntryBytes)
+    entry.warning = texts::kEntryTruncated;
   entry.text = truncate_bytes(truncate_characters(text, kMaxTextCharacters), kMaxEntryBytes);
   return entry;
 }

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "core/messages/error_code.h"
+#include "core/messages/user_text.h"
 #include "core/table/table_data.h"
 #include "core/values/number_text.h"
 
@@ -126,7 +127,7 @@ class CWorkSheet {
   void change_arrangement(GridArrangement arrangement);
 
   // What set_value would answer.
-  ErrorCode check_value(uint32_t record, size_t field, const CellValue& value) const;
+  ErrorCode validate_value(uint32_t record, size_t field, const CellValue& value) const;
 
   // Changes with every change to fields and records that the table's stored form shows. No two tables ever
   // have the same number: equal numbers mean the same table with equal content.
@@ -137,9 +138,9 @@ class CWorkSheet {
  private:
   friend class Database;
 
-  ErrorCode check_editable_field(size_t field) const;
-  ErrorCode check_new_name(std::string_view name, std::optional<size_t> own_index) const;
-  ErrorCode check_search_key_name(std::string_view name, std::optional<size_t> own_index) const;
+  ErrorCode require_editable_field(size_t field) const;
+  ErrorCode validate_new_name(std::string_view name, std::optional<size_t> own_index) const;
+  ErrorCode validate_search_key_name(std::string_view name, std::optional<size_t> own_index) const;
   void replace_search_keys(std::vector<SearchKey> keys);
   void before_change();
   void apply(std::unique_ptr<Change> change);
@@ -162,11 +163,12 @@ class CWorkSheet {
 ErrorCode value_from_text(FieldType type, std::string_view text, const NumberSeparators& separators,
                           CellValue& value);
 
-// What becomes of a text that is being entered into a Text field.
+// A text as it was entered, cut to what its place can hold with no character halved.
 struct TextEntry {
-  std::string text;      // cut to 8169 characters and 8192 bytes, no character halved
-  bool warning = false;  // the text reaches 8164 characters: show texts::kEntryTruncated
+  std::string text;
+  UserText warning;  // texts::kEntryTruncated where it is too long
 };
-TextEntry check_text_entry(std::string_view text);
+// Into a Text field: 8169 characters and 8192 bytes; the warning comes from 8164 characters on.
+TextEntry read_text_entry(std::string_view text);
 
 }  // namespace rowvane

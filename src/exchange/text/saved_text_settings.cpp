@@ -15,7 +15,7 @@ std::string SavedTextSettings::proposed_name() const {
   return "Settings " + std::to_string(entries_.size() + 1) + ".";
 }
 
-std::string SavedTextSettings::check_name(std::string_view name) {
+Check SavedTextSettings::check_name(std::string_view name) {
   if (name.find_first_not_of(' ') == std::string_view::npos) return "Please enter a name for the settings.";
   // A tab would end the name in the menu.
   const auto is_control = [](char c) { return static_cast<unsigned char>(c) < 0x20; };

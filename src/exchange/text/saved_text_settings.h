@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/messages/check.h"
 #include "exchange/text/text_file_settings.h"
 
 namespace rowvane {
@@ -30,8 +31,8 @@ class SavedTextSettings {
 
   // The name that the dialog for saving settings proposes.
   std::string proposed_name() const;
-  // What is wrong with a name that was entered; empty when it can be taken.
-  static std::string check_name(std::string_view name);
+  // Whether a name that was entered can be taken.
+  static Check check_name(std::string_view name);
   // Makes the new entry the first; the last of kMaxEntries is dropped for it.
   void add(std::string name, const TextFileSettings& settings);
   // Gives entry INDEX other settings; it keeps its name and place. False when there is no such entry.

@@ -74,13 +74,13 @@ std::optional<std::string> standard_date_of(std::string_view text, const platfor
   return day ? std::optional(standard_date_text(*day)) : std::nullopt;
 }
 
-ErrorCode check_date_conversion(const CWorkSheet& table, const DateConversionSettings& settings) {
+Check check_date_conversion(const CWorkSheet& table, const DateConversionSettings& settings) {
   for (const size_t index : settings.fields) {
     const Field& field = table.field(index);
     if (field.encrypted) return ErrorCode::kEncryptedField;
     if (field.type != FieldType::kText || !field.formula.empty()) return ErrorCode::kConversionRule;
   }
-  return ErrorCode::kOk;
+  return {};
 }
 
 DateConversionResult convert_to_standard_dates(Database& database, CWorkSheet& table,

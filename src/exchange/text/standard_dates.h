@@ -8,7 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "core/messages/error_code.h"
+#include "core/messages/check.h"
+#include "core/messages/outcome.h"
 #include "core/progress.h"
 #include "core/table/work_sheet.h"
 #include "platform/regional_settings.h"
@@ -24,10 +25,10 @@ struct DateConversionSettings {
 };
 
 // kEncryptedField, or kConversionRule when one of the fields holds no text or calculates it.
-ErrorCode check_date_conversion(const CWorkSheet& table, const DateConversionSettings& settings);
+Check check_date_conversion(const CWorkSheet& table, const DateConversionSettings& settings);
 
-struct DateConversionResult {
-  bool cancelled = false;    // nothing was changed
+// A cancelled conversion changes nothing.
+struct DateConversionResult : Outcome {
   uint64_t converted = 0;    // values that are dates, those among them that were standard already
   uint64_t other_texts = 0;  // values that are none and stay, or that the field's validation keeps
 };

@@ -103,14 +103,10 @@ class ExportRun {
 
   TextExportResult run() {
     progress_.begin("Saving Text File");
-    result_.error = write_all();
-    if (!cancelled_ && result_.error == ErrorCode::kOk) result_.error = commit_all();
-    if (cancelled_) {
-      result_.error = ErrorCode::kOk;
-      result_.status = Status::kCancelled;
-    } else if (result_.error != ErrorCode::kOk) {
-      result_.status = Status::kFailed;
-    }
+    ErrorCode error = write_all();
+    if (!cancelled_ && error == ErrorCode::kOk) error = commit_all();
+    result_.cancelled = cancelled_;
+    if (!cancelled_) result_.failure = error;
     return std::move(result_);
   }
 
@@ -159,7 +155,7 @@ ErrorCode ExportRun::write_all() {
   for (uint64_t number = 0; number < files && !cancelled_; ++number) {
     if (const auto error = write_file(formatter, number); error != ErrorCode::kOk) return error;
   }
-  if (formatter.has_cut_cells()) result_.notices.emplace_back(MessageId::kCellsTruncated);
+  if (formatter.has_cut_cells()) result_.note(MessageId::kCellsTruncated);
   result_.replaced_characters = formatter.has_replaced_characters();
   return ErrorCode::kOk;
 }
@@ -277,16 +273,15 @@ ErrorCode ExportRun::commit_all() {
 
 }  // namespace
 
-std::string check_text_export(const CWorkSheet& table) {
+Check check_text_export(const CWorkSheet& table) {
   const bool loses =
       std::ranges::any_of(table.data().fields, [](const Field& f) { return loses_features_as_text(f); }) ||
       (table.database() != nullptr && loses_features_as_text(*table.database())) || has_flag_types(table);
-  return loses ? message(MessageId::kFeaturesLostAsText) : std::string();
+  return loses ? Check::asking(MessageId::kFeaturesLostAsText) : Check();
 }
 
-std::string check_text_export_settings(const CWorkSheet& table, const TextExport& settings) {
-  std::string wrong = check_text_settings(settings.text);
-  if (!wrong.empty()) return wrong;
+Check check_text_export_settings(const CWorkSheet& table, const TextExport& settings) {
+  if (Check check = check_text_settings(settings.text); !check.passes()) return check;
   const auto is_missing_field = [&](size_t field) { return field >= table.field_count(); };
   if (std::ranges::any_of(settings.fields, is_missing_field)) return "A selected field isn't in the table.";
   const auto is_missing_record = [&](uint32_t position) { return position >= table.record_count(); };
@@ -302,10 +297,9 @@ std::string check_text_export_settings(const CWorkSheet& table, const TextExport
 
 TextExportResult export_text(const CWorkSheet& table, const std::string& target, const TextExport& settings,
                              Progress& progress) {
-  if (!check_text_export_settings(table, settings).empty()) {
+  if (!check_text_export_settings(table, settings).passes()) {
     TextExportResult refused;
-    refused.status = Status::kFailed;
-    refused.error = ErrorCode::kInvalidCacheIndex;
+    refused.failure = ErrorCode::kInvalidCacheIndex;
     return refused;
   }
   return ExportRun(table, target, settings, progress).run();

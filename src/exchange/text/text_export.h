@@ -6,7 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "core/messages/status.h"
+#include "core/messages/check.h"
+#include "core/messages/outcome.h"
 #include "core/progress.h"
 #include "core/table/work_sheet.h"
 #include "exchange/text/text_file_settings.h"
@@ -31,18 +32,16 @@ struct TextExport {
 
 // The question (message 196) to be answered with Yes before a database whose tables hold features that plain
 // text loses is saved in its own plain text file: several tables or folders, formulas, validations, default
-// values, links, encryption, formats, drop-down lists, flags, long texts or files. Empty when nothing is
-// lost; how columns are shown (width, order, hidden) does not count.
-std::string check_text_export(const CWorkSheet& table);
+// values, links, encryption, formats, drop-down lists, flags, long texts or files. How columns are shown
+// (width, order, hidden) does not count.
+Check check_text_export(const CWorkSheet& table);
 
-// What is wrong with SETTINGS for TABLE; empty when it can be exported with them.
-std::string check_text_export_settings(const CWorkSheet& table, const TextExport& settings);
+// Whether TABLE can be exported with SETTINGS.
+Check check_text_export_settings(const CWorkSheet& table, const TextExport& settings);
 
-struct TextExportResult {
-  Status status = Status::kOk;
-  ErrorCode error = ErrorCode::kOk;  // why it failed, where it did
+// Notices: message 125 when cells were cut.
+struct TextExportResult : Outcome {
   std::vector<std::string> files;    // what was written: the text files in order, then the archive
-  std::vector<Notice> notices;       // message 125 when cells were cut
   bool replaced_characters = false;  // the code page lacked some; they became their best fit or "?"
 };
 

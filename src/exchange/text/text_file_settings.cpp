@@ -62,7 +62,7 @@ bool can_delimit(uint8_t character, bool uses_code_page) {
   return character != 0 && character != '\r' && character != '\n' && (character < 0x80 || uses_code_page);
 }
 
-std::string check_delimiters(const TextFileSettings& settings) {
+Check check_delimiters(const TextFileSettings& settings) {
   if (settings.has_fixed_widths()) return {};
   const bool quoting = (settings.flags & TextFileSettings::kQuoting) != 0;
   if (settings.is_separated() && !can_delimit(settings.separator, settings.uses_code_page())) {
@@ -77,7 +77,7 @@ std::string check_delimiters(const TextFileSettings& settings) {
   return {};
 }
 
-std::string check_encoding(const TextFileSettings& settings) {
+Check check_encoding(const TextFileSettings& settings) {
   if (settings.encoding < TextFileSettings::kUtf8 || settings.encoding > kLastEncoding) {
     return "Please select a text encoding.";
   }
@@ -89,9 +89,9 @@ std::string check_encoding(const TextFileSettings& settings) {
 
 }  // namespace
 
-std::string check_text_settings(const TextFileSettings& settings) {
-  const std::string wrong_encoding = check_encoding(settings);
-  return wrong_encoding.empty() ? check_delimiters(settings) : wrong_encoding;
+Check check_text_settings(const TextFileSettings& settings) {
+  Check check = check_encoding(settings);
+  return check.passes() ? check_delimiters(settings) : check;
 }
 
 }  // namespace rowvane

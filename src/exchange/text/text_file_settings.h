@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/limits.h"
+#include "core/messages/check.h"
 
 namespace rowvane {
 
@@ -74,9 +75,9 @@ unsigned code_page_of(uint8_t encoding);
 // The encoding value for a code page number; nothing when the table has none.
 std::optional<uint8_t> encoding_of_code_page(unsigned number);
 
-// The message that settings no text file can have get, otherwise empty: an encoding that is none or that the
+// Refuses settings that no text file can have: an encoding that is none or that the
 // system lacks; a separator or quoting symbol that is a line break or zero, or, in the Unicode encodings, not
 // ASCII; both the same. What the settings don't use is not looked at.
-std::string check_text_settings(const TextFileSettings& settings);
+Check check_text_settings(const TextFileSettings& settings);
 
 }  // namespace rowvane

@@ -20,18 +20,15 @@ TextImportResult load_table(TextSource& source, const TextImport& settings, Text
   plan.threads = thread_count(settings.threads);
   TextStreamResult loaded = load_text(source, plan, progress);
   TextImportResult result;
-  result.status = loaded.status;
-  result.error = loaded.error;
-  if (result.status != Status::kOk) return result;
-  result.notices = std::move(loaded.notices);
+  result.outcome() = std::move(loaded);
+  if (!result.is_done()) return result;
   result.table = std::make_unique<CWorkSheet>(repair_table_name(settings.table_name), std::move(loaded.data));
   return result;
 }
 
 TextImportResult failed(ErrorCode error) {
   TextImportResult result;
-  result.status = Status::kFailed;
-  result.error = error;
+  result.failure = error;
   return result;
 }
 

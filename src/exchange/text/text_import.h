@@ -20,7 +20,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/messages/status.h"
+#include "core/messages/outcome.h"
 #include "core/options.h"
 #include "core/progress.h"
 #include "core/table/work_sheet.h"
@@ -37,11 +37,9 @@ struct TextImport {
   int threads = 0;  // as thread_count takes it
 };
 
-struct TextImportResult {
-  Status status = Status::kOk;
-  ErrorCode error = ErrorCode::kOk;   // why it failed, where it did
-  std::unique_ptr<CWorkSheet> table;  // null unless kOk
-  std::vector<Notice> notices;        // messages 123, 124, 125, 107 and error 128, each at most once
+// Notices: messages 123, 124, 125, 107 and error 128.
+struct TextImportResult : Outcome {
+  std::unique_ptr<CWorkSheet> table;  // null unless it was done
 };
 
 TextImportResult import_text_file(const std::string& path, const TextImport& settings,
@@ -52,7 +50,7 @@ TextImportResult import_text_block(std::string_view text, const TextImport& sett
                                    Progress& progress = Progress::none());
 
 // The first records of a file, all as text, read with the current settings: the sample of the dialogs. At
-// most RECORDS records of the first megabyte; kFailed when the file can't be read.
+// most RECORDS records of the first megabyte; fails when the file can't be read.
 TextImportResult import_text_sample(const std::string& path, const TextImport& settings, uint32_t records);
 
 }  // namespace rowvane

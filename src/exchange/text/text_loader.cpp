@@ -199,8 +199,8 @@ void TextLoader::add_distinct(LoadedColumn& loaded, const BlockColumn& column, s
   }
 }
 
-std::vector<Notice> TextLoader::notices() const {
-  std::vector<Notice> notices;
+std::vector<UserText> TextLoader::notices() const {
+  std::vector<UserText> notices;
   if (too_many_records_) notices.emplace_back(MessageId::kTooManyRecordsInFile);
   if (too_many_columns_) notices.emplace_back(MessageId::kTooManyColumnsInFile);
   if (findings_.cut_cells) notices.emplace_back(MessageId::kCellsTruncated);

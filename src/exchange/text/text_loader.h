@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "core/messages/status.h"
+#include "core/messages/user_text.h"
 #include "core/table/table_data.h"
 #include "exchange/text/text_block_columns.h"
 
@@ -46,7 +46,7 @@ class TextLoader {
 
   // After the last merge:
   // What to tell the user.
-  std::vector<Notice> notices() const;
+  std::vector<UserText> notices() const;
   // Columns that turned out to be Text after records had been stored as numbers. Their texts have to be read
   // again.
   std::vector<size_t> columns_to_reload() const;

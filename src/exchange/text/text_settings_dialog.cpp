@@ -52,16 +52,16 @@ uint8_t read_encoding(const TextSettingsControls& controls) {
   return static_cast<uint8_t>(TextFileSettings::kFirstCodePage + std::max(controls.code_page, 0));
 }
 
-std::string check_selections(const TextSettingsControls& controls) {
+Check check_selections(const TextSettingsControls& controls) {
   if (!is_row(controls.separator, kSeparatorListTexts.size())) return "Please select a field separator.";
   const bool encoding_fits =
       controls.encoding == kNothingSelected || is_row(controls.encoding, kEncodingListTexts.size());
   const bool code_page_fits =
       controls.code_page == kNothingSelected || is_row(controls.code_page, kTextCodePages.size());
-  return encoding_fits && code_page_fits ? std::string() : "Please select a text encoding.";
+  return encoding_fits && code_page_fits ? Check() : Check("Please select a text encoding.");
 }
 
-std::string check_boxes(const TextSettingsControls& controls) {
+Check check_boxes(const TextSettingsControls& controls) {
   if (controls.separator == kOtherSeparator) {
     const std::string& other = controls.other_separator;
     if (!is_single_character(other)) return "Please enter one character as the field separator.";
@@ -72,7 +72,7 @@ std::string check_boxes(const TextSettingsControls& controls) {
       (controls.quoting || !controls.quoting_symbol.empty())) {
     return "Please enter one character as the quoting symbol.";
   }
-  if (controls.fixed_widths && !parse_widths(controls.widths)) return std::string(kWidthsHint);
+  if (controls.fixed_widths && !parse_widths(controls.widths)) return kWidthsHint;
   return {};
 }
 
@@ -98,11 +98,11 @@ TextSettingsControls show_text_settings(const TextFileSettings& settings) {
   return controls;
 }
 
-std::string check_text_settings_controls(const TextSettingsControls& controls) {
-  std::string wrong = check_selections(controls);
-  if (wrong.empty()) wrong = check_boxes(controls);
-  if (wrong.empty()) wrong = check_text_settings(read_text_settings(controls, TextFileSettings()));
-  return wrong;
+Check check_text_settings_controls(const TextSettingsControls& controls) {
+  Check check = check_selections(controls);
+  if (check.passes()) check = check_boxes(controls);
+  if (check.passes()) check = check_text_settings(read_text_settings(controls, TextFileSettings()));
+  return check;
 }
 
 TextFileSettings read_text_settings(const TextSettingsControls& controls, const TextFileSettings& before) {
@@ -151,13 +151,13 @@ std::string show_widths(const TextFileSettings& settings) {
   return text;
 }
 
-std::string check_date_conversion(const TextFileSettings& settings) {
+Check check_date_conversion(const TextFileSettings& settings) {
   const bool converts = (settings.options & TextFileSettings::kConvertDates) != 0;
-  return converts ? std::string(texts::kParseDatesSlow) : std::string();
+  return converts ? Check::asking(texts::kParseDatesSlow) : Check();
 }
 
-std::string check_auto_fit(bool column_widths, bool row_heights) {
-  return column_widths || row_heights ? message(MessageId::kAutoFitSlow) : std::string();
+Check check_auto_fit(bool column_widths, bool row_heights) {
+  return column_widths || row_heights ? Check::asking(MessageId::kAutoFitSlow) : Check();
 }
 
 }  // namespace rowvane

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/messages/check.h"
 #include "exchange/text/text_file_settings.h"
 
 namespace rowvane {
@@ -53,8 +54,8 @@ struct TextSettingsControls {
 
 // The controls that show SETTINGS.
 TextSettingsControls show_text_settings(const TextFileSettings& settings);
-// What is wrong with the controls, for a dialog that then stays open; empty when they can be read.
-std::string check_text_settings_controls(const TextSettingsControls& controls);
+// What is wrong with the controls, for a dialog that then stays open.
+Check check_text_settings_controls(const TextSettingsControls& controls);
 // BEFORE with what the controls say; its column options stay, and so do values whose controls are off or
 // empty. The controls must have passed check_text_settings_controls.
 TextFileSettings read_text_settings(const TextSettingsControls& controls, const TextFileSettings& before);
@@ -66,10 +67,10 @@ std::optional<std::vector<uint16_t>> parse_widths(std::string_view text);
 // The widths of SETTINGS up to the first 0: "10,8,15".
 std::string show_widths(const TextFileSettings& settings);
 
-// Questions to be answered with Yes before a text file is opened; empty when there is nothing to ask.
+// Questions before a text file is opened.
 // When the open dialog is confirmed with the conversion of dates on:
-std::string check_date_conversion(const TextFileSettings& settings);
+Check check_date_conversion(const TextFileSettings& settings);
 // When one of the two options is chosen:
-std::string check_auto_fit(bool column_widths, bool row_heights);
+Check check_auto_fit(bool column_widths, bool row_heights);
 
 }  // namespace rowvane

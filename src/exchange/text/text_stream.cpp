@@ -25,7 +25,7 @@ class PipeFeeder {
         progress_(progress) {}
 
   // kOk also when the parser wanted no more.
-  Status run() {
+  bool run() {
     std::string block(kReadBytes, '\0');
     size_t kept = read_start(block.data());
     uint64_t done = kept;
@@ -37,18 +37,16 @@ class PipeFeeder {
       const bool last = count == 0;
       const size_t taken = utf16_ ? convert(bytes, !last) : bytes.size();
       const std::string_view out = utf16_ ? std::string_view(utf8_) : bytes;
-      if (pipe_.write(std::as_bytes(std::span(out))) < out.size()) return stopped();
-      if (last) return Status::kOk;
+      if (pipe_.write(std::as_bytes(std::span(out))) < out.size()) return !progress_.cancelled();
+      if (last) return true;
       kept = bytes.size() - taken;
       std::copy(bytes.end() - static_cast<std::ptrdiff_t>(kept), bytes.end(), block.begin());
       progress_.report(done, source_.size());
-      if (progress_.cancelled()) return Status::kCancelled;
+      if (progress_.cancelled()) return false;
     }
   }
 
  private:
-  Status stopped() const { return progress_.cancelled() ? Status::kCancelled : Status::kOk; }
-
   // Reads the first four bytes and drops a byte-order mark; answers the number of bytes left in BLOCK.
   size_t read_start(char* block) {
     size_t count = 0;
@@ -85,28 +83,29 @@ uint64_t text_bytes(const TextSource& source, const TextLoadPlan& plan) {
 }
 
 // One pass over the source.
-Status run_pass(TextSource& source, const TextLoadPlan& plan, TextLoader& loader, Progress& progress,
-                ErrorCode& error) {
-  error = source.rewind();
+Outcome run_pass(TextSource& source, const TextLoadPlan& plan, TextLoader& loader, Progress& progress) {
+  ErrorCode error = source.rewind();
   platform::BytePipe pipe;
   if (error == ErrorCode::kOk && !pipe.create(kPipeBytes)) error = ErrorCode::kOutOfResources;
-  if (error != ErrorCode::kOk) return Status::kFailed;
+  if (error != ErrorCode::kOk) return error;
   ErrorCode parse_error = ErrorCode::kOk;
   std::jthread parser([&] {
     parse_error = load_text_stream(
         loader, plan, [&pipe](std::span<char> buffer) { return pipe.read(std::as_writable_bytes(buffer)); });
     pipe.close_read_end();
   });
-  Status status = Status::kOk;
+  bool completed = false;
   try {
-    status = PipeFeeder(source, plan, pipe, progress).run();
+    completed = PipeFeeder(source, plan, pipe, progress).run();
   } catch (const std::bad_alloc&) {
     error = ErrorCode::kOutOfMemory;
   }
   pipe.close_write_end();
   parser.join();
   if (error == ErrorCode::kOk) error = parse_error != ErrorCode::kOk ? parse_error : source.error;
-  return error != ErrorCode::kOk ? Status::kFailed : status;
+  Outcome outcome = error;
+  outcome.cancelled = error == ErrorCode::kOk && !completed;
+  return outcome;
 }
 
 // The plan that reads the columns COLUMNS as text and leaves the others out.
@@ -123,15 +122,15 @@ TextLoadPlan reload_plan(const TextLoadPlan& plan, const std::vector<size_t>& co
 TextStreamResult load_text(TextSource& source, const TextLoadPlan& plan, Progress& progress) {
   TextStreamResult result;
   TextLoader loader(plan, text_bytes(source, plan));
-  result.status = run_pass(source, plan, loader, progress, result.error);
+  result.outcome() = run_pass(source, plan, loader, progress);
   const std::vector<size_t> columns = loader.columns_to_reload();
-  if (result.status == Status::kOk && !columns.empty()) {
+  if (result.is_done() && !columns.empty()) {
     const TextLoadPlan again = reload_plan(plan, columns);
     TextLoader second(again, text_bytes(source, again));
-    result.status = run_pass(source, again, second, progress, result.error);
+    result.outcome() = run_pass(source, again, second, progress);
     loader.take_columns(second, columns);
   }
-  if (result.status != Status::kOk) return result;
+  if (!result.is_done()) return result;
   result.notices = loader.notices();
   result.data = loader.finish();
   return result;

@@ -1,9 +1,7 @@
 // Loads a text through a pipe: the caller reads and converts, a second thread cuts it up and fills the table.
 #pragma once
 
-#include <vector>
-
-#include "core/messages/status.h"
+#include "core/messages/outcome.h"
 #include "core/progress.h"
 #include "core/table/table_data.h"
 #include "exchange/text/text_load_plan.h"
@@ -11,11 +9,8 @@
 
 namespace rowvane {
 
-struct TextStreamResult {
-  Status status = Status::kOk;
-  ErrorCode error = ErrorCode::kOk;
+struct TextStreamResult : Outcome {
   TableData data;
-  std::vector<Notice> notices;
 };
 
 // Columns whose type shows too late to have kept their texts are read from SOURCE a second time.

@@ -23,68 +23,60 @@ constexpr std::string_view kNoSuchList = "The database has no drop-down list of 
 class EntryCheck {
  public:
   EntryCheck(const CWorkSheet& table, const FieldEntry& entry, const FormulaSettings& formulas)
-      : table_(table), entry_(entry), field_(entry.field), formulas_(formulas) {}
-
-  FieldCheck run() {
-    check_name();
-    check_encryption();
-    check_type();
-    check_format();
-    check_formulas();
-    check_default_value();
-    check_list();
-    return std::move(check_);
+      : table_(table), entry_(entry), field_(entry.field), formulas_(formulas) {
+    look_at_name();
+    look_at_encryption();
+    look_at_type();
+    look_at_format();
+    look_at_formulas();
+    look_at_default_value();
+    look_at_list();
   }
+
+  const Check& check() const { return check_; }
+  FieldPart wrong_part() const { return wrong_part_; }
 
  private:
   const Field* present() const { return entry_.index ? &table_.field(*entry_.index) : nullptr; }
 
-  void refuse(FieldPart part, std::string_view text) {
-    if (!check_.refusal.empty()) return;
-    check_.part = part;
-    check_.refusal = text;
+  void refuse(FieldPart part, UserText text) {
+    if (!check_.passes() || text.empty()) return;
+    wrong_part_ = part;
+    check_.refusal = std::move(text);
   }
 
-  void refuse(FieldPart part, const Notice& notice) {
-    if (!check_.refusal.empty()) return;
-    refuse(part, notice_text(notice));
-    check_.notice = notice;
-  }
-
-  void check_name() {
-    if (!is_valid_field_name(field_.name)) refuse(FieldPart::kName, Notice(MessageId::kFieldNameNeedsLetter));
+  void look_at_name() {
+    if (!is_valid_field_name(field_.name)) refuse(FieldPart::kName, MessageId::kFieldNameNeedsLetter);
     const auto taken = table_.find_field(field_.name);
-    if (taken && taken != entry_.index) refuse(FieldPart::kName, Notice(MessageId::kFieldNameExists));
+    if (taken && taken != entry_.index) refuse(FieldPart::kName, MessageId::kFieldNameExists);
   }
 
-  void check_encryption() {
+  void look_at_encryption() {
     const Field* before = present();
     if (before == nullptr || !before->encrypted) return;
-    const Notice refusal = ErrorCode::kEncryptedField;
+    const ErrorCode refusal = ErrorCode::kEncryptedField;
     if (field_.type != before->type || field_.link != before->link) refuse(FieldPart::kType, refusal);
     if (field_.formula != before->formula) refuse(FieldPart::kFormula, refusal);
     if (field_.default_value != before->default_value) refuse(FieldPart::kDefaultValue, refusal);
   }
 
-  void check_type() {
+  void look_at_type() {
     if (present() == nullptr || field_.type == present()->type) return;
-    const ConversionCheck conversion =
-        check_conversion(table_, {*entry_.index, field_.type, field_.link, {}});
-    if (!conversion.refusal.empty()) refuse(FieldPart::kType, conversion.refusal);
+    const Check conversion = check_conversion(table_, {*entry_.index, field_.type, field_.link, {}});
+    refuse(FieldPart::kType, conversion.refusal);
     check_.question = conversion.question;
   }
 
-  void check_format() {
+  void look_at_format() {
     if (field_.format.empty()) return;
     if (field_.type != FieldType::kNumber) refuse(FieldPart::kFormat, kOnlyNumbersHaveFormats);
-    const FormatCode code(field_.format);
-    if (!code.problem().empty()) refuse(FieldPart::kFormat, code.problem());
+    refuse(FieldPart::kFormat, FormatCode(field_.format).problem());
   }
 
-  void check_formulas() {
+  void look_at_formulas() {
     const auto is_wrong = [this](const std::string& formula) {
       return !formula.empty() &&
-             (check_formula_entry(formula).warning || !is_valid_formula(formula, &table_, formulas_));
+             (!read_formula_entry(formula).warning.empty() || !is_valid_formula(formula, &table_, formulas_));
     };
     if (is_wrong(field_.formula)) refuse(FieldPart::kFormula, texts::kInvalidFormula);
     if (!field_.formula.empty() && !can_be_calculated(field_))
@@ -92,9 +84,9 @@ class EntryCheck {
     if (is_wrong(field_.validation)) refuse(FieldPart::kValidation, texts::kInvalidFormula);
   }
 
-  void check_default_value();
+  void look_at_default_value();
 
-  void check_list() {
+  void look_at_list() {
     const std::string& name = field_.drop_down_list;
     if (name.empty() || (present() != nullptr && present()->drop_down_list == name)) return;
     const Database* database = table_.database();
@@ -108,7 +100,8 @@ class EntryCheck {
   const FieldEntry& entry_;
   const Field& field_;
   const FormulaSettings& formulas_;
-  FieldCheck check_;
+  Check check_;
+  FieldPart wrong_part_ = FieldPart::kNone;
 };
 
 // As it is stored: numbers and dates as plain numbers. Nothing when it is no value of the type.
@@ -125,67 +118,66 @@ std::optional<std::string> stored_default(const FieldEntry& entry) {
   return fits ? std::optional(field.default_value) : std::nullopt;
 }
 
-void EntryCheck::check_default_value() {
-  if (!stored_default(entry_)) refuse(FieldPart::kDefaultValue, Notice(ErrorCode::kFieldTypeMismatch));
+void EntryCheck::look_at_default_value() {
+  if (!stored_default(entry_)) refuse(FieldPart::kDefaultValue, ErrorCode::kFieldTypeMismatch);
 }
 
-ErrorCode convert(CWorkSheet& table, const FieldEntry& entry, Progress& progress, FieldEntryResult& result) {
+Outcome convert(CWorkSheet& table, const FieldEntry& entry, Progress& progress) {
   const Field& now = entry.field;
   const Field& before = table.field(*entry.index);
-  if (now.type == before.type) return ErrorCode::kOk;
+  if (now.type == before.type) return {};
   FieldConversion settings{*entry.index, now.type, now.link, {}};
   settings.separators = {entry.region.decimal_separator, entry.region.group_separator};
-  ConversionResult converted = convert_field(table, settings, progress);
-  result.messages = std::move(converted.messages);
-  result.cancelled = converted.error == ErrorCode::kOk && table.field(*entry.index).type != now.type;
-  return converted.error;
+  return convert_field(table, settings, progress);
 }
 
 // The name comes last: what was entered names the field as it is called now.
-ErrorCode change(CWorkSheet& table, const FieldEntry& entry, Field definition, Progress& progress,
-                 FieldEntryResult& result) {
-  ErrorCode error = convert(table, entry, progress, result);
-  if (error != ErrorCode::kOk || result.cancelled) return error;
+Outcome change(CWorkSheet& table, const FieldEntry& entry, Field definition, Progress& progress) {
+  Outcome outcome = convert(table, entry, progress);
+  if (!outcome.is_done()) return outcome;
   std::string name = definition.name;
-  error = table.change_field(*entry.index, std::move(definition));
-  if (error != ErrorCode::kOk || table.field(*entry.index).name == name) return error;
-  return table.rename_field(*entry.index, std::move(name));
+  outcome.failure = table.change_field(*entry.index, std::move(definition));
+  if (outcome.is_done() && table.field(*entry.index).name != name)
+    outcome.failure = table.rename_field(*entry.index, std::move(name));
+  return outcome;
 }
 
-std::string find_circle(const CWorkSheet& table, const FormulaSettings& formulas) {
+UserText find_circle(const CWorkSheet& table, const FormulaSettings& formulas) {
   if (table.database() == nullptr) return {};
   return check_recalculation(*table.database(), Recalculation(), formulas).refusal;
 }
 
-FieldEntryResult apply(CWorkSheet& table, const FieldEntry& entry, const FormulaSettings& formulas,
-                       Progress& progress) {
-  FieldEntryResult result;
+Outcome apply(CWorkSheet& table, const FieldEntry& entry, const FormulaSettings& formulas,
+              Progress& progress) {
   const bool had_circle = !find_circle(table, formulas).empty();
   Field definition = entry.field;
   definition.default_value = stored_default(entry).value_or(std::string());
   definition.encrypted = false;
   definition.encryption.clear();
-  result.error = entry.index ? change(table, entry, std::move(definition), progress, result)
-                             : table.insert_field(entry.before, std::move(definition));
-  if (result.error == ErrorCode::kOk && !result.cancelled && !had_circle)
-    result.refusal = find_circle(table, formulas);
-  return result;
+  Outcome outcome = entry.index ? change(table, entry, std::move(definition), progress)
+                                : table.insert_field(entry.before, std::move(definition));
+  if (outcome.is_done() && !had_circle) outcome.failure = find_circle(table, formulas);
+  return outcome;
 }
 
 }  // namespace
 
-FieldCheck check_field_entry(const CWorkSheet& table, const FieldEntry& entry,
-                             const FormulaSettings& formulas) {
-  return EntryCheck(table, entry, formulas).run();
+Check check_field_entry(const CWorkSheet& table, const FieldEntry& entry, const FormulaSettings& formulas) {
+  return EntryCheck(table, entry, formulas).check();
 }
 
-FieldEntryResult apply_field_entry(CWorkSheet& table, const FieldEntry& entry,
-                                   const FormulaSettings& formulas, Progress& progress) {
+FieldPart wrong_field_part(const CWorkSheet& table, const FieldEntry& entry,
+                           const FormulaSettings& formulas) {
+  return EntryCheck(table, entry, formulas).wrong_part();
+}
+
+Outcome apply_field_entry(CWorkSheet& table, const FieldEntry& entry, const FormulaSettings& formulas,
+                          Progress& progress) {
   if (table.database() == nullptr) return apply(table, entry, formulas, progress);
   ChangeGroup step(*table.database(), entry.index ? "Field Properties" : "Insert Field");
-  FieldEntryResult result = apply(table, entry, formulas, progress);
-  if (result.error != ErrorCode::kOk || result.cancelled || !result.refusal.empty()) step.roll_back();
-  return result;
+  Outcome outcome = apply(table, entry, formulas, progress);
+  if (!outcome.is_done()) step.roll_back();
+  return outcome;
 }
 
 std::string stored_formula(std::string_view formula) {

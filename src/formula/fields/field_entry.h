@@ -5,7 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "core/messages/status.h"
+#include "core/messages/check.h"
+#include "core/messages/outcome.h"
 #include "core/progress.h"
 #include "core/table/work_sheet.h"
 #include "formula/language/formula_settings.h"
@@ -25,31 +26,18 @@ struct FieldEntry {
 
 enum class FieldPart { kNone, kName, kType, kFormat, kFormula, kValidation, kDefaultValue, kDropDownList };
 
-struct FieldCheck {
-  FieldPart part = FieldPart::kNone;  // what is wrong
-  std::string refusal;                // not empty: the field can't be so
-  std::optional<Notice> notice;       // the refusal, where it is a message or error with a number
-  std::string question;               // not empty: to be answered with Yes before it is changed
-};
-
 // Messages 180 and 158 for the name; what check_conversion says about the type; a display format of a field
 // that is none of numbers, or that can't be read; formulas that can't be read, or in a field that can't be
 // calculated; a default value that is none of the type; a drop-down list that the database does not have. Of
 // an encrypted field neither type, formula nor default value can change (error 137).
-FieldCheck check_field_entry(const CWorkSheet& table, const FieldEntry& entry,
-                             const FormulaSettings& formulas);
+Check check_field_entry(const CWorkSheet& table, const FieldEntry& entry, const FormulaSettings& formulas);
+// What the refusal is about.
+FieldPart wrong_field_part(const CWorkSheet& table, const FieldEntry& entry, const FormulaSettings& formulas);
 
-struct FieldEntryResult {
-  ErrorCode error = ErrorCode::kOk;
-  bool cancelled = false;
-  std::string refusal;                // not empty: formulas would need each other's results
-  std::vector<std::string> messages;  // of the conversion
-};
-
-// Inserts or changes a field that has passed the check, as one undo step. After an error, a refusal and a
-// cancel all is as it was.
-FieldEntryResult apply_field_entry(CWorkSheet& table, const FieldEntry& entry,
-                                   const FormulaSettings& formulas, Progress& progress = Progress::none());
+// Inserts or changes a field that has passed the check, as one undo step. It fails where formulas would need
+// each other's results, too. After a failure and a cancel all is as it was. Notices: of the conversion.
+Outcome apply_field_entry(CWorkSheet& table, const FieldEntry& entry, const FormulaSettings& formulas,
+                          Progress& progress = Progress::none());
 
 // FORMULA as fields store it: one that was typed without "=" gets it; blanks around it go.
 std::string stored_formula(std::string_view formula);

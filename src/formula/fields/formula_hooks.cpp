@@ -63,9 +63,9 @@ std::string FormulaHooks::format_number(const std::string& format, double number
   return text;
 }
 
-FormulaEntry check_formula_entry(std::string_view formula) {
-  FormulaEntry entry;
-  entry.warning = formula.size() > kMaxBufferBytes;
+TextEntry read_formula_entry(std::string_view formula) {
+  TextEntry entry;
+  if (formula.size() > kMaxBufferBytes) entry.warning = texts::kEntryTruncated;
   entry.text = truncate_bytes(formula, kMaxBufferBytes);
   return entry;
 }

@@ -46,12 +46,8 @@ class FormulaHooks final : public FieldHooks {
   UpdateMode update_mode_ = UpdateMode::kAutomatic;
 };
 
-// FORMULA as it was typed, cut to what a formula may hold; `warning`: texts::kEntryTruncated is to be shown.
-struct FormulaEntry {
-  std::string text;
-  bool warning = false;
-};
-FormulaEntry check_formula_entry(std::string_view formula);
+// FORMULA as it was typed, cut to what a formula may hold.
+TextEntry read_formula_entry(std::string_view formula);
 
 // True when FORMULA can be read. TABLE's fields are its names; null for none. Unknown names and errors among
 // the values make no formula invalid.

@@ -192,7 +192,7 @@ FormatSeparators stored_format_separators(const platform::RegionalSettings& regi
   return separators;
 }
 
-std::string check_format_style(const FormatStyle& style) {
+Check check_format_style(const FormatStyle& style) {
   if (!is_within(style.decimals, 0, kMaxFormatPlaces))
     return out_of_range("The number of decimal places", 0, kMaxFormatPlaces);
   if (!is_within(style.leading_zeros, 0, kMaxFormatPlaces))

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/messages/check.h"
 #include "platform/regional_settings.h"
 
 namespace rowvane {
@@ -80,8 +81,8 @@ struct FormatStyle {
   bool operator==(const FormatStyle&) const = default;
 };
 
-// What is wrong with STYLE, as a text to show; empty when a code can be built from it.
-std::string check_format_style(const FormatStyle& style);
+// Whether a code can be built from STYLE.
+Check check_format_style(const FormatStyle& style);
 
 // The format code of STYLE; empty for kDefault and kCustom. Dates follow the order of SEPARATORS.
 std::string build_format_code(const FormatStyle& style, const FormatSeparators& separators);

@@ -114,10 +114,10 @@ StyleEntry read_format_style(std::string_view text, std::string_view symbol) {
   OptionReader reader(entry.style);
   for (std::string_view option = take_word(rest); !option.empty(); option = take_word(rest)) {
     if (reader.read(option)) continue;
-    entry.problem = "\"" + std::string(option) + "\" is no option of a display format";
+    entry.check = "\"" + std::string(option) + "\" is no option of a display format";
     return entry;
   }
-  entry.problem = check_format_style(entry.style);
+  entry.check = check_format_style(entry.style);
   return entry;
 }
 

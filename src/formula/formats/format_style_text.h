@@ -10,8 +10,8 @@ namespace rowvane {
 
 // What a typed style means.
 struct StyleEntry {
-  FormatStyle style;    // kCustom: the text is a format code itself
-  std::string problem;  // as a text to show; empty for a style that can be used
+  FormatStyle style;  // kCustom: the text is a format code itself
+  Check check;
 };
 
 // Reads the name of a style, in any letter case, and its options with blanks between:

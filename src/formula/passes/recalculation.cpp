@@ -129,25 +129,16 @@ std::string update_mode_question(UpdateMode mode) {
   return std::string(mode == UpdateMode::kAutomatic ? texts::kAutomaticUpdateMode : texts::kManualUpdateMode);
 }
 
-RecalculationCheck check_recalculation(const Database& database, const Recalculation& settings,
-                                       const FormulaSettings& formulas) {
-  RecalculationCheck check;
+Check check_recalculation(const Database& database, const Recalculation& settings,
+                          const FormulaSettings& formulas) {
   if (settings.field) {
     const CWorkSheet* table = settings.table;
-    if (table == nullptr || *settings.field >= table->field_count()) {
-      check.refusal = error_text(ErrorCode::kInvalidCacheIndex);
-      return check;
-    }
-    if (table->field(*settings.field).encrypted) {
-      check.refusal = error_text(ErrorCode::kEncryptedField);
-      return check;
-    }
+    if (table == nullptr || *settings.field >= table->field_count()) return ErrorCode::kInvalidCacheIndex;
+    if (table->field(*settings.field).encrypted) return ErrorCode::kEncryptedField;
   }
   const UpdateOrder order = find_update_order(database, formulas);
-  if (!order.circle.empty())
-    check.refusal = "The formulas of these fields need each other's results: " + order.circle;
-  if (settings.displayed) check.question = texts::kDisplayedUpdateSlow;
-  return check;
+  if (!order.circle.empty()) return "The formulas of these fields need each other's results: " + order.circle;
+  return settings.displayed ? Check::asking(texts::kDisplayedUpdateSlow) : Check();
 }
 
 RecalculationResult recalculate(Database& database, const Recalculation& settings,
@@ -160,13 +151,13 @@ RecalculationResult recalculate(Database& database, const Recalculation& setting
   for (const CalculatedField& field : order.fields) {
     if (!is_wanted(field, settings)) continue;
     if (settings.displayed) {
-      result.error = recalculator.run_records(field, *settings.displayed);
+      result.failure = recalculator.run_records(field, *settings.displayed);
     } else {
       recalculator.want_outcomes_of(*field.table);
-      result.error = recalculator.run_all_records(field);
+      result.failure = recalculator.run_all_records(field);
     }
     result.cancelled = progress.cancelled();
-    if (result.error != ErrorCode::kOk || result.cancelled) {
+    if (!result.is_done()) {
       group.roll_back();
       return result;
     }

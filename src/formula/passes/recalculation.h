@@ -6,7 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "core/messages/error_code.h"
+#include "core/messages/check.h"
+#include "core/messages/outcome.h"
 #include "core/progress.h"
 #include "formula/passes/update_order.h"
 
@@ -29,18 +30,12 @@ struct Recalculation {
   int threads = 0;  // 1 to 16; 0: as many as the machine has
 };
 
-struct RecalculationCheck {
-  std::string refusal;   // not empty: it can't be run
-  std::string question;  // not empty: to be answered with Yes before it is run
-};
+Check check_recalculation(const Database& database, const Recalculation& settings,
+                          const FormulaSettings& formulas);
 
-RecalculationCheck check_recalculation(const Database& database, const Recalculation& settings,
-                                       const FormulaSettings& formulas);
-
-struct RecalculationResult {
-  ErrorCode error = ErrorCode::kOk;
-  bool cancelled = false;  // nothing was changed
-  size_t fields = 0;       // that were calculated
+// A cancelled recalculation changes nothing.
+struct RecalculationResult : Outcome {
+  size_t fields = 0;  // that were calculated
 };
 
 // Works out the fields for which check_recalculation has no refusal, each behind those it reads, as one undo

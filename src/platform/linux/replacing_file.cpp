@@ -43,7 +43,7 @@ FileStatus resolve_links(const std::string& path, std::string& resolved) {
 }
 
 // The bits are looked at too because the system lets its administrator write to everything.
-FileStatus check_writable(const std::string& path, mode_t mode, int access) {
+FileStatus writable_status(const std::string& path, mode_t mode, int access) {
   if ((mode & kAnyoneWrites) == 0) return FileStatus::kAccessDenied;
   if (::faccessat(AT_FDCWD, path.c_str(), access, AT_EACCESS) != 0) {
     return file_status_of(errno, FileStatus::kWriteError);
@@ -51,16 +51,16 @@ FileStatus check_writable(const std::string& path, mode_t mode, int access) {
   return FileStatus::kOk;
 }
 
-FileStatus check_folder(const std::string& target) {
+FileStatus folder_status(const std::string& target) {
   const std::string folder = parent_folder(target);
   struct stat info {};
   if (const FileStatus status = look_up(folder, info); status != FileStatus::kOk) return status;
   if (!S_ISDIR(info.st_mode)) return FileStatus::kNotFound;
-  return check_writable(folder, info.st_mode, W_OK | X_OK);
+  return writable_status(folder, info.st_mode, W_OK | X_OK);
 }
 
 // Whether TARGET may be replaced; MODE gets the permission bits for the file that will replace it.
-FileStatus check_target(const std::string& target, mode_t& mode) {
+FileStatus target_status(const std::string& target, mode_t& mode) {
   struct stat info {};
   const FileStatus status = look_up(target, info);
   mode = kNewFileMode;
@@ -70,7 +70,7 @@ FileStatus check_target(const std::string& target, mode_t& mode) {
   if (S_ISDIR(info.st_mode)) return FileStatus::kIsFolder;
   if (!S_ISREG(info.st_mode)) return FileStatus::kWriteError;  // a device or a pipe must stay what it is
   mode = info.st_mode & 0777;
-  return check_writable(target, info.st_mode, W_OK);
+  return writable_status(target, info.st_mode, W_OK);
 }
 
 // Gives the file behind HANDLE the owner and the permission bits in INFO as far as the user may.
@@ -141,8 +141,8 @@ FileStatus ReplacingFile::create(const std::string& target) {
   if (!is_usable_path(target)) return FileStatus::kNotFound;
   mode_t mode = 0;
   FileStatus status = resolve_links(target, target_);
-  if (status == FileStatus::kOk) status = check_target(target_, mode);
-  if (status == FileStatus::kOk) status = check_folder(target_);
+  if (status == FileStatus::kOk) status = target_status(target_, mode);
+  if (status == FileStatus::kOk) status = folder_status(target_);
   if (status != FileStatus::kOk) return status;
   int handle = -1;
   status = create_temporary(target_, mode, temporary_, handle);

@@ -37,7 +37,7 @@ FileStatus resolve_links(const std::wstring& path, std::wstring& resolved) {
 }
 
 // Whether the file TARGET, which need not exist, may be replaced.
-FileStatus check_target(const std::wstring& target) {
+FileStatus target_status(const std::wstring& target) {
   const auto status_of_failure = [](DWORD error) {
     return error == ERROR_FILE_NOT_FOUND ? FileStatus::kOk : file_status_of(error, FileStatus::kWriteError);
   };
@@ -79,7 +79,7 @@ FileStatus replace(Handle file, const std::string& temporary, const std::string&
   std::wstring to;
   FileStatus status = wide_path_of(temporary, from);
   if (status == FileStatus::kOk) status = wide_path_of(target, to);
-  if (status == FileStatus::kOk) status = check_target(to);
+  if (status == FileStatus::kOk) status = target_status(to);
   if (status != FileStatus::kOk) return status;
   const bool has_former = ::GetFileAttributesW(to.c_str()) != INVALID_FILE_ATTRIBUTES;
   if (has_former) take_over_permissions(to, from);
@@ -105,7 +105,7 @@ FileStatus ReplacingFile::create(const std::string& target) {
   if (status == FileStatus::kOk && file_name(target).empty()) status = FileStatus::kIsFolder;
   std::wstring resolved;
   if (status == FileStatus::kOk) status = resolve_links(path, resolved);
-  if (status == FileStatus::kOk) status = check_target(resolved);
+  if (status == FileStatus::kOk) status = target_status(resolved);
   if (status != FileStatus::kOk) return status;
   target_ = to_utf8(resolved);
   std::wstring name;

@@ -35,7 +35,7 @@ DuplicatesSearch quick_search(size_t first, size_t end, DuplicatesMode mode, boo
 
 }  // namespace
 
-Refusal check_duplicates(const CWorkSheet& table, const DuplicatesSearch& search) {
+Check check_duplicates(const CWorkSheet& table, const DuplicatesSearch& search) {
   return check_compared_fields(table, search.fields);
 }
 
@@ -43,12 +43,11 @@ RecordSetResult find_duplicates(const CWorkSheet& table, const RecordSet& scope,
                                 const DuplicatesSearch& search, const SortOptions& sort_options,
                                 const Options& options, Progress& progress) {
   RecordSetResult result;
-  if (search.fields.empty()) result.error = ErrorCode::kInvalidCacheIndex;
-  if (result.error != ErrorCode::kOk) return result;
+  if (search.fields.empty()) result.failure = ErrorCode::kInvalidCacheIndex;
+  if (!result.is_done()) return result;
   progress.begin("Finding Duplicates");
   const RecordGroups groups(table, scope, search.fields, sort_options, options, progress);
-  result.error = groups.error();
-  result.cancelled = groups.cancelled();
+  result.outcome() = groups.outcome();
   const auto choose = [&search](size_t size) { return part_of_group(size, search.mode); };
   result.records = choose_records(groups, choose, search.sort_results).records;
   return result;

@@ -24,7 +24,7 @@ struct DuplicatesSearch {
   DuplicatesMode mode = DuplicatesMode::kAll;
 };
 
-Refusal check_duplicates(const CWorkSheet& table, const DuplicatesSearch& search);
+Check check_duplicates(const CWorkSheet& table, const DuplicatesSearch& search);
 
 // The records of SCOPE that are equal to another one of it in all fields, as far as the mode takes them.
 // Equal is what RecordOrder takes for equal; empty values are equal to each other. Settings that

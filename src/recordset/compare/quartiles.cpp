@@ -123,13 +123,13 @@ bool uses_whole_table_statistics(const QuartileSearch& search) {
   return search.whole_table || search.whole_table_statistics;
 }
 
-Refusal check_quartiles(const CWorkSheet& table, const QuartileSearch& search) {
-  if (number_column(table, search.field) == nullptr) return std::string(texts::kNumericFieldNeeded);
-  if (table.field(search.field).encrypted) return std::string(error_text(ErrorCode::kEncryptedField));
+Check check_quartiles(const CWorkSheet& table, const QuartileSearch& search) {
+  if (number_column(table, search.field) == nullptr) return texts::kNumericFieldNeeded;
+  if (table.field(search.field).encrypted) return ErrorCode::kEncryptedField;
   constexpr uint8_t kBothSides = kBelowMean | kFromMean;
   const bool finds =
       search.mode != 0 && search.mode < 2 * kFromMean && (search.mode & kBothSides) != kBothSides;
-  return finds ? Refusal() : std::string();
+  return finds ? Check() : nothing_to_find();
 }
 
 FieldStatistics field_statistics(const CWorkSheet& table, std::span<const uint32_t> records, size_t field,
@@ -162,9 +162,9 @@ QuartileResult find_quartiles(const CWorkSheet& table, const RecordSet& scope, c
                               const Options& options, Progress& progress) {
   QuartileResult result;
   const NumberColumn* column = number_column(table, search.field);
-  if (column == nullptr) result.error = ErrorCode::kFieldTypeMismatch;
-  if (column != nullptr && table.field(search.field).encrypted) result.error = ErrorCode::kEncryptedField;
-  if (result.error != ErrorCode::kOk) return result;
+  if (column == nullptr) result.failure = ErrorCode::kFieldTypeMismatch;
+  if (column != nullptr && table.field(search.field).encrypted) result.failure = ErrorCode::kEncryptedField;
+  if (!result.is_done()) return result;
   progress.begin("Finding Quartiles");
   const bool is_all_needed = uses_whole_table_statistics(search) && scope.size() < table.record_count();
   result.statistics =

@@ -48,7 +48,7 @@ bool uses_whole_table_statistics(const QuartileSearch& search);
 
 // A field that is missing or not of type Number; an encrypted one (error 137); a mode that says nothing to
 // find (a beep), or both sides of the mean.
-Refusal check_quartiles(const CWorkSheet& table, const QuartileSearch& search);
+Check check_quartiles(const CWorkSheet& table, const QuartileSearch& search);
 
 // ---- the search
 

@@ -10,15 +10,15 @@ RecordGroups::RecordGroups(const CWorkSheet& table, std::span<const uint32_t> sc
                            const Options& options, Progress& progress)
     : scope_(scope) {
   const SortKeys keys = ascending_keys(fields);
-  error_ = check_sort_keys(table, keys);
-  if (error_ != ErrorCode::kOk) return;
+  outcome_.failure = check_sort_keys(table, keys).refusal;
+  if (!outcome_.is_done()) return;
   const int threads = thread_count(options.used_processor_cores);
   const KeyCodes codes = make_key_codes(table, scope, keys, sort_options, threads, progress);
-  error_ = codes.error;
-  if (error_ != ErrorCode::kOk) return;
+  outcome_.failure = codes.failure;
+  if (!outcome_.is_done()) return;
   SortedIndices sorted = sort_indices_by_codes(codes, scope, threads, progress);
-  cancelled_ = progress.cancelled();
-  if (cancelled_ || scope.empty()) return;
+  outcome_.cancelled = progress.cancelled();
+  if (outcome_.cancelled || scope.empty()) return;
   order_ = std::move(sorted.indices);
   starts_.push_back(0);
   for (size_t i = 1; i < order_.size(); ++i) {

@@ -19,9 +19,8 @@ class RecordGroups {
   RecordGroups(const CWorkSheet& table, std::span<const uint32_t> scope, std::span<const size_t> fields,
                const SortOptions& sort_options, const Options& options, Progress& progress);
 
-  // Nothing is grouped unless this is kOk and `cancelled` is false.
-  ErrorCode error() const { return error_; }
-  bool cancelled() const { return cancelled_; }
+  // Nothing is grouped unless it was done.
+  const Outcome& outcome() const { return outcome_; }
 
   size_t size() const { return starts_.empty() ? 0 : starts_.size() - 1; }
   // The members of a group, as indices of the scope, ascending.
@@ -34,8 +33,7 @@ class RecordGroups {
   std::span<const uint32_t> scope_;
   std::vector<uint32_t> order_;
   std::vector<uint32_t> starts_;  // of the groups in `order_`, and its end
-  ErrorCode error_ = ErrorCode::kOk;
-  bool cancelled_ = false;
+  Outcome outcome_;
 };
 
 // Members of a group that stand side by side in it: from the `first` up to the one before `end`.

@@ -5,27 +5,23 @@
 
 namespace rowvane {
 
-Refusal check_unique_values(const CWorkSheet& table, const UniqueSearch& search) {
-  if (Refusal refusal = check_compared_fields(table, search.fields); refusal || !search.save_frequencies) {
-    return refusal;
-  }
+Check check_unique_values(const CWorkSheet& table, const UniqueSearch& search) {
+  Check check = check_compared_fields(table, search.fields);
+  if (!check.passes() || !search.save_frequencies) return check;
   const bool is_numeric = search.frequency_field < table.field_count() &&
                           table.field(search.frequency_field).type == FieldType::kNumber;
-  if (!is_numeric) return std::string(texts::kNumericFieldNeeded);
-  if (table.field(search.frequency_field).encrypted)
-    return std::string(error_text(ErrorCode::kEncryptedField));
-  return std::nullopt;
+  if (!is_numeric) return texts::kNumericFieldNeeded;
+  return table.field(search.frequency_field).encrypted ? Check(ErrorCode::kEncryptedField) : Check();
 }
 
 UniqueResult find_unique_values(const CWorkSheet& table, const RecordSet& scope, const UniqueSearch& search,
                                 const SortOptions& sort_options, const Options& options, Progress& progress) {
   UniqueResult result;
-  if (search.fields.empty()) result.error = ErrorCode::kInvalidCacheIndex;
-  if (result.error != ErrorCode::kOk) return result;
+  if (search.fields.empty()) result.failure = ErrorCode::kInvalidCacheIndex;
+  if (!result.is_done()) return result;
   progress.begin("Finding Unique Values");
   const RecordGroups groups(table, scope, search.fields, sort_options, options, progress);
-  result.error = groups.error();
-  result.cancelled = groups.cancelled();
+  result.outcome() = groups.outcome();
   const auto choose = [&search](size_t size) {
     return search.mode == UniqueMode::kFirst ? GroupPart{0, 1} : GroupPart{size - 1, size};
   };

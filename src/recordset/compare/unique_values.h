@@ -25,7 +25,7 @@ struct UniqueSearch {
   size_t frequency_field = 0;     // of type Number
 };
 
-Refusal check_unique_values(const CWorkSheet& table, const UniqueSearch& search);
+Check check_unique_values(const CWorkSheet& table, const UniqueSearch& search);
 
 struct UniqueResult : RecordSetResult {
   std::vector<uint32_t> frequencies;  // of each record, the size of its group

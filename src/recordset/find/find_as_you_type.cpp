@@ -8,8 +8,7 @@ namespace {
 // What lies in FOUND from index START of the record set on, at most MOST records.
 FoundRecords part_of(const FoundRecords& found, size_t start, size_t most) {
   FoundRecords part;
-  part.error = found.error;
-  part.problem = found.problem;
+  part.notices = found.notices;
   part.next = found.next;
   const auto first = std::ranges::lower_bound(found.indices, start);
   for (auto i = static_cast<size_t>(first - found.indices.begin()); i < found.indices.size(); ++i) {

@@ -187,12 +187,11 @@ class TextFinder::FieldSearch {
       verdicts_;  // by code, of all but numbers; the same whichever thread sets it
 };
 
-FindCheck check_find(const CWorkSheet& table, const FindText& settings) {
-  FindCheck check;
-  check.refusal = check_pattern(settings.pattern);
+Check check_find(const CWorkSheet& table, const FindText& settings) {
+  Check check = check_pattern(settings.pattern);
   const auto is_long = [&table](size_t field) { return table.field(field).type == FieldType::kLongText; };
   const std::vector<size_t> fields = settings.fields.empty() ? shown_fields(table) : settings.fields;
-  if (settings.pattern.regular_expression && check.refusal.empty() && std::ranges::any_of(fields, is_long)) {
+  if (settings.pattern.regular_expression && check.passes() && std::ranges::any_of(fields, is_long)) {
     check.notice = texts::kNoRegexInLongTexts;
   }
   return check;
@@ -250,9 +249,9 @@ std::vector<uint32_t> TextFinder::scan(const RecordSet& records, size_t first, s
 
 void TextFinder::take_problems(FoundRecords& found) {
   for (const auto& worker : workers_) {
-    if (found.error == ErrorCode::kOk) found.error = worker->error;
+    found.note(worker->error);
     for (const TextMatcher* matcher : {worker->matcher.get(), worker->long_text_matcher.get()}) {
-      if (found.problem.empty()) found.problem = matcher->problem();
+      found.note(matcher->problem());
     }
   }
 }
@@ -345,8 +344,7 @@ std::vector<TableFound> find_in_all_tables(const Database& database, const FindT
   for (CWorkSheet* table : database.tables()) {
     FoundRecords found = TextFinder(*table, each).find(all_records(*table), 0, TextFinder::kAll, progress);
     const bool cancelled = found.cancelled;
-    const bool tells =
-        !found.records.empty() || found.error != ErrorCode::kOk || !found.problem.empty() || cancelled;
+    const bool tells = !found.records.empty() || !found.notices.empty() || cancelled;
     if (tells) all.push_back({table, std::move(found)});
     if (cancelled) break;
   }

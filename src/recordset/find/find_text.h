@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "core/database/database.h"
+#include "core/messages/check.h"
+#include "core/messages/outcome.h"
 #include "core/progress.h"
 #include "recordset/find/shown_texts.h"
 #include "recordset/record_set.h"
@@ -27,22 +29,15 @@ struct FindText {
   DisplayRegion region;
 };
 
-struct FindCheck {
-  std::string refusal;  // not empty: nothing can be looked for
-  std::string notice;   // not empty: to be shown before it is
-};
-
 // The refusals of check_pattern; texts::kNoRegexInLongTexts as a notice where a long text is looked at.
-FindCheck check_find(const CWorkSheet& table, const FindText& settings);
+Check check_find(const CWorkSheet& table, const FindText& settings);
 
-struct FoundRecords {
+// Notices: of long texts that can't be read, which count as ones without a match, and of matches that a
+// regular expression gave up.
+struct FoundRecords : Outcome {
   RecordSet records;              // in display order
   std::vector<uint32_t> indices;  // of `records` in the searched record set, ascending
   size_t next = 0;                // index into the searched record set, behind the last record looked at
-  bool cancelled = false;
-  ErrorCode error =
-      ErrorCode::kOk;   // the first long text that can't be read; it counts as one without a match
-  std::string problem;  // the first match that a regular expression gave up, as it is shown
 };
 
 // A cell of a record set.

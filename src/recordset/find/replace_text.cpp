@@ -46,7 +46,7 @@ class CellReplacer {
                                      uint64_t most = UINT64_MAX) {
     const ErrorCode error = texts_.read(position, field_, shown_);
     if (error != ErrorCode::kOk) {
-      if (result.error == ErrorCode::kOk) result.error = error;
+      result.note(error);
       ++result.refused.unreadable;
       return std::nullopt;
     }
@@ -202,8 +202,7 @@ bool replace_in_field(CWorkSheet& table, size_t field, const ReplaceText& settin
   find.fields = {field};
   const FoundRecords found = TextFinder(table, find).find(records, 0, TextFinder::kAll, progress);
   if (found.cancelled) return false;
-  if (result.error == ErrorCode::kOk) result.error = found.error;
-  if (result.problem.empty()) result.problem = found.problem;
+  result.note(found.notices);
   CellReplacer replacer(table, field, settings);
   if (uint64_t* refused = replacer.refused_field(result.refused); refused != nullptr) {
     *refused += found.records.size();
@@ -230,7 +229,7 @@ bool replace_in_field(CWorkSheet& table, size_t field, const ReplaceText& settin
     if (first != nullptr) *first = value ? static_cast<uint32_t>(cells.size()) : kStays;
     if (value) cells.add(position, *value, replacer.matches());
   }
-  if (result.problem.empty()) result.problem = replacer.problem();
+  result.note(replacer.problem());
   cells.store(table, field, result);
   return true;
 }
@@ -292,12 +291,12 @@ std::string counted(uint64_t count, std::string_view one) {
 
 }  // namespace
 
-FindCheck check_replace(const CWorkSheet& table, const ReplaceText& settings) {
-  FindCheck check = check_find(table, settings.find);
-  if (!check.refusal.empty()) return check;
+Check check_replace(const CWorkSheet& table, const ReplaceText& settings) {
+  Check check = check_find(table, settings.find);
+  if (!check.passes()) return check;
   const auto is_encrypted = [&table](size_t field) { return table.field(field).encrypted; };
   if (std::ranges::any_of(settings.find.fields, is_encrypted)) {
-    check.refusal = error_text(ErrorCode::kEncryptedField);
+    check.refusal = ErrorCode::kEncryptedField;
   } else {
     const PreparedPattern pattern(settings.find.pattern);
     check.refusal = Replacement(settings.replacement, pattern).problem();

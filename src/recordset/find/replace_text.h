@@ -21,7 +21,7 @@ struct ReplaceText {
 // The refusals and notices of check_find; a refusal also for a replacement that names a group which is not
 // there, and error 137 where one of the named fields is encrypted. Without named fields encrypted ones are
 // passed over.
-FindCheck check_replace(const CWorkSheet& table, const ReplaceText& settings);
+Check check_replace(const CWorkSheet& table, const ReplaceText& settings);
 
 // Cells that have a match and were left as they are, by the reason.
 struct RefusedCells {
@@ -41,12 +41,10 @@ struct RefusedCells {
   bool operator==(const RefusedCells&) const = default;
 };
 
-struct ReplaceResult {
-  ErrorCode error = ErrorCode::kOk;  // the first long text that can't be read
-  bool cancelled = false;            // nothing was changed
-  std::string problem;               // as FoundRecords::problem
-  uint64_t cells = 0;                // that were changed
-  uint64_t matches = 0;              // that were replaced in them
+// Notices as of FoundRecords. Where it was cancelled, nothing was changed.
+struct ReplaceResult : Outcome {
+  uint64_t cells = 0;    // that were changed
+  uint64_t matches = 0;  // that were replaced in them
   RefusedCells refused;
 };
 

@@ -80,8 +80,11 @@ std::optional<Criterion> parse_criterion(std::string_view stored) {
   return Criterion{*kind, std::string(text)};
 }
 
-CriterionEntry check_criterion_entry(std::string_view text) {
-  return {std::string(truncate_bytes(text, kMaxBufferBytes)), text.size() > kMaxBufferBytes};
+TextEntry read_criterion_entry(std::string_view text) {
+  TextEntry entry;
+  if (text.size() > kMaxBufferBytes) entry.warning = texts::kEntryTruncated;
+  entry.text = truncate_bytes(text, kMaxBufferBytes);
+  return entry;
 }
 
 std::vector<std::string_view> criterion_words(std::string_view text) {

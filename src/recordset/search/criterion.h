@@ -55,13 +55,8 @@ std::string stored_criterion(const Criterion& criterion);
 // a missing ":", a text of more than kMaxBufferBytes or a flag that is no number.
 std::optional<Criterion> parse_criterion(std::string_view stored);
 
-// TEXT as it was entered, cut to kMaxBufferBytes with no character halved; `warning`: it was longer and
-// texts::kEntryTruncated is to be shown.
-struct CriterionEntry {
-  std::string text;
-  bool warning = false;
-};
-CriterionEntry check_criterion_entry(std::string_view text);
+// TEXT as it was entered, cut to kMaxBufferBytes.
+TextEntry read_criterion_entry(std::string_view text);
 
 // The words of kBetween, kAnd and kOr: what stands between blanks. Views of TEXT.
 std::vector<std::string_view> criterion_words(std::string_view text);

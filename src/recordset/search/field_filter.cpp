@@ -37,8 +37,8 @@ bool is_valid_filter_formula(const std::string& formula, const CWorkSheet& table
 
 void accept_expression(const FieldFilter& filter, FieldFilterResult& result) {
   const CriterionKind kind = listed_kind(filter.list_index);
-  CriterionEntry entry = check_criterion_entry(filter.text);
-  result.truncated = entry.warning;
+  TextEntry entry = read_criterion_entry(filter.text);
+  result.warning = entry.warning;
   if (kind == CriterionKind::kIsEmpty) {
     result.criterion = is_empty_criterion();
     return;
@@ -58,8 +58,8 @@ void accept_expression(const FieldFilter& filter, FieldFilterResult& result) {
 
 void accept_formula(const CWorkSheet& table, const FieldFilter& filter, const FormulaSettings& formulas,
                     FieldFilterResult& result) {
-  FormulaEntry entry = check_formula_entry(filter.formula);
-  result.truncated = entry.warning;
+  TextEntry entry = read_formula_entry(filter.formula);
+  result.warning = entry.warning;
   result.invalid_formula = !is_valid_filter_formula(entry.text, table, formulas);
   if (!result.invalid_formula) result.criterion = Criterion{CriterionKind::kFormula, std::move(entry.text)};
 }

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "core/messages/user_text.h"
 #include "core/table/work_sheet.h"
 #include "formula/language/formula_settings.h"
 #include "recordset/search/criterion.h"
@@ -42,7 +43,7 @@ bool has_expression_boxes(const FieldFilter& filter);
 struct FieldFilterResult {
   // What the criterion becomes; nothing: the dialog stays open.
   std::optional<Criterion> criterion;
-  bool truncated = false;        // texts::kEntryTruncated is to be shown as a warning first
+  UserText warning;              // not empty: texts::kEntryTruncated, to be shown first
   bool invalid_formula = false;  // texts::kInvalidFormula is to be flashed in the formula editor, with a beep
   std::string message;           // not empty: to be shown; the focus goes to the search editor
   SearchOptions options;         // to be stored, also where the dialog stays open

@@ -137,10 +137,10 @@ void add_notices(const CWorkSheet& table, const Search& settings, const SearchSt
                  SearchResult& result) {
   if (std::ranges::any_of(settings.criteria,
                           [&](const FieldCriterion& each) { return is_plain_text_search(table, each); }))
-    result.notices.emplace_back(texts::kNoRegexInLongTexts);
+    result.note(texts::kNoRegexInLongTexts);
   if (state.missed() > 0) {
-    result.notices.push_back(std::to_string(state.missed()) +
-                             " values could not be read: " + std::string(error_text(state.missed_error())));
+    result.note(std::to_string(state.missed()) +
+                " values could not be read: " + std::string(error_text(state.missed_error())));
   }
 }
 
@@ -149,8 +149,8 @@ void add_notices(const CWorkSheet& table, const Search& settings, const SearchSt
 SearchResult search(const CWorkSheet& table, const Search& settings, const FormulaSettings& formulas,
                     Progress& progress) {
   SearchResult result;
-  result.failure = check_search(table, settings, formulas);
-  if (!result.failure.empty()) return result;
+  result.failure = check_search(table, settings, formulas).refusal;
+  if (!result.is_done()) return result;
   progress.begin(kCaption);
   const int threads = thread_count(settings.threads);
   SearchState state(progress);
@@ -165,7 +165,7 @@ SearchResult search(const CWorkSheet& table, const Search& settings, const Formu
     result.records = in_display_order(std::move(result.records), *settings.within, table.record_count());
   sort_by_similarity(table, settings.criteria, threads, state, result.records);
   result.failure = state.failure();
-  result.cancelled = progress.cancelled();
+  result.cancelled = result.failure.empty() && progress.cancelled();
   if (state.is_over()) result.records.clear();
   add_notices(table, settings, state, result);
   return result;

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "core/messages/check.h"
+#include "core/messages/outcome.h"
 #include "core/progress.h"
 #include "formula/language/formula_settings.h"
 #include "recordset/record_set.h"
@@ -35,16 +37,14 @@ struct Search {
   int threads = 0;                  // as thread_count takes it
 };
 
-// What is wrong with SETTINGS, empty when the search can be run: a field or record that is not there, an
+// What is wrong with SETTINGS: a field or record that is not there, an
 // encrypted field, a formula or a regular expression that can't be read, a kind that lacks its values.
-std::string check_search(const CWorkSheet& table, const Search& settings, const FormulaSettings& formulas);
+Check check_search(const CWorkSheet& table, const Search& settings, const FormulaSettings& formulas);
 
-struct SearchResult {
+// Fails with what check_search says, and where a regular expression gives up. Notices: how Long Text fields
+// are searched; values that can't be read.
+struct SearchResult : Outcome {
   RecordSet records;  // in display order, or the most similar first; empty when the search was not completed
-  bool cancelled = false;
-  std::string failure;  // not empty: what check_search says, or why a regular expression gave up
-  std::vector<std::string>
-      notices;  // to be shown: how Long Text fields are searched; values that can't be read
 };
 
 SearchResult search(const CWorkSheet& table, const Search& settings, const FormulaSettings& formulas,

@@ -31,28 +31,27 @@ bool has_number_values(CriterionKind kind) {
   return kind >= CriterionKind::kEqual && kind <= CriterionKind::kOr;
 }
 
-std::string check_formula(std::string_view formula, const CWorkSheet& table,
-                          const FormulaSettings& formulas) {
+Check check_formula(std::string_view formula, const CWorkSheet& table, const FormulaSettings& formulas) {
   if (is_readable(formula, table, formulas)) return {};
   const std::string_view text = texts::kInvalidFormula;
   const size_t first = text.find_first_not_of(' ');
-  return std::string(text.substr(first, text.find_last_not_of(' ') + 1 - first));
+  return text.substr(first, text.find_last_not_of(' ') + 1 - first);
 }
 
-std::string check_expression(const Field& field, const Criterion& criterion, const SearchOptions& options) {
+Check check_expression(const Field& field, const Criterion& criterion, const SearchOptions& options) {
   if (field.type == FieldType::kLongText) return {};
   const TextQuery query(criterion, options, TextQuery::Patterns::kExpressions);
-  return query.error().empty() ? std::string() : regular_expression_message(query.error());
+  return query.error().empty() ? Check() : Check(regular_expression_message(query.error()));
 }
 
-std::string check_criterion(const CWorkSheet& table, const FieldCriterion& wanted,
-                            const SearchOptions& options, const FormulaSettings& formulas) {
-  if (wanted.field >= table.field_count()) return std::string(error_text(ErrorCode::kInvalidCacheIndex));
+Check check_criterion(const CWorkSheet& table, const FieldCriterion& wanted, const SearchOptions& options,
+                      const FormulaSettings& formulas) {
+  if (wanted.field >= table.field_count()) return ErrorCode::kInvalidCacheIndex;
   const Field& field = table.field(wanted.field);
   const Criterion& criterion = wanted.criterion;
   if (criterion.kind == CriterionKind::kFlag) return {};
   if (criterion.kind == CriterionKind::kFormula) return check_formula(criterion.text, table, formulas);
-  if (field.encrypted) return std::string(error_text(ErrorCode::kEncryptedField));
+  if (field.encrypted) return ErrorCode::kEncryptedField;
   if (criterion.kind == CriterionKind::kRegEx) return check_expression(field, criterion, options);
   if (criterion_words(criterion.text).size() < needed_words(criterion.kind)) {
     return "The filter of the field \"" + field.name + "\" lacks a value: " + criterion_text(criterion, {});
@@ -66,13 +65,13 @@ std::string check_criterion(const CWorkSheet& table, const FieldCriterion& wante
 
 }  // namespace
 
-std::string check_search(const CWorkSheet& table, const Search& settings, const FormulaSettings& formulas) {
+Check check_search(const CWorkSheet& table, const Search& settings, const FormulaSettings& formulas) {
   for (const FieldCriterion& wanted : settings.criteria) {
-    std::string wrong = check_criterion(table, wanted, settings.options, formulas);
-    if (!wrong.empty()) return wrong;
+    Check check = check_criterion(table, wanted, settings.options, formulas);
+    if (!check.passes()) return check;
   }
   for (const uint32_t position : settings.within.value_or(RecordSet())) {
-    if (position >= table.record_count()) return std::string(error_text(ErrorCode::kInvalidCacheIndex));
+    if (position >= table.record_count()) return ErrorCode::kInvalidCacheIndex;
   }
   return {};
 }

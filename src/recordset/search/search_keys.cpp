@@ -34,17 +34,17 @@ std::vector<size_t> listed_search_keys(const CWorkSheet& table, bool sorted) {
   return listed;
 }
 
-std::string check_search_key_name(const CWorkSheet& table, std::string_view name, std::optional<size_t> own) {
+Check check_search_key_name(const CWorkSheet& table, std::string_view name, std::optional<size_t> own) {
   const auto taken = table.find_search_key(name);
-  if (taken && taken != own) return std::string(texts::kSearchKeyExists);
-  return std::string(is_valid_search_key_name(name) ? std::string_view() : texts::kSearchKeyNeedsName);
+  if (taken && taken != own) return texts::kSearchKeyExists;
+  return is_valid_search_key_name(name) ? Check() : Check(texts::kSearchKeyNeedsName);
 }
 
-std::string check_search_key(const CWorkSheet& table, std::optional<size_t> key) {
+Check check_search_key(const CWorkSheet& table, std::optional<size_t> key) {
   const auto& keys = table.search_keys();
   const bool usable = key && *key < keys.size() && !keys[*key].expressions.empty() &&
                       are_valid_expressions(keys[*key].expressions, table.field_count());
-  return std::string(usable ? std::string_view() : texts::kIncorrectSearchKey);
+  return usable ? Check() : Check(texts::kIncorrectSearchKey);
 }
 
 ErrorCode add_search_key(CWorkSheet& table, SearchKey key, CurrentSearchKey& current) {

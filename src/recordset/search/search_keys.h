@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/messages/check.h"
 #include "core/table/work_sheet.h"
 
 namespace rowvane {
@@ -32,14 +33,13 @@ struct CurrentSearchKey {
 // where SORTED (`SortSearchKeys`), otherwise as they were added.
 std::vector<size_t> listed_search_keys(const CWorkSheet& table, bool sorted);
 
-// What the name dialog answers to NAME; empty for one that the key can have. OWN: the key being renamed;
+// What the name dialog answers to NAME. OWN: the key being renamed;
 // nothing for a new one.
-std::string check_search_key_name(const CWorkSheet& table, std::string_view name,
-                                  std::optional<size_t> own = {});
+Check check_search_key_name(const CWorkSheet& table, std::string_view name, std::optional<size_t> own = {});
 
 // texts::kIncorrectSearchKey for a key that no search of TABLE can be made of: one that is not there, or
 // without any expression (all its fields were deleted).
-std::string check_search_key(const CWorkSheet& table, std::optional<size_t> key);
+Check check_search_key(const CWorkSheet& table, std::optional<size_t> key);
 
 // The functions below need a passed check of their name or key; each is one undo step.
 

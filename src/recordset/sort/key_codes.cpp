@@ -26,7 +26,7 @@ class CodeMaker {
       seen[key.field] = true;
       add(key);
       made_.cancelled = progress_.cancelled();
-      if (made_.cancelled || made_.error != ErrorCode::kOk) break;
+      if (!made_.is_done()) break;
     }
     std::erase_if(made_.columns, [](const KeyColumn& column) { return column.bits() == 0; });
     return std::move(made_);
@@ -110,8 +110,8 @@ class CodeMaker {
         if (found != ErrorCode::kOk) error.store(found);
       }
     });
-    made_.error = error;
-    return made_.error == ErrorCode::kOk && !progress_.cancelled();
+    made_.failure = error.load();
+    return made_.failure.empty() && !progress_.cancelled();
   }
 
   template <typename TextAt>

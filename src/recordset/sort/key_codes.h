@@ -6,6 +6,7 @@
 #include <span>
 #include <vector>
 
+#include "core/messages/outcome.h"
 #include "core/progress.h"
 #include "core/table/work_sheet.h"
 #include "recordset/record_set.h"
@@ -48,12 +49,11 @@ int bits_of(std::span<const KeyColumn> columns);
 // Makes a word of each record's codes, the first column's in the highest bits; they must fit.
 void join_codes(std::span<const KeyColumn> columns, std::span<const uint32_t> positions, uint64_t* words);
 
-// The codes of all keys, first the first key's: records compare by them as by RecordOrder.
-struct KeyCodes {
-  uint32_t table_records = 0;        // positions are below this
-  std::vector<KeyColumn> columns;    // none for keys in which all records are equal
-  ErrorCode error = ErrorCode::kOk;  // of the first value that could not be read
-  bool cancelled = false;
+// The codes of all keys, first the first key's: records compare by them as by RecordOrder. Making them fails
+// with the error of the first value that can't be read.
+struct KeyCodes : Outcome {
+  uint32_t table_records = 0;      // positions are below this
+  std::vector<KeyColumn> columns;  // none for keys in which all records are equal
 };
 
 // KEYS have passed check_sort_keys. Of texts, each distinct one is looked at once; of long texts and code all

@@ -85,13 +85,13 @@ void sort_by_nothing(SortCodes& codes) {
   std::ranges::fill(codes, 0u);
 }
 
-ErrorCode check_sort_keys(const CWorkSheet& table, std::span<const SortKey> keys) {
+Check check_sort_keys(const CWorkSheet& table, std::span<const SortKey> keys) {
   if (keys.size() > kMaxSortKeys) return ErrorCode::kTooManySortKeys;
   for (const SortKey& key : keys) {
     if (key.field >= table.field_count()) return ErrorCode::kInvalidCacheIndex;
     if (table.field(key.field).encrypted) return ErrorCode::kEncryptedField;
   }
-  return ErrorCode::kOk;
+  return {};
 }
 
 SortKeys ascending_keys(std::span<const size_t> fields) {

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/messages/error_code.h"
+#include "core/messages/check.h"
 
 namespace rowvane {
 
@@ -74,7 +74,7 @@ void sort_by_nothing(SortCodes& codes);
 // ---- running
 
 // kInvalidCacheIndex for a field that TABLE lacks, kEncryptedField, kTooManySortKeys.
-ErrorCode check_sort_keys(const CWorkSheet& table, std::span<const SortKey> keys);
+Check check_sort_keys(const CWorkSheet& table, std::span<const SortKey> keys);
 
 // These fields as ascending keys.
 SortKeys ascending_keys(std::span<const size_t> fields);

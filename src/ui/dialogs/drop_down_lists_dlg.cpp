@@ -120,11 +120,8 @@ std::string CDropDownListsDlg::current_name() const {
 
 void CDropDownListsDlg::accept() {
   const EditedDropDownLists edited = lists();
-  const std::string wrong = check_drop_down_lists(edited);
-  if (!wrong.empty()) return dialogs_.show(wrong, MessageIcon::kWarning);
-  const ErrorCode error = change_drop_down_lists(database_, edited);
-  if (error != ErrorCode::kOk) return dialogs_.show_error(error);
-  QDialog::accept();
+  if (!dialogs_.accept(check_drop_down_lists(edited))) return;
+  if (dialogs_.report(change_drop_down_lists(database_, edited))) QDialog::accept();
 }
 
 }  // namespace rowvane

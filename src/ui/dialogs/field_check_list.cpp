@@ -26,7 +26,7 @@ std::vector<size_t> FieldCheckList::checked_fields() const {
   return fields;
 }
 
-void FieldCheckList::check_field(size_t field) {
+void FieldCheckList::tick_field(size_t field) {
   for (int row = 0; row < count(); ++row) {
     if (item(row)->data(Qt::UserRole).toULongLong() != field) continue;
     item(row)->setCheckState(Qt::Checked);
@@ -34,7 +34,7 @@ void FieldCheckList::check_field(size_t field) {
   }
 }
 
-void FieldCheckList::check_all() {
+void FieldCheckList::tick_all() {
   for (int row = 0; row < count(); ++row) item(row)->setCheckState(Qt::Checked);
 }
 

@@ -18,8 +18,8 @@ class FieldCheckList final : public QListWidget {
 
   // The indexes of the checked fields, ascending.
   std::vector<size_t> checked_fields() const;
-  void check_field(size_t field);
-  void check_all();
+  void tick_field(size_t field);
+  void tick_all();
 };
 
 }  // namespace rowvane

@@ -210,9 +210,9 @@ void CFieldDlg::follow_controls() {
   preview_->setText(format_->isEnabled() ? format_->preview() : QString());
   const bool is_plain = !(index_ && table_.field(*index_).encrypted);
   formula_->setEnabled(is_plain && (can_be_calculated(entered.field) || !entered.field.formula.empty()));
-  const FieldCheck check = check_field_entry(table_, entered, document_.formula_settings());
-  const bool is_begun = check.part != FieldPart::kName || !name_->text().isEmpty();
-  problem_->setText(is_begun ? to_qt(check.refusal).trimmed() : QString());
+  const Check check = check_field_entry(table_, entered, document_.formula_settings());
+  const bool is_begun = !name_->text().isEmpty();
+  problem_->setText(is_begun ? to_qt(check.refusal.text()).trimmed() : QString());
 }
 
 void CFieldDlg::focus_part(FieldPart part) {
@@ -237,25 +237,19 @@ void CFieldDlg::focus_part(FieldPart part) {
 }
 
 bool CFieldDlg::apply(const FieldEntry& entry) {
-  FieldEntryResult result;
+  Outcome outcome;
   QWidget* views = parentWidget() != nullptr ? parentWidget() : this;
   run_long_change(views, windowTitle(), document_, [&](Progress& progress) {
-    result = apply_field_entry(table_, entry, document_.formula_settings(), progress);
+    outcome = apply_field_entry(table_, entry, document_.formula_settings(), progress);
   });
-  if (result.error != ErrorCode::kOk) dialogs_.show_error(result.error);
-  if (!result.refusal.empty()) dialogs_.show(result.refusal, MessageIcon::kWarning);
-  for (const std::string& text : result.messages) dialogs_.show(text, MessageIcon::kInformation);
-  return result.error == ErrorCode::kOk && !result.cancelled && result.refusal.empty();
+  return dialogs_.report(outcome);
 }
 
 void CFieldDlg::accept() {
   const FieldEntry entered = entry();
-  const FieldCheck check = check_field_entry(table_, entered, document_.formula_settings());
-  if (!check.refusal.empty()) {
-    dialogs_.show(check.refusal, MessageIcon::kWarning);
-    return focus_part(check.part);
-  }
-  if (!check.question.empty() && !dialogs_.ask(check.question)) return;
+  const FormulaSettings& formulas = document_.formula_settings();
+  if (!dialogs_.accept(check_field_entry(table_, entered, formulas)))
+    return focus_part(wrong_field_part(table_, entered, formulas));
   if (!apply(entered)) return;
   if (format_->isEnabled() && format_->is_users_own()) {
     auto& formats = profile_.user_numeric_formats;

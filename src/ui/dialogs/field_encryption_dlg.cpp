@@ -24,7 +24,7 @@ CFieldEncryptionDlg::CFieldEncryptionDlg(Use use, const CWorkSheet& table, std::
       password_(new PasswordBox(this)),
       repeated_(new PasswordBox(this)) {
   setWindowTitle(to_qt(use == Use::kEncrypt ? kEncryptFieldsTitle : kDecryptFieldsTitle));
-  if (field) fields_->check_field(*field);
+  if (field) fields_->tick_field(*field);
   auto* label = new QLabel(tr("&Fields:"), this);
   label->setBuddy(fields_);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
@@ -71,10 +71,9 @@ void CFieldEncryptionDlg::accept() {
     dialogs_.show(to_utf8(tr("Choose at least one field.")), MessageIcon::kWarning);
     return fields_->setFocus();
   }
-  const auto wrong =
+  const Check check =
       use_ == Use::kEncrypt ? check_encrypt_fields(table_, settings) : check_decrypt_fields(table_, settings);
-  if (!wrong) return QDialog::accept();
-  dialogs_.show(notice_text(*wrong), MessageIcon::kWarning);
+  if (dialogs_.accept(check)) return QDialog::accept();
   password_->setFocus();
   password_->selectAll();
 }
@@ -91,11 +90,12 @@ void change_field_encryption(CFieldEncryptionDlg::Use use, DatabaseDocument& doc
   if (dialog.exec() != QDialog::Accepted) return;
   FieldEncryptionSettings settings = dialog.take_settings();
   settings.threads = thread_count(document.options().used_processor_cores);
-  FieldEncryptionResult result;
+  Outcome outcome;
   run_long_change(views, dialog.windowTitle(), document, [&](Progress& progress) {
-    result = encrypts ? encrypt_fields(table, settings, progress) : decrypt_fields(table, settings, progress);
+    outcome =
+        encrypts ? encrypt_fields(table, settings, progress) : decrypt_fields(table, settings, progress);
   });
-  if (result.error != ErrorCode::kOk) dialogs.show_error(result.error);
+  dialogs.report(outcome);
 }
 
 }  // namespace rowvane

@@ -154,7 +154,7 @@ void CFieldFilterDlg::accept() {
   const FieldFilter filter = entered();
   FieldFilterResult result = accept_field_filter(context_.table, filter, options_, context_.formulas);
   options_ = result.options;
-  if (result.truncated) dialogs_.show(std::string(texts::kEntryTruncated), MessageIcon::kWarning);
+  if (!result.warning.empty()) dialogs_.show(result.warning.text(), MessageIcon::kWarning);
   if (result.invalid_formula) return flash_invalid_formula();
   if (!result.message.empty()) {
     dialogs_.show(result.message, MessageIcon::kError);

@@ -63,7 +63,7 @@ FormatChoice::FormatChoice(const std::vector<std::string>& user_formats,
 std::string FormatChoice::code() const {
   std::string typed = to_utf8(currentText().trimmed());
   const StyleEntry entry = read_format_style(typed, region_.currency_symbol);
-  if (!entry.problem.empty() || entry.style.kind == FormatKind::kCustom) return typed;
+  if (!entry.check.passes() || entry.style.kind == FormatKind::kCustom) return typed;
   return build_format_code(entry.style, stored_format_separators(region_));
 }
 

@@ -59,9 +59,8 @@ void NamedTextSettings::save_current() {
   if (!settings) return;
   QString name = to_qt(saved_.proposed_name());
   while (const auto entered = dialogs_.ask_text(tr("Save Current Text Settings As"), tr("Name:"), name)) {
-    const std::string wrong = SavedTextSettings::check_name(to_utf8(*entered));
-    if (wrong.empty()) return saved_.add(to_utf8(*entered), *settings);
-    dialogs_.show(wrong, MessageIcon::kWarning);
+    if (dialogs_.accept(SavedTextSettings::check_name(to_utf8(*entered))))
+      return saved_.add(to_utf8(*entered), *settings);
     name = *entered;
   }
 }

@@ -125,7 +125,7 @@ void COpenTextFileDlg::show_settings(const TextFileSettings& settings) {
 }
 
 std::optional<TextFileSettings> COpenTextFileDlg::current_settings() {
-  problem_->setText(to_qt(check_text_settings_controls(box_->controls())));
+  problem_->setText(to_qt(check_text_settings_controls(box_->controls()).refusal.text()));
   if (!problem_->text().isEmpty()) return std::nullopt;
   TextFileSettings settings = read_text_settings(box_->controls(), settings_);
   settings.column_options = fields_->column_options();
@@ -147,7 +147,7 @@ void COpenTextFileDlg::show_sample(const TextImportResult& sample,
   sample_ = table;
   if (table == nullptr) {
     fields_->clear_sample();
-    problem_->setText(to_qt(error_text(sample.error)));
+    problem_->setText(to_qt(sample.failure.text()));
     return;
   }
   fields_->show_sample(table);
@@ -169,8 +169,7 @@ void COpenTextFileDlg::set_filter() {
 }
 
 void COpenTextFileDlg::ask_about_fitting(bool on) {
-  const std::string question = check_auto_fit(on, false);
-  if (!question.empty() && !dialogs_.ask(question)) fit_widths_->setChecked(false);
+  if (!dialogs_.accept(check_auto_fit(on, false))) fit_widths_->setChecked(false);
 }
 
 void COpenTextFileDlg::accept() {
@@ -179,8 +178,7 @@ void COpenTextFileDlg::accept() {
     QApplication::beep();
     return;
   }
-  const std::string question = check_date_conversion(*settings);
-  if (!question.empty() && !dialogs_.ask(question)) return;
+  if (!dialogs_.accept(check_date_conversion(*settings))) return;
   settings_ = *settings;
   profile_.text_file_options = settings_;
   profile_.check_box_options.auto_col_width_on_import = fits_column_widths();

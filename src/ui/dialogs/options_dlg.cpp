@@ -132,8 +132,7 @@ void COptionsDlg::add_file_page() {
   QCheckBox* fit = add_flag(page, tr("Fit column &widths when text files are opened"),
                             entered_.check_box_options.auto_col_width_on_import);
   connect(fit, &QCheckBox::clicked, this, [this, fit](bool on) {
-    const std::string question = check_auto_fit(on, false);
-    if (!question.empty() && !dialogs_.ask(question)) fit->setChecked(false);
+    if (!dialogs_.accept(check_auto_fit(on, false))) fit->setChecked(false);
   });
   add_flag(page, tr("Show the &progress of opening and saving"),
            entered_.check_box_options.show_save_load_progress);
@@ -158,12 +157,9 @@ void COptionsDlg::accept() {
     return extensions_->setFocus();
   }
   entered_.general_options.non_deflate_files = *extensions;
-  const std::string question = check_options_change(settings_, entered_);
-  if (!question.empty() && !dialogs_.ask(question)) return;
-  const std::vector<Notice> notices = options_change_notices(settings_, entered_);
+  if (!dialogs_.accept(check_options_change(settings_, entered_))) return;
   settings_ = entered_;
   QDialog::accept();
-  for (const Notice& notice : notices) dialogs_.show(notice_text(notice), MessageIcon::kInformation);
 }
 
 }  // namespace rowvane

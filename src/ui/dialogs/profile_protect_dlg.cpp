@@ -30,9 +30,8 @@ ProfileProtection CProfileProtectDlg::take_protection() {
 }
 
 void CProfileProtectDlg::accept() {
-  const std::string refusal = check_profile_protection({password_->secret(), repeated_->secret()});
-  if (refusal.empty()) return QDialog::accept();
-  dialogs_.show(refusal, MessageIcon::kWarning);
+  if (dialogs_.accept(check_profile_protection({password_->secret(), repeated_->secret()})))
+    return QDialog::accept();
   password_->setFocus();
 }
 

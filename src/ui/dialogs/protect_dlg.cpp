@@ -66,14 +66,9 @@ ProtectionSettings CProtectDlg::take_settings() {
 
 void CProtectDlg::accept() {
   if (removes()) return QDialog::accept();
-  const PasswordCheck check = check_protection(entered());
-  if (check.refusal) {
-    dialogs_.show(message(*check.refusal), MessageIcon::kWarning);
-    password_->setFocus();
-    return;
-  }
-  if (check.question && !dialogs_.ask(message(*check.question))) return;
-  QDialog::accept();
+  const Check check = check_protection(entered());
+  if (dialogs_.accept(check)) return QDialog::accept();
+  if (!check.passes()) password_->setFocus();
 }
 
 void protect_database(DatabaseDocument& document, Dialogs& dialogs, QWidget* parent) {
@@ -81,8 +76,7 @@ void protect_database(DatabaseDocument& document, Dialogs& dialogs, QWidget* par
   if (dialog.exec() != QDialog::Accepted) return;
   std::optional<Protection> protection;
   if (!dialog.removes()) protection = make_protection(dialog.take_settings());
-  const ErrorCode error = document.file().set_protection(std::move(protection));
-  if (error != ErrorCode::kOk) dialogs.show_error(error);
+  dialogs.report(document.file().set_protection(std::move(protection)));
 }
 
 }  // namespace rowvane

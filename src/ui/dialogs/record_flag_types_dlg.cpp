@@ -97,8 +97,7 @@ EditedFlagTypes CRecordFlagTypesDlg::types() const {
 
 void CRecordFlagTypesDlg::add_type() {
   const auto count = static_cast<size_t>(types_->count());
-  const std::string refusal = check_record_flag_types(count + 1);
-  if (!refusal.empty()) return dialogs_.show(refusal, MessageIcon::kWarning);
+  if (!dialogs_.accept(check_record_flag_types(count + 1))) return;
   QString name;
   for (int number = 1; name.isEmpty() || !types_->findItems(name, Qt::MatchFixedString).isEmpty(); ++number)
     name = tr("Flag %1").arg(number);
@@ -135,11 +134,8 @@ void CRecordFlagTypesDlg::move_type(int by) {
 
 void CRecordFlagTypesDlg::accept() {
   const EditedFlagTypes edited = types();
-  const std::string wrong = check_record_flag_types(edited);
-  if (!wrong.empty()) return dialogs_.show(wrong, MessageIcon::kWarning);
-  const ErrorCode error = change_record_flag_types(database_, edited);
-  if (error != ErrorCode::kOk) return dialogs_.show_error(error);
-  QDialog::accept();
+  if (!dialogs_.accept(check_record_flag_types(edited))) return;
+  if (dialogs_.report(change_record_flag_types(database_, edited))) QDialog::accept();
 }
 
 }  // namespace rowvane

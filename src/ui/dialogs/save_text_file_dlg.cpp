@@ -39,7 +39,7 @@ CSaveTextFileDlg::CSaveTextFileDlg(const CWorkSheet& table, profile::Settings& p
       problem_(new QLabel(this)) {
   setWindowTitle(tr("Save Text File"));
   resize(760, 480);
-  fields_->check_all();
+  fields_->tick_all();
   files_->setEnabled(has_type({FieldType::kFiles}));
   long_texts_->setEnabled(has_type({FieldType::kLongText, FieldType::kCode}));
   const int limit = profile.general_options.text_export_row_limit;
@@ -86,7 +86,7 @@ QLayout* CSaveTextFileDlg::field_part() {
   label->setBuddy(fields_);
   auto* all = new QPushButton(tr("Select &All"), this);
   all->setAutoDefault(false);
-  connect(all, &QPushButton::clicked, fields_, &FieldCheckList::check_all);
+  connect(all, &QPushButton::clicked, fields_, &FieldCheckList::tick_all);
   auto* part = new QVBoxLayout();
   part->setSpacing(6);
   part->addWidget(label);
@@ -99,7 +99,7 @@ QLayout* CSaveTextFileDlg::options_part() {
   auto* named = new NamedTextSettings(
       profile_.named_text_file_settings, dialogs_,
       [this]() -> std::optional<TextFileSettings> {
-        if (!check_text_settings_controls(box_->controls()).empty()) return std::nullopt;
+        if (!check_text_settings_controls(box_->controls()).passes()) return std::nullopt;
         return read_text_settings(box_->controls(), shown_);
       },
       this);
@@ -131,11 +131,11 @@ TextExport CSaveTextFileDlg::settings() const {
 
 // No field at all would mean all of them.
 QString CSaveTextFileDlg::problem() const {
-  const std::string controls = check_text_settings_controls(box_->controls());
-  if (!controls.empty()) return to_qt(controls);
+  const Check controls = check_text_settings_controls(box_->controls());
+  if (!controls.passes()) return to_qt(controls.refusal.text());
   const TextExport chosen = settings();
   if (chosen.fields.empty()) return tr("Choose at least one field.");
-  return to_qt(check_text_export_settings(table_, chosen));
+  return to_qt(check_text_export_settings(table_, chosen).refusal.text());
 }
 
 void CSaveTextFileDlg::accept() {

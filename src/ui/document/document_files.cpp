@@ -66,10 +66,6 @@ void DocumentFiles::remember_file(const QString& path) {
     add_recent_file(settings_.recent_files, {absolute_path(path), 0}, kMostRecentFiles);
 }
 
-void DocumentFiles::show_notices(const std::vector<Notice>& notices) {
-  for (const Notice& notice : notices) dialogs_.show(notice_text(notice), MessageIcon::kInformation);
-}
-
 std::shared_ptr<const Secret> DocumentFiles::ask_password(const std::string& path) {
   std::optional<Secret> entered = dialogs_.ask_password(path);
   return entered ? std::make_shared<const Secret>(*std::move(entered)) : nullptr;
@@ -81,8 +77,8 @@ void DocumentFiles::run(const QString& caption, const std::function<void(Progres
 }
 
 // A file that anyone may read is opened read-only when the user has no password for it.
-std::unique_ptr<OpenDatabase> DocumentFiles::open_with(const std::string& path, const TextFileSettings& text,
-                                                       const std::string& shown_path) {
+DatabaseOpening DocumentFiles::open_with(const std::string& path, const TextFileSettings& text,
+                                         const std::string& shown_path) {
   const Options options = engine_options(settings_);
   std::shared_ptr<const Secret> password;
   while (true) {
@@ -91,14 +87,14 @@ std::unique_ptr<OpenDatabase> DocumentFiles::open_with(const std::string& path, 
     run(tr("Opening Database"), [&](Progress& progress) {
       opened = OpenDatabase::open(path, text, options, &questions, progress, password);
     });
-    if (opened.cancelled) return nullptr;
-    const bool is_locked = opened.error == ErrorCode::kInvalidPassword;
-    if (!is_locked && opened.error != ErrorCode::kOk) dialogs_.show_error(opened.error);
-    if (!is_locked && (opened.database == nullptr || !opened.database->is_read_only()))
-      return std::move(opened.database);
-    if (password != nullptr) dialogs_.show_error(ErrorCode::kInvalidPassword);
+    if (opened.cancelled) return opened;
+    const bool is_locked = opened.failure == ErrorCode::kInvalidPassword;
+    if (!is_locked && (opened.database == nullptr || !opened.database->is_read_only())) return opened;
+    if (password != nullptr) dialogs_.report(ErrorCode::kInvalidPassword);
     password = ask_password(shown_path);
-    if (password == nullptr) return std::move(opened.database);
+    if (password != nullptr) continue;
+    opened.cancelled = opened.database == nullptr;
+    return opened;
   }
 }
 
@@ -110,36 +106,38 @@ void DocumentFiles::ask_about_container(OpenDatabase& database) {
 std::unique_ptr<DatabaseDocument> DocumentFiles::open(const QString& path,
                                                       const std::optional<TextFileSettings>& text) {
   const std::string file = absolute_path(path);
-  std::unique_ptr<OpenDatabase> opened = open_with(file, text ? *text : suggested_text_settings(file), file);
-  if (opened == nullptr) return nullptr;
-  if (!opened->has_database_file() && settings_.check_box_options.auto_col_width_on_import)
-    fit_field_widths(opened->database(), window_.font());
-  remember_file(path);
-  ask_about_container(*opened);
-  show_notices(opened->notices());
-  return std::make_unique<DatabaseDocument>(std::move(opened));
+  DatabaseOpening opened = open_with(file, text ? *text : suggested_text_settings(file), file);
+  if (opened.database != nullptr) {
+    if (!opened.database->has_database_file() && settings_.check_box_options.auto_col_width_on_import)
+      fit_field_widths(opened.database->database(), window_.font());
+    remember_file(path);
+    ask_about_container(*opened.database);
+  }
+  return dialogs_.report(opened) ? std::make_unique<DatabaseDocument>(std::move(opened.database)) : nullptr;
 }
 
+// Of a file that the user did not choose, only a failure is told.
 std::unique_ptr<DatabaseDocument> DocumentFiles::open_copy(const RecoveryCopy& copy) {
-  std::unique_ptr<OpenDatabase> opened = open_with(to_utf8(copy.path), {}, to_utf8(copy.title));
-  if (opened == nullptr) return nullptr;
-  opened->restore_origin(to_utf8(copy.original), copy.is_database ? FileFormat::kNative : FileFormat::kText);
-  return std::make_unique<DatabaseDocument>(std::move(opened));
+  DatabaseOpening opened = open_with(to_utf8(copy.path), {}, to_utf8(copy.title));
+  opened.notices.clear();
+  if (!dialogs_.report(opened)) return nullptr;
+  opened.database->restore_origin(to_utf8(copy.original),
+                                  copy.is_database ? FileFormat::kNative : FileFormat::kText);
+  return std::make_unique<DatabaseDocument>(std::move(opened.database));
 }
 
 // ---- saving
 
 bool DocumentFiles::save(DatabaseDocument& document) {
   if (!document.open().can_save_back()) return save_as(document);
-  const SaveBackCheck check = document.open().check_save_back();
-  if (check.needs_database_file)
-    return dialogs_.ask(message(MessageId::kUseNativeFormat)) && save_as(document);
-  if (!check.question.empty() && !dialogs_.ask(check.question)) return false;
+  const Check check = document.open().check_save_back();
+  if (!check.passes()) return dialogs_.ask(check.refusal.text()) && save_as(document);
+  if (!dialogs_.accept(check)) return false;
   const bool as_database = document.open().has_database_file();
-  SaveResult result;
+  Outcome outcome;
   run(as_database ? tr("Saving Database") : tr("Saving Text File"),
-      [&](Progress& progress) { result = document.open().save_back(progress); });
-  const bool saved = tell_result(document, result);
+      [&](Progress& progress) { outcome = document.open().save_back(progress); });
+  const bool saved = tell_result(document, outcome);
   if (saved && as_database) remember_file(to_qt(document.open().path()));
   return saved;
 }
@@ -157,9 +155,7 @@ std::optional<DocumentFiles::Target> DocumentFiles::choose_target(const Database
   if (target.path.isEmpty()) return std::nullopt;
   const size_t chosen = static_cast<size_t>(filter) - 1;
   target.variant = chosen < kFilterVariants.size() ? kFilterVariants[chosen] : SaveVariant::kAuto;
-  const std::string question = check_save_variant(target.variant);
-  if (!question.empty() && !dialogs_.ask(question)) return std::nullopt;
-  return target;
+  return dialogs_.accept(check_save_variant(target.variant)) ? std::optional(target) : std::nullopt;
 }
 
 bool DocumentFiles::save_as(DatabaseDocument& document) {
@@ -176,24 +172,20 @@ bool DocumentFiles::save_to(DatabaseDocument& document, const Target& target, bo
   SaveSettings settings;
   settings.as_copy = as_copy;
   settings.variant = target.variant;
-  SaveResult result;
+  Outcome outcome;
   document.database().before_change();  // one save at a time, and it may get another file
   document.database().clean_pools();
   run(tr("Saving Database"), [&](Progress& progress) {
-    result = document.open().save(absolute_path(target.path), settings, progress);
+    outcome = document.open().save(absolute_path(target.path), settings, progress);
   });
-  const bool saved = tell_result(document, result);
+  const bool saved = tell_result(document, outcome);
   if (saved && !as_copy) remember_file(target.path);
   return saved;
 }
 
-// Answers whether the database was saved.
-bool DocumentFiles::tell_result(DatabaseDocument& document, const SaveResult& result) {
-  if (result.error != ErrorCode::kOk) dialogs_.show_error(result.error);
-  const bool saved = result.error == ErrorCode::kOk && !result.cancelled;
-  if (saved) document.tell_saved();
-  show_notices(result.notices);
-  return saved;
+bool DocumentFiles::tell_result(DatabaseDocument& document, const Outcome& outcome) {
+  if (outcome.is_done()) document.tell_saved();
+  return dialogs_.report(outcome);
 }
 
 bool DocumentFiles::may_close(DatabaseDocument& document) {
@@ -214,8 +206,7 @@ void DocumentFiles::compact(DatabaseDocument& document) {
   CompactResult result;
   document.database().before_change();
   run(tr("Compact Database"), [&](Progress& progress) { result = document.open().compact(progress); });
-  if (result.save.cancelled) return;
-  if (result.save.error != ErrorCode::kOk) return dialogs_.show_error(result.save.error);
+  if (!dialogs_.report(result)) return;
   dialogs_.show(message(result.message), MessageIcon::kInformation);
   document.tell_saved();
 }
@@ -238,21 +229,18 @@ CWorkSheet* DocumentFiles::import_table(DatabaseDocument& document, std::map<siz
   TextImportResult result;
   run(tr("Import Table"),
       [&](Progress& progress) { result = import_text_file(absolute_path(path), settings, progress); });
-  if (result.status == Status::kCancelled) return nullptr;
+  if (result.cancelled) return nullptr;
   CWorkSheet* added = result.table.get();
   if (added != nullptr && settings_.check_box_options.auto_col_width_on_import)
     fit_field_widths(*added, window_.font());
-  ErrorCode error = result.error;
-  if (added != nullptr) error = database.add_table(database.root(), result.table);
-  if (error != ErrorCode::kOk) dialogs_.show_error(error);
-  show_notices(result.notices);
-  return error == ErrorCode::kOk ? added : nullptr;
+  if (added != nullptr) result.failure = database.add_table(database.root(), result.table);
+  return dialogs_.report(result) ? added : nullptr;
 }
 
 void DocumentFiles::export_table(DatabaseDocument& document, const CWorkSheet& table,
                                  std::optional<std::vector<uint32_t>> records) {
-  if (document.file().protection() != nullptr)
-    dialogs_.show(message(MessageId::kRecordsNotProtected), MessageIcon::kWarning);
+  const bool is_protected = document.file().protection() != nullptr;
+  if (!dialogs_.accept(check_target_format(is_protected, FileFormat::kText, true))) return;
   CSaveTextFileDlg dialog(table, settings_, dialogs_, &window_);
   if (dialog.exec() != QDialog::Accepted) return;
   const QString name =
@@ -266,8 +254,7 @@ void DocumentFiles::export_table(DatabaseDocument& document, const CWorkSheet& t
   TextExportResult result;
   run(tr("Export Table"),
       [&](Progress& progress) { result = export_text(table, absolute_path(path), settings, progress); });
-  if (result.error != ErrorCode::kOk) dialogs_.show_error(result.error);
-  show_notices(result.notices);
+  dialogs_.report(result);
 }
 
 }  // namespace rowvane

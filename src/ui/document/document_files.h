@@ -49,14 +49,12 @@ class DocumentFiles {
   void export_table(DatabaseDocument& document, const CWorkSheet& table,
                     std::optional<std::vector<uint32_t>> records);
 
-  void show_notices(const std::vector<Notice>& notices);
-
  private:
   // With a progress box, unless the user wants none for files.
   void run(const QString& caption, const std::function<void(Progress&)>& work);
-  // SHOWN_PATH is what the user is asked the password for. Null after the user was told why, or has given up.
-  std::unique_ptr<OpenDatabase> open_with(const std::string& path, const TextFileSettings& text,
-                                          const std::string& shown_path);
+  // SHOWN_PATH is what the user is asked the password for; giving up cancels.
+  DatabaseOpening open_with(const std::string& path, const TextFileSettings& text,
+                            const std::string& shown_path);
   std::shared_ptr<const Secret> ask_password(const std::string& path);
   void ask_about_container(OpenDatabase& database);
   // AUTO keeps what the file is, or what was answered when it was opened.
@@ -67,7 +65,8 @@ class DocumentFiles {
   // Nothing when the user gives up.
   std::optional<Target> choose_target(const DatabaseDocument& document, const QString& title);
   bool save_to(DatabaseDocument& document, const Target& target, bool as_copy);
-  bool tell_result(DatabaseDocument& document, const SaveResult& result);
+  // Answers whether the database was saved.
+  bool tell_result(DatabaseDocument& document, const Outcome& outcome);
   void remember_file(const QString& path);
 
   profile::Settings& settings_;

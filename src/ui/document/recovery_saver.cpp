@@ -53,8 +53,8 @@ class RecoverySaver::Writer final : public Progress {
     const LogScope log(LogCategory::kRecovery, to_utf8(copy_));
     SaveSettings settings;
     settings.as_copy = true;
-    const SaveResult result = document_->file().save(to_utf8(copy_), settings, options_, *this);
-    written_ = result.error == ErrorCode::kOk && !result.cancelled;
+    const Outcome outcome = document_->file().save(to_utf8(copy_), settings, options_, *this);
+    written_ = outcome.is_done();
   }
 
   DatabaseDocument* document_;

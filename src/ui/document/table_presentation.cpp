@@ -30,18 +30,16 @@ ShownRecords TablePresentation::work_out(Progress& progress) const {
     settings.options = document_.search_options();
     settings.threads = document_.options().used_processor_cores;
     SearchResult found = search(table_, settings, document_.formula_settings(), progress);
-    shown.cancelled = found.cancelled;
-    shown.failure = std::move(found.failure);
-    shown.notices = std::move(found.notices);
+    shown.outcome() = found.outcome();
     shown.records = std::move(found.records);
   }
   const SortKeys keys = keys_of_sort_codes(sort_codes_);
-  if (keys.empty() || shown.cancelled || !shown.failure.empty()) return shown;
+  if (keys.empty() || !shown.is_done()) return shown;
   if (!shown.records) shown.records = all_records(table_);
   RecordSetResult sorted =
       sort_records(table_, *shown.records, keys, sort_options_, document_.options(), progress);
   shown.cancelled = sorted.cancelled;
-  if (sorted.error != ErrorCode::kOk) shown.failure = error_text(sorted.error);
+  shown.failure = sorted.failure;
   shown.records = std::move(sorted.records);
   return shown;
 }

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "core/messages/outcome.h"
 #include "core/progress.h"
 #include "recordset/search/current_criteria.h"
 #include "recordset/sort/sort_keys.h"
@@ -12,11 +13,8 @@
 
 namespace rowvane {
 
-struct ShownRecords {
-  std::optional<RecordSet> records;  // nothing: all, in the order of entry
-  bool cancelled = false;
-  std::string failure;               // not empty: what to tell the user; the records are of no use
-  std::vector<std::string> notices;  // to be shown
+struct ShownRecords : Outcome {
+  std::optional<RecordSet> records;  // nothing: all, in the order of entry; of no use unless it was done
 };
 
 // The filter and the sort keys of one table, for as long as it is open.

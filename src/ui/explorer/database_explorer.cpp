@@ -142,7 +142,7 @@ void CDatabaseExplorer::delete_item() {
   Database& database = document_.database();
   const ErrorCode error =
       item.table != nullptr ? database.delete_table(*item.table) : database.delete_folder(*item.folder);
-  if (error != ErrorCode::kOk) return dialogs_.show_error(error);
+  if (!dialogs_.report(error)) return;
   if (!following.is_empty()) set_current_item(following);
 }
 

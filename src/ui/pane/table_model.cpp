@@ -174,8 +174,8 @@ bool TableModel::has_formatting(uint32_t record, size_t field) const {
 ErrorCode TableModel::enter(uint32_t record, size_t field, const QString& text, QString& warning) {
   std::string entered = to_utf8(text);
   if (table_.field(field).type == FieldType::kText) {
-    TextEntry entry = check_text_entry(entered);
-    if (entry.warning) warning = to_qt(texts::kEntryTruncated);
+    TextEntry entry = read_text_entry(entered);
+    if (!entry.warning.empty()) warning = to_qt(entry.warning.text());
     entered = std::move(entry.text);
   }
   CellValue value;

@@ -65,8 +65,8 @@ bool TablePane::may_change() {
 void TablePane::report(ErrorCode error) {
   if (error == ErrorCode::kNameNotUnique) {
     dialogs_.show(message(MessageId::kUniqueNameNeeded), MessageIcon::kWarning);
-  } else if (error != ErrorCode::kOk) {
-    dialogs_.show_error(error);
+  } else {
+    dialogs_.report(error);
   }
 }
 

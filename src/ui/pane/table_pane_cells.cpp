@@ -155,8 +155,7 @@ void TablePane::texts_to_dates() {
   }
   std::ranges::sort(settings.fields);
   settings.fields.erase(std::ranges::unique(settings.fields).begin(), settings.fields.end());
-  if (const auto error = check_date_conversion(table_, settings); error != ErrorCode::kOk)
-    return report(error);
+  if (!dialogs_.accept(check_date_conversion(table_, settings))) return;
   DateConversionResult result;
   run_long_change(this, tr("Text To Standard Date String"), document_, [&](Progress& progress) {
     result = convert_to_standard_dates(document_.database(), table_, settings, progress);

@@ -20,9 +20,7 @@ void TablePane::search() {
   ShownRecords shown;
   run_long_task(this, tr("Search"), [&](Progress& progress) { shown = presentation_.work_out(progress); });
   searching_ = false;
-  if (!shown.failure.empty()) dialogs_.show(shown.failure, MessageIcon::kError);
-  for (const std::string& notice : shown.notices) dialogs_.show(notice, MessageIcon::kInformation);
-  if (!shown.cancelled && shown.failure.empty()) {
+  if (dialogs_.report(shown)) {
     is_filtered_ = presentation_.is_filtered();
     model_.show_records(std::move(shown.records));
   }

@@ -29,8 +29,8 @@ std::string quoted(const std::string& text) {
 
 std::unique_ptr<CWorkSheet> opened(const std::string& path) {
   TextImportResult result = import_text_file(path, {});
-  if (result.table == nullptr) std::cerr << path << ": " << error_text(result.error) << '\n';
-  for (const Notice& notice : result.notices) std::cerr << path << ": " << notice_text(notice) << '\n';
+  if (result.table == nullptr) std::cerr << path << ": " << result.failure.text() << '\n';
+  for (const UserText& notice : result.notices) std::cerr << path << ": " << notice.text() << '\n';
   return std::move(result.table);
 }
 
@@ -68,7 +68,7 @@ bool same_tables(const CWorkSheet& a, const CWorkSheet& b) {
 int save_and_open(const std::string& path, const std::string& copy) {
   const auto table = opened(path);
   if (table == nullptr) return 1;
-  if (export_text(*table, copy, {}).status != Status::kOk) return 1;
+  if (export_text(*table, copy, {}).status() != Status::kOk) return 1;
   const auto again = opened(copy);
   if (again == nullptr || !same_tables(*table, *again)) return 1;
   std::cout << table->record_count() << " records of " << table->field_count() << " fields\n";

@@ -105,7 +105,7 @@ int make(const std::string& path) {
   expect(database.tables()[0]->add_search_key({"late übrig", {{0, "b:^[a-z]+$"}, {1, "h:1 5"}, {4, "m:2"}}}));
   expect(database.tables()[0]->add_search_key({"without fields", {}}));
   database.tables()[0]->change_arrangement({2, 1, 5});
-  const ErrorCode error = DatabaseFile(database).save(path, {}, Options()).error;
+  const ErrorCode error = DatabaseFile(database).save(path, {}, Options()).failure.error();
   return error == ErrorCode::kOk ? 0 : fail(path, error);
 }
 
@@ -127,14 +127,14 @@ int save_loop(const std::string& path) {
   for (CWorkSheet* table : tables) expect(table->insert_records(1, kRecords));
   for (double n = 1;; ++n) {
     for (CWorkSheet* table : tables) put_state(*table, n);
-    const ErrorCode error = file.save(path, {}, Options()).error;
+    const ErrorCode error = file.save(path, {}, Options()).failure.error();
     if (error != ErrorCode::kOk) return fail(path, error);
   }
 }
 
 int check(const std::string& path) {
   const OpenedDatabase opened = open_database(path, Options());
-  if (opened.error != ErrorCode::kOk) return fail(path, opened.error);
+  if (opened.failure != ErrorCode::kOk) return fail(path, opened.failure.error());
   const std::vector<CWorkSheet*> tables = opened.database->tables();
   if (tables.size() != 2 || !opened.notices.empty()) return fail("tables", ErrorCode::kInvalidDatabase);
   const std::string state = tables[0]->value_text(1, 1);
@@ -208,17 +208,17 @@ OpenedDatabase open(const std::string& path) {
 
 int protect(const std::string& path, const std::string& cipher, bool read_only_open) {
   const OpenedDatabase opened = open(path);
-  if (opened.error != ErrorCode::kOk) return fail(path, opened.error);
+  if (opened.failure != ErrorCode::kOk) return fail(path, opened.failure.error());
   const auto algorithm = cipher_named(cipher);
   if (!algorithm) return fail(cipher, ErrorCode::kCryptographicKey);
   expect(opened.file->set_protection(Protection{password(), *algorithm, read_only_open}));
-  const ErrorCode error = opened.file->save(path, {}, Options()).error;
+  const ErrorCode error = opened.file->save(path, {}, Options()).failure.error();
   return error == ErrorCode::kOk ? 0 : fail(path, error);
 }
 
 int dump(const std::string& path) {
   const OpenedDatabase opened = open(path);
-  if (opened.error != ErrorCode::kOk) return fail(path, opened.error);
+  if (opened.failure != ErrorCode::kOk) return fail(path, opened.failure.error());
   for (const RecordFlagType& type : opened.database->settings().record_flag_types) {
     std::printf("flag type %s %06x\n", hex(type.name).c_str(), type.color);
   }
