@@ -3,7 +3,7 @@
 
     source_tree.py RULE ROOT
 
-RULE is floors, system_headers, headers, types or scripts. Prints each finding as FILE:LINE: TEXT; fails when there is one.
+RULE is floors, system_headers, headers, types, checks or scripts. Prints each finding as FILE:LINE: TEXT; fails when there is one.
 """
 import re
 import subprocess
@@ -161,6 +161,14 @@ def types(root):
             yield f"src/{path}:{number}: {match[1]} stands in src/{other} too"
 
 
+def checks(root):
+    """What is wrong with settings is said in one shape; whatever answers another is called something else."""
+    for path, number, line in code_lines(root):
+        declared = re.match(r"(?!\s*return\b)\s*((?:[\w:<>,*& ]*[\s*&])?)(check_\w+)\(", line)
+        if path.suffix == ".h" and declared and not re.fullmatch(r"(?:\w+ )*Check ", declared[1]):
+            yield f"src/{path}:{number}: {declared[2]} does not return a Check"
+
+
 def scripts(root):
     for path in files_under(root):
         where = f"{path.relative_to(root)}:1"
@@ -179,7 +187,7 @@ def scripts(root):
                 yield f"{where}: {shell[1]} -n: {result.stderr.strip()}"
 
 
-RULES = {rule.__name__: rule for rule in (floors, system_headers, headers, types, scripts)}
+RULES = {rule.__name__: rule for rule in (floors, system_headers, headers, types, checks, scripts)}
 
 
 def main():

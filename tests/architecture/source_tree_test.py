@@ -104,6 +104,38 @@ class Types(Tree):
             self.assertEqual(["src/ui/b.h:2: A stands in src/core/a.h too"], found)
 
 
+class Checks(Tree):
+    def header(self, line, name="src/core/a.h"):
+        return self.findings(source_tree.checks, {name: f"\n{line}\n"})
+
+    def test_good(self):
+        for line in (
+            "Check check_search(const Search& search);",
+            "  static Check check_name(std::string_view name);",
+            "// The text must have passed check_pattern().",
+            "ErrorCode verify_end();",
+            "  void recheck_all();",
+            "  inline static Check check_width(int width) {",
+            "    return check_width(1).passes();",
+            "    if (const Check check = check_width(1); check.passes()) return;",
+        ):
+            self.assertEqual([], self.header(line), line)
+        self.assertEqual([], self.header("bool check_all() {", "src/core/a.cpp"))
+
+    def test_bad(self):
+        self.assertEqual(
+            ["src/core/a.h:2: check_sort does not return a Check"], self.header("ErrorCode check_sort(Keys keys);")
+        )
+        for line in (
+            "void check_case(Options& options);",
+            "  virtual bool check_licence() = 0;",
+            "std::optional<Check> check_field(size_t field) const;",
+            "    check_on_a_line_of_its_own(size_t field);",
+            "CheckList check_all();",
+        ):
+            self.assertEqual(1, len(self.header(line)), line)
+
+
 class Scripts(Tree):
     def script(self, text, mode=0o755, name="tools/a"):
         return self.findings(source_tree.scripts, {name: (text, mode)})

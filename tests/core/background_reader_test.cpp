@@ -114,7 +114,7 @@ TEST_F(BackgroundReaderTest, ChangesOfATableStopIt) {
        [&] {
          FieldConversion conversion;
          conversion.type = FieldType::kCode;
-         return convert_field(*table, conversion).error;
+         return convert_field(*table, conversion).failure.error();
        }},
       {"search key",
        [&] {
@@ -165,7 +165,7 @@ TEST_F(BackgroundReaderTest, WhatCannotBeUndoneStopsItToo) {
 
 TEST_F(BackgroundReaderTest, ReadingAndRefusedChangesLetItRun) {
   EXPECT_EQ(table->set_value(9, 0, std::string("after")), ErrorCode::kInvalidCacheIndex);
-  EXPECT_EQ(table->check_value(1, 0, std::string("after")), ErrorCode::kOk);
+  EXPECT_EQ(table->validate_value(1, 0, std::string("after")), ErrorCode::kOk);
   EXPECT_EQ(database.rename_table(*table, "other"), ErrorCode::kNameNotUnique);
   EXPECT_FALSE(database.redo());
   const CWorkSheet copy("copy", table->data());
