@@ -1,13 +1,14 @@
 #include "file/config_dat.h"
 
-#include <algorithm>
 #include <unordered_map>
-#include <unordered_set>
 
 #include "core/database/names.h"
-#include "core/utf8.h"
-#include "platform/characters.h"
-#include "zip/byte_stream.h"
+#include "file/config_items.h"
+#include "file/objects/arrangement_block.h"
+#include "file/objects/drop_down_lists_block.h"
+#include "file/objects/kept_objects.h"
+#include "file/objects/record_flag_types_block.h"
+#include "file/objects/search_keys_block.h"
 
 namespace rowvane {
 namespace {
@@ -18,6 +19,7 @@ constexpr uint8_t kHiddenBit = 0x04;
 constexpr uint16_t kLayoutWithoutProtection = 1;
 constexpr uint16_t kLayoutWithoutSearchKeys = 2;
 constexpr uint16_t kLayoutWithoutArrangement = 3;
+constexpr uint16_t kLayoutWithoutBlocks = 4;  // the kinds of objects there were stood in a row
 
 // The protection in one byte: 0 for none, otherwise the cipher's number and a bit.
 constexpr uint8_t kFirstCipher = 1;
@@ -25,11 +27,8 @@ constexpr uint8_t kReadOnlyOpenBit = 0x80;
 constexpr uint8_t kCiphers = 2;
 
 // Smallest sizes of stored items: guards against counts that no file can hold.
-constexpr size_t kTextBytes = 4;
 constexpr size_t kFieldBytes = 30;
 constexpr size_t kFlagRunBytes = 6;
-constexpr size_t kSearchKeyBytes = 8;
-constexpr size_t kSearchExpressionBytes = 6;
 constexpr size_t kFolderBytes = 8;
 constexpr size_t kTableBytes = 20;
 
@@ -59,11 +58,6 @@ std::optional<StoredProtection> get_protection(ItemReader& in, bool& valid) {
   const auto number = static_cast<uint8_t>((byte & ~kReadOnlyOpenBit) - kFirstCipher);
   valid = valid && number < kCiphers;
   return StoredProtection{static_cast<CipherAlgorithm>(number), (byte & kReadOnlyOpenBit) != 0};
-}
-
-std::string get_utf8(ItemReader& in) {
-  std::string text = in.get_text();
-  return is_valid_utf8(text) ? text : repair_utf8(text);
 }
 
 Field get_field(ItemReader& in, bool& valid) {
@@ -96,18 +90,6 @@ std::vector<FlagRun> flag_runs(const TableData& data) {
   return runs;
 }
 
-void put_search_keys(const std::vector<SearchKey>& keys, ItemWriter& out) {
-  out.put_u32(static_cast<uint32_t>(keys.size()));
-  for (const SearchKey& key : keys) {
-    out.put_text(key.name);
-    out.put_u32(static_cast<uint32_t>(key.expressions.size()));
-    for (const SearchExpression& expression : key.expressions) {
-      out.put_u16(expression.field);
-      out.put_text(expression.criterion);
-    }
-  }
-}
-
 void put_table(const StoredTable& table, ItemWriter& out) {
   out.put_text(table.name);
   out.put_u32(table.folder);
@@ -119,43 +101,7 @@ void put_table(const StoredTable& table, ItemWriter& out) {
     out.put_u32(run.records);
     out.put_u16(run.flags);
   }
-  put_search_keys(table.search_keys, out);
-  out.put_u16(static_cast<uint16_t>(table.arrangement.lines));
-  out.put_u16(table.arrangement.frozen_fields);
-  out.put_u32(table.arrangement.frozen_records);
-}
-
-template <typename Named>
-bool has_unique_names(const std::vector<Named>& all) {
-  std::unordered_set<std::string> names;
-  return std::all_of(all.begin(), all.end(), [&names](const Named& one) {
-    return names.insert(platform::fold_case(one.name)).second;
-  });
-}
-
-std::vector<SearchKey> get_search_keys(ItemReader& in, size_t fields, bool& valid) {
-  std::vector<SearchKey> keys;
-  const uint32_t count = in.get_count(kSearchKeyBytes);
-  for (uint32_t i = 0; i < count && valid && !in.failed(); ++i) {
-    SearchKey& key = keys.emplace_back(SearchKey{in.get_text(), {}});
-    const uint32_t expressions = in.get_count(kSearchExpressionBytes);
-    for (uint32_t k = 0; k < expressions && !in.failed(); ++k) {
-      const uint16_t field = in.get_u16();
-      key.expressions.push_back({field, in.get_text()});
-    }
-    valid = is_valid_search_key_name(key.name) && are_valid_expressions(key.expressions, fields);
-  }
-  valid = valid && has_unique_names(keys);
-  return keys;
-}
-
-GridArrangement get_arrangement(ItemReader& in, bool& valid) {
-  GridArrangement arrangement;
-  arrangement.lines = in.get_u16();
-  arrangement.frozen_fields = in.get_u16();
-  arrangement.frozen_records = in.get_u32();
-  valid = valid && arrangement.lines >= 1 && arrangement.lines <= kMaxRecordLines;
-  return arrangement;
+  write_objects(table.objects, table.later_objects, out);
 }
 
 // FLAGS without the number of a type that is no more.
@@ -170,6 +116,13 @@ struct TableContext {
   size_t folders;
   size_t flag_types;
 };
+
+bool get_table_objects(ItemReader& in, uint16_t layout, StoredTable& table) {
+  const size_t fields = table.fields.size();
+  if (layout > kLayoutWithoutBlocks) return read_objects(in, fields, table.objects, table.later_objects);
+  return (layout <= kLayoutWithoutSearchKeys || read_search_keys(in, fields, table.objects)) &&
+         (layout <= kLayoutWithoutArrangement || read_arrangement(in, fields, table.objects));
+}
 
 StoredTable get_table(ItemReader& in, const TableContext& context, bool& valid) {
   StoredTable table;
@@ -188,40 +141,20 @@ StoredTable get_table(ItemReader& in, const TableContext& context, bool& valid) 
   }
   valid = valid && is_valid_table_name(table.name) && table.folder <= context.folders &&
           (runs == 0 || flagged == table.record_count) && has_unique_names(table.fields);
-  if (context.layout > kLayoutWithoutSearchKeys) table.search_keys = get_search_keys(in, fields, valid);
-  if (context.layout > kLayoutWithoutArrangement) table.arrangement = get_arrangement(in, valid);
+  valid = valid && get_table_objects(in, context.layout, table);
   return table;
 }
 
-void put_settings(const DatabaseSettings& settings, ItemWriter& out) {
-  out.put_u32(static_cast<uint32_t>(settings.record_flag_types.size()));
-  for (const RecordFlagType& type : settings.record_flag_types) {
-    out.put_text(type.name);
-    out.put_u32(type.color);
+// What stands between the database's name and its folders.
+bool get_database_objects(ItemReader& in, uint16_t layout, DatabaseConfig& config) {
+  bool valid = true;
+  if (layout > kLayoutWithoutBlocks) {
+    config.protection = get_protection(in, valid);
+    return valid && read_objects(in, config.settings, config.later_objects);
   }
-  out.put_u32(static_cast<uint32_t>(settings.drop_down_lists.size()));
-  for (const DropDownList& list : settings.drop_down_lists) {
-    out.put_text(list.name);
-    out.put_u32(static_cast<uint32_t>(list.items.size()));
-    for (const std::string& item : list.items) out.put_text(item);
-  }
-}
-
-DatabaseSettings get_settings(ItemReader& in) {
-  DatabaseSettings settings;
-  const uint32_t types = in.get_count(2 * kTextBytes);
-  for (uint32_t i = 0; i < types && !in.failed(); ++i) {
-    std::string name = get_utf8(in);
-    settings.record_flag_types.push_back({std::move(name), in.get_u32()});
-  }
-  const uint32_t lists = in.get_count(2 * kTextBytes);
-  for (uint32_t i = 0; i < lists && !in.failed(); ++i) {
-    DropDownList list{get_utf8(in), {}};
-    const uint32_t items = in.get_count(kTextBytes);
-    for (uint32_t k = 0; k < items && !in.failed(); ++k) list.items.push_back(get_utf8(in));
-    settings.drop_down_lists.push_back(std::move(list));
-  }
-  return settings;
+  valid = read_record_flag_types(in, config.settings) && read_drop_down_lists(in, config.settings);
+  if (layout > kLayoutWithoutProtection) config.protection = get_protection(in, valid);
+  return valid;
 }
 
 // Folders in the order in which a parent stands before what is in it.
@@ -239,6 +172,7 @@ DatabaseConfig config_of(const Database& database, const std::vector<CWorkSheet*
   DatabaseConfig config;
   config.database_name = database_name;
   config.settings = database.settings();
+  config.later_objects = kept_later_objects(database);
   std::vector<const Folder*> folders;
   collect_folders(database.root(), folders);
   std::unordered_map<const Folder*, uint32_t> numbers = {{&database.root(), 0}};
@@ -248,8 +182,8 @@ DatabaseConfig config_of(const Database& database, const std::vector<CWorkSheet*
   }
   for (const CWorkSheet* table : tables) {
     config.tables.push_back({table->name(), numbers.at(table->folder()), table->record_count(),
-                             table->data().fields, flag_runs(table->data()), table->search_keys(),
-                             table->arrangement()});
+                             table->data().fields, flag_runs(table->data()), table->data().objects,
+                             kept_later_objects(*table)});
   }
   return config;
 }
@@ -258,8 +192,8 @@ std::string write_config(const DatabaseConfig& config) {
   ItemWriter out;
   out.put_u16(kConfigLayout);
   out.put_text(config.database_name);
-  put_settings(config.settings, out);
   put_protection(config.protection, out);
+  write_objects(config.settings, config.later_objects, out);
   out.put_u32(static_cast<uint32_t>(config.folders.size()));
   for (const StoredFolder& folder : config.folders) {
     out.put_u32(folder.parent);
@@ -275,10 +209,8 @@ ErrorCode read_config(std::string_view bytes, DatabaseConfig& config) {
   config = {};
   const uint16_t layout = in.get_u16();
   if (layout > kConfigLayout) return ErrorCode::kNewerVersion;
-  bool valid = layout >= kLayoutWithoutProtection;
   config.database_name = in.get_text();
-  config.settings = get_settings(in);
-  if (layout > kLayoutWithoutProtection) config.protection = get_protection(in, valid);
+  bool valid = layout >= kLayoutWithoutProtection && get_database_objects(in, layout, config);
   const uint32_t folders = in.get_count(kFolderBytes);
   for (uint32_t i = 0; i < folders && valid && !in.failed(); ++i) {
     const uint32_t parent = in.get_u32();

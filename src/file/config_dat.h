@@ -13,7 +13,7 @@
 
 namespace rowvane {
 
-inline constexpr uint16_t kConfigLayout = 4;
+inline constexpr uint16_t kConfigLayout = 5;
 inline constexpr size_t kMaxConfigBytes = size_t{1} << 30;  // what a reader takes
 
 // A number of records in a row with equal flag words.
@@ -28,8 +28,8 @@ struct StoredTable {
   uint32_t record_count = 0;
   std::vector<Field> fields;
   std::vector<FlagRun> flag_runs;  // empty: all flags are 0
-  std::vector<SearchKey> search_keys = {};
-  GridArrangement arrangement = {};
+  TableObjects objects = {};
+  std::vector<LaterObjects> later_objects = {};
 };
 
 struct StoredFolder {
@@ -46,6 +46,7 @@ struct StoredProtection {
 struct DatabaseConfig {
   std::string database_name;  // under which the long texts and files are stored
   DatabaseSettings settings;
+  std::vector<LaterObjects> later_objects;
   std::optional<StoredProtection> protection;
   std::vector<StoredFolder> folders;
   std::vector<StoredTable> tables;

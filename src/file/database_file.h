@@ -93,6 +93,7 @@ class DatabaseFile {
   ZipVariant variant_ = ZipVariant::kZip64;
   std::map<const CWorkSheet*, SavedTable> saved_;
   std::vector<std::string> unused_;
+  std::string told_left_out_;  // with what the last save left out objects of a later version
 };
 
 // Notices: 123 to 125, 198 (a ZIP32 file), errors 12, 73, 128 and 131, and of new tables.

@@ -175,6 +175,7 @@ ErrorCode DatabaseOpener::build_folders() {
   database.set_file(path_, FileFormat::kNative);
   take_protection();
   if (database.change_settings(config_.settings) != ErrorCode::kOk) return ErrorCode::kInvalidBinaryFormat;
+  database.set_later_objects(config_.later_objects);
   folders_.push_back(&database.root());
   for (const StoredFolder& stored : config_.folders) {
     Folder* folder = nullptr;

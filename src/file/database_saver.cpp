@@ -16,6 +16,7 @@
 #include "file/config_dat.h"
 #include "file/member_blocks.h"
 #include "file/member_names.h"
+#include "file/objects/kept_objects.h"
 #include "platform/paths.h"
 #include "platform/pipe.h"
 #include "zip/save_time.h"
@@ -122,6 +123,7 @@ Outcome DatabaseSaver::run(const std::string& path) {
     outcome.cancelled = writer_.cancelled();
     if (near || writer_.size_limit_reached()) outcome.note(MessageId::kFileNearLimit);
     if (left_out_) outcome.note(ErrorCode::kBinaryFieldsCorrupted);
+    if (error == ErrorCode::kOk) tell_left_out_objects(outcome);
     if (error == ErrorCode::kOk && !settings_.as_copy) adopt(path);
   } catch (const std::bad_alloc&) {
     outcome.failure = ErrorCode::kOutOfMemory;
@@ -154,6 +156,23 @@ ErrorCode DatabaseSaver::write_all(const std::string& path) {
   if (error == ErrorCode::kOk && !settings_.drop_unused) error = write_unused(database_name);
   if (error == ErrorCode::kOk) error = write_manifest_member();
   return error;
+}
+
+// What later versions keep with the database and its tables, but this file does not. The next save does not
+// tell the same again.
+void DatabaseSaver::tell_left_out_objects(Outcome& outcome) {
+  std::vector<std::string> names;
+  if (kept_later_objects(database_).size() < database_.later_objects().size())
+    names.push_back(database_.name());
+  for (const CWorkSheet* table : tables_) {
+    if (kept_later_objects(*table).size() < table->data().later_objects.kinds.size())
+      names.push_back(table->path());
+  }
+  std::string list;
+  for (const std::string& name : names) list += (list.empty() ? "" : ", ") + name;
+  if (!list.empty() && list != file_.told_left_out_)
+    outcome.note(fill_inserts(texts::kLaterObjectsLeftOut, {std::string_view(list)}));
+  if (!settings_.as_copy) file_.told_left_out_ = std::move(list);
 }
 
 void DatabaseSaver::note_member(const std::string& name, bool deflated,

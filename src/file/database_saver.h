@@ -33,6 +33,7 @@ class DatabaseSaver {
   ErrorCode start_encryptor(std::optional<MemberEncryptor>& encryptor);
   ErrorCode copy_member(const ZipReader& archive, const ZipMember& member, const std::string& name);
   ErrorCode leave_out_if_damaged(ErrorCode error);
+  void tell_left_out_objects(Outcome& outcome);
   ErrorCode write_unused(const std::string& database_name);
   ErrorCode write_unused_member(const ZipMember& member);
   ErrorCode write_manifest_member();

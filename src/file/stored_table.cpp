@@ -48,8 +48,9 @@ TableData assemble_table(const StoredTable& stored, TableData loaded,
   data.record_count = loaded.record_count;
   data.fields = stored.fields;
   data.flags = stored_flags(stored, loaded.record_count);
-  data.search_keys = stored.search_keys;
-  data.arrangement = stored.arrangement;
+  data.objects = stored.objects;
+  data.later_objects.kinds = stored.later_objects;
+  data.later_objects.set_fields(stored.fields, {});
   size_t next = 0;
   for (size_t i = 0; i < stored.fields.size(); ++i) {
     const FieldType type = stored.fields[i].type;

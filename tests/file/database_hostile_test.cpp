@@ -1,6 +1,7 @@
 // Damaged and forged database files: an error or the right content, whatever the bytes.
 #include "database_test_support.h"
 #include "file/config_dat.h"
+#include "zip/byte_stream.h"
 
 namespace rowvane {
 namespace {
@@ -150,7 +151,11 @@ DatabaseConfig small_config() {
   field.encryption = "header";
   config.protection = StoredProtection{CipherAlgorithm::kTwofishCfb, true};
   config.tables = {{"t", 2, 3, {field, make_field("b")}, {{1, 4096}, {2, 0}}, {}}};
-  config.tables[0].search_keys = {{"key", {{0, "d:1"}, {1, "c:x"}}}, {"no field", {}}};
+  config.tables[0].objects.search_keys = {{"key", {{0, "d:1"}, {1, "c:x"}}}, {"no field", {}}};
+  config.tables[0].objects.arrangement = {2, 1, 0};
+  const auto later = std::make_shared<const std::string>("later");
+  config.tables[0].later_objects = {{3, 1, later}, {9, 2, later}};
+  config.later_objects = {{9, 1, later}};
   return config;
 }
 
@@ -215,7 +220,7 @@ TEST(ConfigDamage, RulesAreChecked) {
 TEST(ConfigDamage, SearchKeysAreChecked) {
   const auto error_with = [](std::vector<SearchKey> keys) {
     DatabaseConfig config = small_config();
-    config.tables[0].search_keys = std::move(keys);
+    config.tables[0].objects.search_keys = std::move(keys);
     DatabaseConfig read;
     return read_config(write_config(config), read);
   };
@@ -238,31 +243,135 @@ TEST(ConfigDamage, SearchKeysAreChecked) {
   EXPECT_EQ(error_with({{"Key", {}}, {"kEY", {}}}), invalid) << "equal names";
 }
 
-// Files of older layouts still open: made of the present bytes without what they did not have.
+std::string block(uint16_t kind, uint16_t version, std::string_view bytes) {
+  ItemWriter out;
+  out.put_u16(kind);
+  out.put_u16(version);
+  out.put_text(bytes);
+  return out.bytes();
+}
+
+TEST(ConfigDamage, BlocksOfObjectsAreChecked) {
+  DatabaseConfig bare = small_config();
+  bare.tables[0].objects = {};
+  bare.tables[0].later_objects.clear();
+  std::string before = write_config(bare);
+  before.resize(before.size() - 4);  // the count of the table's blocks
+  const auto error_with = [&before](char count, const std::string& blocks) {
+    DatabaseConfig read;
+    return read_config(before + count + std::string(3, '\0') + blocks, read);
+  };
+  const ErrorCode invalid = ErrorCode::kInvalidBinaryFormat;
+  const std::string keys = block(1, 1, std::string(4, '\0'));
+  const std::string shown = block(2, 1, std::string("\2\0\0\0\0\0\0\0", 8));
+  const std::string unknown = block(7, 3, "later");
+  EXPECT_EQ(error_with(3, keys + shown + unknown), ErrorCode::kOk);
+  EXPECT_EQ(error_with(3, keys + block(2, 2, "other version") + unknown), ErrorCode::kOk);
+  EXPECT_EQ(error_with(1, block(65535, 65535, "")), ErrorCode::kOk);
+
+  EXPECT_EQ(error_with(2, shown + keys), invalid) << "not in order";
+  EXPECT_EQ(error_with(2, unknown + shown), invalid) << "a later kind before a known one";
+  EXPECT_EQ(error_with(2, shown + shown), invalid) << "twice";
+  EXPECT_EQ(error_with(2, unknown + unknown), invalid) << "a later kind twice";
+  EXPECT_EQ(error_with(2, keys + block(1, 2, "")), invalid) << "two versions";
+  EXPECT_EQ(error_with(1, block(0, 1, "")), invalid) << "no kind";
+  EXPECT_EQ(error_with(1, block(7, 0, "")), invalid) << "no version";
+  EXPECT_EQ(error_with(1, block(1, 1, "")), invalid) << "nothing in it";
+  EXPECT_EQ(error_with(1, block(2, 1, std::string("\2\0\0\0\0\0\0", 7))), invalid) << "too short";
+  EXPECT_EQ(error_with(1, block(2, 1, std::string("\2\0\0\0\0\0\0\0\0", 9))), invalid) << "too long";
+  EXPECT_EQ(error_with(1, block(2, 1, std::string(8, '\0'))), invalid) << "no lines";
+  EXPECT_EQ(error_with(1, block(2, 1, std::string("\x15\0\0\0\0\0\0\0", 8))), invalid) << "21 lines";
+  EXPECT_EQ(error_with(2, unknown), invalid) << "one is missing";
+  EXPECT_EQ(error_with(1, keys + unknown), invalid) << "one too many";
+  EXPECT_EQ(error_with(1, unknown.substr(0, unknown.size() - 1)), invalid) << "cut";
+  EXPECT_EQ(error_with(1, std::string("\7\0\1\0\xFF\xFF\xFF\xFF", 8)), invalid) << "longer than the file";
+  EXPECT_EQ(error_with('\xFF', unknown), invalid) << "more than the rest can hold";
+}
+
+// A configuration as programs of older layouts wrote it.
+std::string older_config(uint16_t layout) {
+  ItemWriter out;
+  const auto put_texts = [&out](std::initializer_list<std::string_view> texts) {
+    for (const std::string_view text : texts) out.put_text(text);
+  };
+  out.put_u16(layout);
+  out.put_text("db");
+  out.put_u32(1);  // record flag types
+  out.put_text("type");
+  out.put_u32(7);
+  out.put_u32(1);  // drop-down lists
+  out.put_text("list");
+  out.put_u32(2);
+  put_texts({"a", ""});
+  if (layout > 1) out.put_u8(0x82);
+  out.put_u32(1);  // folders
+  out.put_u32(0);
+  out.put_text("f");
+  out.put_u32(2);  // tables
+  for (const std::string_view name : {"t", "u"}) {
+    out.put_text(name);
+    out.put_u32(1);
+    out.put_u32(3);
+    out.put_u32(1);  // fields
+    out.put_text("field");
+    out.put_u8(2);
+    out.put_u8(4);
+    put_texts({"1+1", "", "", "list", "0.00"});
+    out.put_u16(80);
+    out.put_u16(0);
+    out.put_u32(2);  // runs of flags
+    out.put_u32(1);
+    out.put_u16(4096);
+    out.put_u32(2);
+    out.put_u16(0);
+    if (layout > 2) {
+      out.put_u32(1);  // search keys
+      out.put_text("key");
+      out.put_u32(1);
+      out.put_u16(0);
+      out.put_text("d:1");
+    }
+    if (layout > 3) {
+      out.put_u16(5);  // lines
+      out.put_u16(1);
+      out.put_u32(2);
+    }
+  }
+  return out.bytes();
+}
+
 TEST(ConfigDamage, OlderLayoutsAreRead) {
-  DatabaseConfig config = small_config();
-  config.protection.reset();
-  config.tables[0].search_keys.clear();
-  std::string bytes = write_config(config);
-  bytes.resize(bytes.size() - 8);  // lines and what is frozen
-  bytes[0] = 3;
+  Field field = make_field("field", FieldType::kNumber);
+  field.hidden = true;
+  field.formula = "1+1";
+  field.drop_down_list = "list";
+  field.format = "0.00";
+  field.width = 80;
+  DatabaseConfig expected;
+  expected.database_name = "db";
+  expected.settings = {{{"list", {"a", ""}}}, {{"type", 7}}};
+  expected.folders = {{"f", 0}};
+  for (const char* name : {"t", "u"}) expected.tables.push_back({name, 1, 3, {field}, {{1, 4096}, {2, 0}}});
+  for (uint16_t layout = 1; layout <= 4; ++layout) {
+    if (layout == 2) expected.protection = StoredProtection{CipherAlgorithm::kTwofishCfb, true};
+    for (StoredTable& table : expected.tables) {
+      if (layout == 3) table.objects.search_keys = {{"key", {{0, "d:1"}}}};
+      if (layout == 4) table.objects.arrangement = {5, 1, 2};
+    }
+    const std::string bytes = older_config(layout);
+    DatabaseConfig read;
+    ASSERT_EQ(read_config(bytes, read), ErrorCode::kOk) << layout;
+    EXPECT_EQ(write_config(read), write_config(expected)) << layout;
+    EXPECT_EQ(read_config(bytes + '\0', read), ErrorCode::kInvalidBinaryFormat) << layout;
+    for (size_t size = 0; size < bytes.size(); ++size)
+      EXPECT_EQ(read_config(bytes.substr(0, size), read), ErrorCode::kInvalidBinaryFormat)
+          << layout << " " << size;
+  }
   DatabaseConfig read;
-  ASSERT_EQ(read_config(bytes, read), ErrorCode::kOk);
-  EXPECT_EQ(write_config(read), write_config(config));
-  bytes.resize(bytes.size() - 4);  // the count of the search keys
-  bytes[0] = 2;
-  ASSERT_EQ(read_config(bytes, read), ErrorCode::kOk);
-  EXPECT_EQ(write_config(read), write_config(config));
-  DatabaseConfig folders = config;
-  folders.tables.clear();
-  folders.folders.clear();
-  std::string oldest = write_config(folders);
-  oldest.erase(oldest.size() - 9, 1);  // the protection, before two counts
-  oldest[0] = 1;
-  ASSERT_EQ(read_config(oldest, read), ErrorCode::kOk);
-  EXPECT_EQ(write_config(read), write_config(folders));
-  bytes[0] = 5;
-  EXPECT_EQ(read_config(bytes, read), ErrorCode::kNewerVersion);
+  EXPECT_EQ(read_config(older_config(0), read), ErrorCode::kInvalidBinaryFormat);
+  std::string newer = write_config(expected);
+  newer[0] = static_cast<char>(newer[0] + 1);
+  EXPECT_EQ(read_config(newer, read), ErrorCode::kNewerVersion);
 }
 
 TEST(ConfigDamage, DoubtfulTextsAreRepaired) {

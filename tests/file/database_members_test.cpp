@@ -224,7 +224,7 @@ TEST(DatabaseVersion, NewerFilesAreRefused) {
   EXPECT_EQ(opened_with("min-version.txt", "0001"), ErrorCode::kOk);
   EXPECT_EQ(opened_with("min-version.txt", "x"), ErrorCode::kInvalidBinaryFormat);
   EXPECT_EQ(opened_with("min-version.txt", ""), ErrorCode::kInvalidBinaryFormat);
-  EXPECT_EQ(opened_with("config.dat", "\x05" + std::string(30, '\0')), ErrorCode::kNewerVersion);
+  EXPECT_EQ(opened_with("config.dat", "\x06" + std::string(30, '\0')), ErrorCode::kNewerVersion);
   EXPECT_EQ(opened_with("config.dat", std::string(2, '\0')), ErrorCode::kInvalidBinaryFormat);
 }
 

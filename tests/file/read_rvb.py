@@ -47,14 +47,68 @@ def read_field(items):
     return field
 
 
+def read_flag_types(items, config):
+    config["flag types"] = items.many(lambda: (items.text(), items.number(4)))
+
+
+def read_lists(items, config):
+    config["lists"] = items.many(lambda: (items.text(), items.many(items.text)))
+
+
+def read_keys(items, table):
+    table["keys"] = items.many(
+        lambda: (items.text(), items.many(lambda: (items.number(2), items.text()))))
+
+
+def read_arrangement(items, table):
+    table["lines"], table["frozen"] = items.number(2), (items.number(2), items.number(4))
+
+
+def read_blocks(items, kinds, owner):
+    """Kinds and versions that are not known are stepped over."""
+    last = 0
+    for _ in range(items.number(4)):
+        kind, version, size = items.number(2), items.number(2), items.number(4)
+        if kind <= last or version == 0 or items.at + size > len(items.data):
+            raise ValueError("block of kind %d" % kind)
+        last = kind
+        if version == 1 and kind in kinds:
+            block = Items(items.data[items.at:items.at + size])
+            kinds[kind](block, owner)
+            if block.at != size:
+                raise ValueError("surplus bytes in the block of kind %d" % kind)
+        items.at += size
+
+
+def read_database_objects(items, layout, config):
+    config.update({"flag types": [], "lists": []})
+    if layout == 5:
+        items.number(1)  # the protection
+        read_blocks(items, {1: read_flag_types, 2: read_lists}, config)
+        return
+    read_flag_types(items, config)
+    read_lists(items, config)
+    if layout > 1:
+        items.number(1)
+
+
+def read_table_objects(items, layout, table):
+    table.update({"keys": [], "lines": 1, "frozen": (0, 0)})
+    if layout == 5:
+        read_blocks(items, {1: read_keys, 2: read_arrangement}, table)
+    if layout in (3, 4):
+        read_keys(items, table)
+    if layout == 4:
+        read_arrangement(items, table)
+
+
 def read_config(data):
     items = Items(data)
-    if items.number(2) != 4:
+    layout = items.number(2)
+    if not 1 <= layout <= 5:
         raise ValueError("unknown layout")
     config = {"name": items.text()}
-    config["flag types"] = items.many(lambda: (items.text(), items.number(4)))
-    config["lists"] = items.many(lambda: (items.text(), items.many(items.text)))
-    items.number(1)  # the protection
+    read_database_objects(items, layout, config)
     folders = [""]
     for _ in range(items.number(4)):
         parent = folders[items.number(4)]
@@ -65,9 +119,7 @@ def read_config(data):
         table = {"name": name, "path": folders[items.number(4)] + name, "records": items.number(4)}
         table["fields"] = items.many(lambda: read_field(items))
         table["runs"] = items.many(lambda: (items.number(4), items.number(2)))
-        table["keys"] = items.many(
-            lambda: (items.text(), items.many(lambda: (items.number(2), items.text()))))
-        table["lines"], table["frozen"] = items.number(2), (items.number(2), items.number(4))
+        read_table_objects(items, layout, table)
         config["tables"].append(table)
     if items.at != len(data):
         raise ValueError("surplus bytes in the configuration")

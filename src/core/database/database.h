@@ -117,6 +117,11 @@ class Database {
   // here.
   ErrorCode change_settings(DatabaseSettings settings);
 
+  // What a later version keeps with the database, whatever becomes of its tables. Not a change: files have
+  // it.
+  const std::vector<LaterObjects>& later_objects() const { return later_objects_; }
+  void set_later_objects(std::vector<LaterObjects> objects) { later_objects_ = std::move(objects); }
+
   const FieldHooks* hooks() const { return hooks_; }
   void set_hooks(const FieldHooks* hooks) { hooks_ = hooks; }  // not owned
 
@@ -165,6 +170,7 @@ class Database {
   uint32_t max_records_;
   Folder root_;
   DatabaseSettings settings_;
+  std::vector<LaterObjects> later_objects_;
   const FieldHooks* hooks_ = nullptr;
   std::vector<DatabaseObserver*> observers_;
   std::vector<BackgroundReader*> readers_;

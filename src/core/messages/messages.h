@@ -85,6 +85,10 @@ inline constexpr std::string_view kZip32Limits =
     "party\nzip archivers may use their own zip64 format variants\nso if for any reasons you need to edit "
     "such files without\nRowvane you should make sure the data exchange is possible.\n\nContinue?";
 
+inline constexpr std::string_view kLaterObjectsLeftOut =  // %1!s!: tables, or the database
+    "A newer Rowvane version keeps more with the following than this version can adapt to your changes. The "
+    "file was saved without it: %1!s!";
+
 inline constexpr std::string_view kInvalidFormula = "  Invalid formula!  ";
 inline constexpr std::string_view kAutomaticUpdateMode =
     "This will switch to the automatic update mode for calculated fields.\n\nContinue?";

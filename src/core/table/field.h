@@ -33,6 +33,9 @@ inline constexpr uint16_t kDefaultColumnWidth = 100;
 inline constexpr uint16_t kLeastColumnWidth = 10;
 inline constexpr uint16_t kMostColumnWidth = 5000;
 
+// Tells a field from all others for as long as the program runs, whatever becomes of its name and its place.
+using FieldId = uint64_t;
+
 struct Field {
   std::string name;
   FieldType type = FieldType::kText;

@@ -68,10 +68,10 @@ void FieldPresenceChange::swap_state(TableData& data) {
     data.fields.insert(data.fields.begin() + place, std::move(field_));
     data.field_ids.insert(data.field_ids.begin() + place, id_);
     data.columns.insert(data.columns.begin() + place, std::move(column_));
-    if (keys_) {
-      data.search_keys = std::move(*keys_);
+    if (objects_) {
+      data.objects = std::move(*objects_);
     } else {
-      insert_field_into(data.search_keys, index_);
+      data.objects.insert_field(index_);
     }
   } else {
     field_ = std::move(data.fields[index_]);
@@ -80,8 +80,8 @@ void FieldPresenceChange::swap_state(TableData& data) {
     data.fields.erase(data.fields.begin() + place);
     data.field_ids.erase(data.field_ids.begin() + place);
     data.columns.erase(data.columns.begin() + place);
-    keys_ = data.search_keys;
-    erase_field_from(data.search_keys, index_);
+    objects_ = data.objects;
+    data.objects.erase_field(index_);
   }
   absent_ = !absent_;
 }
@@ -90,7 +90,7 @@ void FieldMoveChange::swap_state(TableData& data) {
   move_element(data.fields, from_, to_);
   move_element(data.field_ids, from_, to_);
   move_element(data.columns, from_, to_);
-  move_field_within(data.search_keys, from_, to_);
+  data.objects.move_field(from_, to_);
   std::swap(from_, to_);
 }
 

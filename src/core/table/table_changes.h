@@ -66,8 +66,7 @@ class FieldPresenceChange final : public TableChange {
   Field field_;
   FieldId id_ = 0;
   Column column_;
-  std::optional<std::vector<SearchKey>>
-      keys_;  // of the table with the field; nothing before it was ever there
+  std::optional<TableObjects> objects_;  // of the table with the field; nothing before it was ever there
 };
 
 class FieldMoveChange final : public TableChange {
@@ -105,7 +104,7 @@ class SearchKeysChange final : public TableChange {
       : TableChange(table), keys_(std::move(keys)) {}
 
  private:
-  void swap_state(TableData& data) override { std::swap(data.search_keys, keys_); }
+  void swap_state(TableData& data) override { std::swap(data.objects.search_keys, keys_); }
 
   std::vector<SearchKey> keys_;
 };
@@ -117,7 +116,7 @@ class ArrangementChange final : public TableChange {
       : TableChange(table), arrangement_(arrangement) {}
 
  private:
-  void swap_state(TableData& data) override { std::swap(data.arrangement, arrangement_); }
+  void swap_state(TableData& data) override { std::swap(data.objects.arrangement, arrangement_); }
 
   GridArrangement arrangement_;
 };

@@ -1,4 +1,4 @@
-// What a table holds: its fields, one column each, a flag word a record, its search keys, how it is shown.
+// What a table holds: its fields, one column each, a flag word a record, the objects that are kept with it.
 #pragma once
 
 #include <cstdint>
@@ -6,7 +6,7 @@
 
 #include "core/limits.h"
 #include "core/table/field.h"
-#include "core/table/search_key.h"
+#include "core/table/table_objects.h"
 
 namespace rowvane {
 
@@ -20,26 +20,14 @@ inline constexpr int kFlagTypeShift = 12;
 // Bytes that one field takes of the record size, whatever its type: its slot in the record.
 inline constexpr size_t kRecordSlotBytes = 4;
 
-// Tells a field from all others for as long as the program runs, whatever becomes of its name and its place.
-using FieldId = uint64_t;
-
-// How a grid shows the table, beside what the fields say of themselves.
-struct GridArrangement {
-  int lines = 1;                // of text in each record, 1 to kMaxRecordLines
-  uint16_t frozen_fields = 0;   // of the shown ones, from the first
-  uint32_t frozen_records = 0;  // of the shown ones, from the first
-  bool operator==(const GridArrangement&) const = default;
-};
-
 struct TableData {
   std::vector<Field> fields;
   std::vector<Column> columns;  // one for each field, all of record_count cells
   uint32_t record_count = 0;
   PlainVector<RecordFlags> flags;  // empty until a record gets a flag, then record_count words
   std::vector<FieldId> field_ids;  // one for each field; the table that takes the data gives new ones
-  std::vector<SearchKey>
-      search_keys;  // in the order in which they were added; names differ in more than letter case
-  GridArrangement arrangement;
+  TableObjects objects;
+  LaterTableObjects later_objects;
 };
 
 // Bytes of one record's in-record fields; at most kMaxRecordBytes.

@@ -73,7 +73,14 @@ std::string number_cell_text(double number, const NumberSeparators& separators) 
 
 CWorkSheet::CWorkSheet(std::string name, TableData data)
     : name_(std::move(name)), data_(std::move(data)), revision_(next_revision()) {
-  data_.field_ids = new_field_ids(data_.fields.size());
+  std::vector<FieldId> ids = new_field_ids(data_.fields.size());
+  LaterTableObjects& later = data_.later_objects;
+  if (later.are_valid(data_.fields, data_.field_ids)) {
+    later.set_fields(data_.fields, ids);
+  } else if (!data_.field_ids.empty()) {
+    later.kinds.clear();  // they stay with the table that DATA is copied from, where undo finds them
+  }
+  data_.field_ids = std::move(ids);
 }
 
 CWorkSheet::CWorkSheet(std::string name, std::vector<Field> fields)
@@ -358,7 +365,7 @@ ErrorCode CWorkSheet::set_flag_type(std::span<const uint32_t> positions, int typ
 }
 
 std::optional<size_t> CWorkSheet::find_search_key(std::string_view name) const {
-  const auto& keys = data_.search_keys;
+  const auto& keys = data_.objects.search_keys;
   const auto found =
       std::ranges::find_if(keys, [name](const SearchKey& key) { return same_name(key.name, name); });
   return found == keys.end() ? std::nullopt : std::optional(static_cast<size_t>(found - keys.begin()));
@@ -371,45 +378,46 @@ ErrorCode CWorkSheet::validate_search_key_name(std::string_view name, std::optio
 }
 
 void CWorkSheet::replace_search_keys(std::vector<SearchKey> keys) {
-  if (keys != data_.search_keys) apply(std::make_unique<SearchKeysChange>(*this, std::move(keys)));
+  if (keys != data_.objects.search_keys) apply(std::make_unique<SearchKeysChange>(*this, std::move(keys)));
 }
 
 void CWorkSheet::change_arrangement(GridArrangement arrangement) {
   arrangement.lines = std::clamp(arrangement.lines, 1, kMaxRecordLines);
-  if (arrangement != data_.arrangement) apply(std::make_unique<ArrangementChange>(*this, arrangement));
+  if (arrangement != data_.objects.arrangement)
+    apply(std::make_unique<ArrangementChange>(*this, arrangement));
 }
 
 ErrorCode CWorkSheet::add_search_key(SearchKey key) {
   if (const auto error = validate_search_key_name(key.name, std::nullopt); error != ErrorCode::kOk)
     return error;
   if (!are_valid_expressions(key.expressions, field_count())) return ErrorCode::kFieldTypeMismatch;
-  std::vector<SearchKey> keys = data_.search_keys;
+  std::vector<SearchKey> keys = data_.objects.search_keys;
   keys.push_back(std::move(key));
   replace_search_keys(std::move(keys));
   return ErrorCode::kOk;
 }
 
 ErrorCode CWorkSheet::rename_search_key(size_t index, std::string name) {
-  if (index >= data_.search_keys.size()) return ErrorCode::kInvalidCacheIndex;
+  if (index >= data_.objects.search_keys.size()) return ErrorCode::kInvalidCacheIndex;
   if (const auto error = validate_search_key_name(name, index); error != ErrorCode::kOk) return error;
-  std::vector<SearchKey> keys = data_.search_keys;
+  std::vector<SearchKey> keys = data_.objects.search_keys;
   keys[index].name = std::move(name);
   replace_search_keys(std::move(keys));
   return ErrorCode::kOk;
 }
 
 ErrorCode CWorkSheet::change_search_key(size_t index, std::vector<SearchExpression> expressions) {
-  if (index >= data_.search_keys.size()) return ErrorCode::kInvalidCacheIndex;
+  if (index >= data_.objects.search_keys.size()) return ErrorCode::kInvalidCacheIndex;
   if (!are_valid_expressions(expressions, field_count())) return ErrorCode::kFieldTypeMismatch;
-  std::vector<SearchKey> keys = data_.search_keys;
+  std::vector<SearchKey> keys = data_.objects.search_keys;
   keys[index].expressions = std::move(expressions);
   replace_search_keys(std::move(keys));
   return ErrorCode::kOk;
 }
 
 ErrorCode CWorkSheet::delete_search_key(size_t index) {
-  if (index >= data_.search_keys.size()) return ErrorCode::kInvalidCacheIndex;
-  std::vector<SearchKey> keys = data_.search_keys;
+  if (index >= data_.objects.search_keys.size()) return ErrorCode::kInvalidCacheIndex;
+  std::vector<SearchKey> keys = data_.objects.search_keys;
   keys.erase(keys.begin() + static_cast<std::ptrdiff_t>(index));
   replace_search_keys(std::move(keys));
   return ErrorCode::kOk;

@@ -34,7 +34,8 @@ struct RefusedValue {
 class CWorkSheet {
  public:
   // A table that belongs to no database yet. DATA must be consistent: at least one field, as many columns,
-  // all of record_count cells. The fields get identities of their own.
+  // all of record_count cells. The fields get identities of their own. Of another table's data it takes the
+  // objects too.
   CWorkSheet(std::string name, TableData data);
   // A table without records.
   CWorkSheet(std::string name, std::vector<Field> fields);
@@ -67,7 +68,7 @@ class CWorkSheet {
   RecordFlags flags(uint32_t record) const {
     return data_.flags.empty() ? RecordFlags{0} : data_.flags[record - 1];
   }
-  const std::vector<SearchKey>& search_keys() const { return data_.search_keys; }
+  const std::vector<SearchKey>& search_keys() const { return data_.objects.search_keys; }
   // Letter case does not matter.
   std::optional<size_t> find_search_key(std::string_view name) const;
 
@@ -122,7 +123,7 @@ class CWorkSheet {
   ErrorCode change_search_key(size_t index, std::vector<SearchExpression> expressions);
   ErrorCode delete_search_key(size_t index);
 
-  const GridArrangement& arrangement() const { return data_.arrangement; }
+  const GridArrangement& arrangement() const { return data_.objects.arrangement; }
   // The number of lines is brought into its range.
   void change_arrangement(GridArrangement arrangement);
 
