@@ -85,8 +85,19 @@ void fill_sample(CWorkSheet& table) {
   expect(table.set_flag_type(flagged, 2));
 }
 
+// TABLE with what a later version of the program might keep with it.
+std::unique_ptr<CWorkSheet> with_later_objects(const CWorkSheet& table,
+                                               const std::vector<LaterObjects>& later) {
+  TableData data = table.data();
+  data.later_objects.kinds = later;
+  data.later_objects.set_fields(data.fields, data.field_ids);
+  return std::make_unique<CWorkSheet>(table.name(), std::move(data));
+}
+
 int make(const std::string& path) {
+  const auto later = std::make_shared<const std::string>("later\r\n");
   Database database;
+  database.set_later_objects({{1000, 1, later}, {60'000, 7, later}});
   expect(database.change_settings({{{"list", {"one", "two"}}}, {{"checked", 0xFF0000}, {"late", 0x0000FF}}}));
   Folder* folder = nullptr;
   expect(database.make_folders("past/2024", &folder));
@@ -95,6 +106,7 @@ int make(const std::string& path) {
   auto single = std::make_unique<CWorkSheet>("single", std::vector{field("only", FieldType::kText)});
   expect(single->insert_records(1, 3));
   expect(single->set_value(2, 0, std::string("middle")));
+  single = with_later_objects(*single, {{2, 1000, later}, {1000, 1, later}});
   expect(database.add_table(database.root(), single));
   Field changed = database.tables()[0]->field(1);
   changed.formula = "number * 2";
