@@ -2,10 +2,10 @@
 
 #include "cli/report.h"
 #include "core/messages/file_error.h"
-#include "core/utf8.h"
 #include "platform/environment_variables.h"
 #include "platform/file.h"
 #include "platform/terminal.h"
+#include "platform/utf8.h"
 
 namespace rowvane::cli {
 namespace {

@@ -5,12 +5,12 @@
 #include <optional>
 
 #include "cli/json.h"
-#include "core/utf8.h"
 #include "core/values/number_text.h"
 #include "exchange/text/text_formatter.h"
 #include "formula/formats/number_format.h"
 #include "platform/terminal.h"
 #include "platform/text_width.h"
+#include "platform/utf8.h"
 
 namespace rowvane::cli {
 namespace {

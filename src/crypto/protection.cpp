@@ -1,6 +1,6 @@
 #include "crypto/protection.h"
 
-#include "core/utf8.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 

@@ -6,8 +6,8 @@
 #include <unordered_set>
 #include <vector>
 
-#include "core/utf8.h"
 #include "platform/characters.h"
+#include "platform/utf8.h"
 #include "zip/byte_stream.h"
 
 namespace rowvane {

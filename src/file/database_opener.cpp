@@ -7,7 +7,6 @@
 #include "core/database/names.h"
 #include "core/log.h"
 #include "core/parallel_blocks.h"
-#include "core/utf8.h"
 #include "exchange/text/file_list_text.h"
 #include "exchange/text/text_import.h"
 #include "exchange/text/text_pipeline.h"
@@ -16,6 +15,7 @@
 #include "file/member_text_source.h"
 #include "file/stored_table.h"
 #include "platform/paths.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 namespace {

@@ -9,7 +9,6 @@
 #include "core/database/names.h"
 #include "core/log.h"
 #include "core/parallel_blocks.h"
-#include "core/utf8.h"
 #include "crypto/field_encryption.h"
 #include "exchange/text/text_formatter.h"
 #include "file/archive_content.h"
@@ -19,6 +18,7 @@
 #include "file/objects/kept_objects.h"
 #include "platform/paths.h"
 #include "platform/pipe.h"
+#include "platform/utf8.h"
 #include "zip/save_time.h"
 
 namespace rowvane {

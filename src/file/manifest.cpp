@@ -6,8 +6,8 @@
 #include <unordered_set>
 #include <utility>
 
-#include "core/utf8.h"
 #include "core/values/base64.h"
+#include "platform/utf8.h"
 #include "zip/zip_names.h"
 
 namespace rowvane {

@@ -21,7 +21,7 @@ void mark_lead_bytes(const CodePageSource& source, CodePageTable& table) {
 void set_single_byte(unsigned byte, char16_t character, CodePageTable& table) {
   table.characters[byte] = character;
   std::string utf8;
-  append_utf8(character, utf8);
+  append_character(character, utf8);
   std::ranges::copy(utf8, table.single_bytes[byte].bytes.begin());
   table.single_bytes[byte].length = static_cast<uint8_t>(utf8.size());
 }

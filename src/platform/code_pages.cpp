@@ -65,12 +65,12 @@ class TableCodePage : public CodePage {
     if (text.empty()) return 0;
     const auto first = static_cast<unsigned char>(text[0]);
     if (!table_->is_lead_byte[first] || text.size() == 1) {
-      append_utf8(table_->characters[first], out);
+      append_character(table_->characters[first], out);
       return 1;
     }
     const auto second = static_cast<unsigned char>(text[1]);
     const char16_t character = table_->characters[static_cast<size_t>(first << 8 | second)];
-    append_utf8(character, out);
+    append_character(character, out);
     // An ASCII byte behind a stray lead byte is more likely a separator than half a character.
     return character == kNoCharacter && second < 0x80 ? 1 : 2;
   }
@@ -82,7 +82,7 @@ class TableCodePage : public CodePage {
     size_t length = 0;
     bool exact = true;
     while (length + 2 <= kChunk && position < text.size()) {
-      const char32_t character = next_utf8(text, position);
+      const char32_t character = next_character(text, position);
       uint16_t bytes = character < 0x80 ? static_cast<uint16_t>(character) : table_->bytes_of(character);
       if (bytes == kNoBytes && character != 0) {
         bytes = best_fit(*table_, character);

@@ -6,7 +6,7 @@ namespace rowvane::platform {
 namespace {
 
 std::string_view compared_part(std::string_view text) {
-  return text.substr(0, whole_characters(text, kMostComparedBytes));
+  return truncate_bytes(text, kMostComparedBytes);
 }
 
 }  // namespace

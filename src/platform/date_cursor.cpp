@@ -75,7 +75,7 @@ std::optional<double> DateCursor::read_fraction() {
 size_t DateCursor::letter_length(size_t position) const {
   if (position >= text_.size()) return 0;
   size_t end = position;
-  const char32_t character = next_utf8(text_, end);
+  const char32_t character = next_character(text_, end);
   return is_letter(character) || is_mark(character) ? end - position : 0;
 }
 

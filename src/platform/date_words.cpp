@@ -21,9 +21,9 @@ constexpr size_t kShortName = 3;
 std::string key_of(std::string_view word) {
   std::string key;
   for (size_t position = 0; position < word.size();) {
-    const char32_t c = next_utf8(word, position);
+    const char32_t c = next_character(word, position);
     const bool is_dropped = c == U'.' || c == U' ' || c == 0xA0 || c == 0x202F;
-    if (!is_dropped) append_utf8(c, key);
+    if (!is_dropped) append_character(c, key);
   }
   return fold_case(key);
 }

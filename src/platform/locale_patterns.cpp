@@ -23,7 +23,7 @@ bool is_direction_mark(char32_t character) {
 bool is_separating_sign(std::string_view text) {
   if (text.empty() || text == "'") return false;
   size_t position = 0;
-  const char32_t sign = next_utf8(text, position);
+  const char32_t sign = next_character(text, position);
   return position == text.size() && !is_letter(sign);
 }
 
@@ -32,8 +32,8 @@ bool is_separating_sign(std::string_view text) {
 std::string visible_part(std::string_view text) {
   std::string visible;
   for (size_t position = 0; position < text.size();) {
-    const char32_t character = next_utf8(text, position);
-    if (!is_blank(character) && !is_direction_mark(character)) append_utf8(character, visible);
+    const char32_t character = next_character(text, position);
+    if (!is_blank(character) && !is_direction_mark(character)) append_character(character, visible);
   }
   return visible;
 }
@@ -60,10 +60,10 @@ std::vector<std::string> literal_words(std::string_view pattern) {
   std::string word;
   bool is_quoted = false;
   for (size_t position = 0; position < pattern.size();) {
-    const char32_t character = next_utf8(pattern, position);
+    const char32_t character = next_character(pattern, position);
     if (character == U'\'') is_quoted = !is_quoted;
     if ((is_quoted || character >= 0x80) && is_letter(character)) {
-      append_utf8(character, word);
+      append_character(character, word);
     } else if (!word.empty()) {
       words.push_back(std::exchange(word, {}));
     }

@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "platform/paths.h"
+#include "platform/utf8.h"
 
 namespace rowvane::platform {
 namespace {
@@ -16,12 +17,7 @@ constexpr size_t kLongestStem =
 
 // TARGET's own name as far as it goes into the temporary's, with the mark behind it.
 std::string marked_name(const std::string& target) {
-  std::string name = file_name(target);
-  size_t length = std::min(name.size(), kLongestStem);
-  const auto is_inside_character = [&](size_t i) { return i < name.size() && (name[i] & 0xC0) == 0x80; };
-  while (length > 0 && is_inside_character(length)) --length;
-  name.resize(length);
-  return name.append(kMark);
+  return std::string(truncate_bytes(file_name(target), kLongestStem)).append(kMark);
 }
 
 }  // namespace

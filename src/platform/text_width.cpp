@@ -23,7 +23,7 @@ int width_of(char32_t character) {
 
 int display_width(std::string_view text) {
   int width = 0;
-  for (size_t position = 0; position < text.size();) width += width_of(next_utf8(text, position));
+  for (size_t position = 0; position < text.size();) width += width_of(next_character(text, position));
   return width;
 }
 

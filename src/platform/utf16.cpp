@@ -53,7 +53,7 @@ size_t convert_units(std::string_view bytes, size_t position, bool more_follows,
     } else if (is_high_surrogate(unit) || is_low_surrogate(unit)) {
       unit = kReplacementCharacter;
     }
-    length += put_utf8(unit, chunk.data() + length);
+    length += put_character(unit, chunk.data() + length);
   }
   out.append(chunk.data(), length);
   return position - start;
@@ -71,7 +71,7 @@ size_t convert_characters(std::string_view text, size_t position, std::string& o
   std::array<char, kChunk> chunk;
   size_t length = 0;
   while (length + 4 <= kChunk && position < text.size()) {
-    const char32_t character = next_utf8(text, position);
+    const char32_t character = next_character(text, position);
     char* const place = chunk.data() + length;
     if (character < 0x10000) {
       length += put_unit(character, place);

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <cstring>
 
-namespace rowvane::platform {
+namespace rowvane {
 namespace {
 
 // What a lead byte promises: how many bytes follow, and between which values the first of them lies.
@@ -26,7 +26,7 @@ Sequence sequence_of(unsigned char lead) {
 
 }  // namespace
 
-char32_t next_utf8(std::string_view text, size_t& position) {
+char32_t next_character(std::string_view text, size_t& position) {
   const auto lead = static_cast<unsigned char>(text[position++]);
   if (lead < 0x80) return lead;
   Sequence sequence = sequence_of(lead);
@@ -44,18 +44,12 @@ char32_t next_utf8(std::string_view text, size_t& position) {
   return character;
 }
 
-void append_utf8(char32_t character, std::string& out) {
-  char bytes[4];
-  out.append(bytes, put_utf8(character, bytes));
-}
-
-size_t whole_characters(std::string_view text, size_t most) {
-  if (text.size() <= most) return text.size();
-  const auto is_tail = [&](size_t i) { return (static_cast<unsigned char>(text[i]) & 0xC0) == 0x80; };
-  size_t end = most;
-  while (end > 0 && most - end < 3 && is_tail(end)) --end;
-  // More tails than a character has are broken text, which may be cut anywhere.
-  return is_tail(end) ? most : end;
+size_t character_length(std::string_view text, size_t position) {
+  constexpr std::string_view kWrittenReplacement = "\uFFFD";
+  size_t end = position;
+  const bool broken = next_character(text, end) == kReplacementCharacter &&
+                      text.substr(position, end - position) != kWrittenReplacement;
+  return broken ? 0 : end - position;
 }
 
 size_t ascii_run(std::string_view text, size_t position) {
@@ -69,4 +63,71 @@ size_t ascii_run(std::string_view text, size_t position) {
   return position - start;
 }
 
-}  // namespace rowvane::platform
+bool is_ascii(std::string_view text) {
+  return ascii_run(text, 0) == text.size();
+}
+
+bool is_valid_utf8(std::string_view text) {
+  for (size_t i = ascii_run(text, 0); i < text.size(); i += ascii_run(text, i)) {
+    const size_t length = character_length(text, i);
+    if (length == 0) return false;
+    i += length;
+  }
+  return true;
+}
+
+size_t count_characters(std::string_view text) {
+  size_t count = 0;
+  for (size_t i = 0; i < text.size(); ++count) next_character(text, i);
+  return count;
+}
+
+std::string_view truncate_characters(std::string_view text, size_t max) {
+  if (text.size() <= max) return text;
+  size_t i = 0;
+  for (size_t count = 0; i < text.size() && count < max; ++count) next_character(text, i);
+  return text.substr(0, i);
+}
+
+std::string_view truncate_bytes(std::string_view text, size_t max) {
+  if (text.size() <= max) return text;
+  const auto is_tail = [&](size_t i) { return (static_cast<unsigned char>(text[i]) & 0xC0) == 0x80; };
+  size_t end = max;
+  while (end > 0 && max - end < 3 && is_tail(end)) --end;
+  // More tails than a character has are broken text, which may be cut anywhere.
+  return text.substr(0, is_tail(end) ? max : end);
+}
+
+void append_character(char32_t character, std::string& out) {
+  const bool is_scalar = character < 0xD800 || (character >= 0xE000 && character <= 0x10FFFF);
+  char bytes[4];
+  out.append(bytes, put_character(is_scalar ? character : kReplacementCharacter, bytes));
+}
+
+namespace {
+
+// Windows code page 1252, 0x80 to 0x9F; the five bytes that it leaves open stay control characters.
+constexpr char16_t kCodePage1252[32] = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                        0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+                                        0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                        0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+}  // namespace
+
+std::string repair_utf8(std::string_view text) {
+  std::string out;
+  out.reserve(text.size() + 16);
+  for (size_t i = 0; i < text.size();) {
+    const size_t length = character_length(text, i);
+    if (length > 0) {
+      out.append(text.substr(i, length));
+      i += length;
+      continue;
+    }
+    const unsigned char byte = static_cast<unsigned char>(text[i++]);
+    append_character(byte < 0xA0 ? kCodePage1252[byte - 0x80] : byte, out);
+  }
+  return out;
+}
+
+}  // namespace rowvane

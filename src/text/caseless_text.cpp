@@ -1,7 +1,7 @@
 #include "text/caseless_text.h"
 
-#include "core/utf8.h"
 #include "platform/characters.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 namespace {
@@ -138,7 +138,9 @@ std::u32string_view CaselessText::fold(std::string_view text, size_t from, bool 
       folded_[folded_count_++] = static_cast<char32_t>(lower(text[i++]));
     } else {
       const char32_t character = next_character(text, i);
-      const char32_t alone = folded_alone(i == start + 1 ? kBrokenByte + byte : character);
+      const bool broken = character == kReplacementCharacter && character_length(text, start) == 0;
+      if (broken) i = start + 1;  // broken bytes are equal to themselves, each by itself
+      const char32_t alone = folded_alone(broken ? kBrokenByte + byte : character);
       if (alone != kManyCharacters) {
         folded_[folded_count_++] = alone;
       } else {

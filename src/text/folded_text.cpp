@@ -1,7 +1,7 @@
 #include "text/folded_text.h"
 
-#include "core/utf8.h"
 #include "platform/characters.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "core/database/binary_names.h"
-#include "core/utf8.h"
 #include "platform/ascii.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 namespace {

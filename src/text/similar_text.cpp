@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <limits>
 
-#include "core/utf8.h"
 #include "platform/characters.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 namespace {

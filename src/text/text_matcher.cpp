@@ -1,6 +1,6 @@
 #include "text/text_matcher.h"
 
-#include "core/utf8.h"
+#include "platform/utf8.h"
 #include "text/caseless_text.h"
 #include "text/similar_text.h"
 

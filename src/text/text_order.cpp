@@ -28,7 +28,7 @@ std::span<const uint8_t> TextOrder::ascii_weights() const {
 
 std::string_view TextOrder::ignored_part(std::string_view text) const {
   if (is_neutral() || text.size() <= platform::kMostComparedBytes) return {};
-  return text.substr(platform::whole_characters(text, platform::kMostComparedBytes));
+  return text.substr(truncate_bytes(text, platform::kMostComparedBytes).size());
 }
 
 }  // namespace rowvane

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "core/utf8.h"
 #include "platform/ascii.h"
 #include "platform/code_pages.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 namespace {

@@ -7,13 +7,13 @@
 #include <gtest/gtest.h>
 
 #include "core/database/names.h"
-#include "core/utf8.h"
 #include "exchange/export_test_support.h"
 #include "exchange/text/text_export.h"
 #include "exchange/text/text_pipeline.h"
 #include "platform/code_pages.h"
 #include "platform/file.h"
 #include "platform/temporary_folder.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 namespace {

@@ -6,10 +6,10 @@
 #include <string_view>
 #include <vector>
 
-#include "core/utf8.h"
 #include "exchange/text/text_block.h"
 #include "exchange/text/text_pipeline.h"
 #include "exchange/text/text_tokenizer.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 

@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include "core/utf8.h"
 #include "platform/characters.h"
+#include "platform/utf8.h"
 #include "text/caseless_text.h"
 #include "text/rich_text.h"
 

@@ -7,11 +7,11 @@
 
 #include "app/profile/profile_xml.h"
 #include "core/messages/file_error.h"
-#include "core/utf8.h"
 #include "core/values/base64.h"
 #include "platform/file.h"
 #include "platform/file_system.h"
 #include "platform/paths.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 namespace {

@@ -7,8 +7,8 @@
 #include <limits>
 
 #include "core/limits.h"
-#include "core/utf8.h"
 #include "platform/ascii.h"
+#include "platform/utf8.h"
 
 namespace rowvane::profile {
 namespace {

@@ -6,7 +6,7 @@
 #include "app/profile/profile_text_settings.h"
 #include "app/profile/profile_values.h"
 #include "app/profile/profile_xml.h"
-#include "core/utf8.h"
+#include "platform/utf8.h"
 
 namespace rowvane::profile {
 namespace {

@@ -4,7 +4,7 @@
 #include <charconv>
 #include <optional>
 
-#include "core/utf8.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 namespace {

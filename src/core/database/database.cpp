@@ -8,8 +8,8 @@
 #include "core/database/tree_changes.h"
 #include "core/messages/messages.h"
 #include "core/table/field_hooks.h"
-#include "core/utf8.h"
 #include "platform/characters.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 namespace {

@@ -4,9 +4,9 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "core/utf8.h"
 #include "platform/ascii.h"
 #include "platform/characters.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 namespace {

@@ -2,7 +2,7 @@
 
 #include "core/database/binary_names.h"
 #include "core/messages/messages.h"
-#include "core/utf8.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 namespace {

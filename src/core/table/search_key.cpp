@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "core/utf8.h"
 #include "platform/ascii.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 namespace {

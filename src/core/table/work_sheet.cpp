@@ -9,7 +9,7 @@
 #include "core/database/names.h"
 #include "core/table/field_hooks.h"
 #include "core/table/table_changes.h"
-#include "core/utf8.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 namespace {

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "core/database/database.h"
-#include "core/utf8.h"
 #include "core/values/date_text.h"
 #include "platform/text_to_date.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 namespace {

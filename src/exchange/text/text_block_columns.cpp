@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "core/utf8.h"
 #include "core/values/number_cell.h"
 #include "exchange/text/standard_dates.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 namespace {

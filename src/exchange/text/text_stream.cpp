@@ -6,6 +6,7 @@
 #include "exchange/text/text_pipeline.h"
 #include "platform/code_pages.h"
 #include "platform/pipe.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 namespace {
@@ -57,7 +58,8 @@ class PipeFeeder {
     }
     const std::string_view start(block, count);
     size_t mark = 0;
-    if (plan_.encoding == TextFileSettings::kUtf8 && start.starts_with("\xEF\xBB\xBF")) mark = 3;
+    if (plan_.encoding == TextFileSettings::kUtf8 && start.starts_with(kByteOrderMark))
+      mark = kByteOrderMark.size();
     // Text whose mark says big-endian is read as little-endian all the same.
     if (utf16_ && (start.starts_with("\xFF\xFE") || start.starts_with("\xFE\xFF"))) mark = 2;
     std::copy(block + mark, block + count, block);

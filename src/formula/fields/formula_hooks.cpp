@@ -1,9 +1,9 @@
 #include "formula/fields/formula_hooks.h"
 
 #include "core/database/database.h"
-#include "core/utf8.h"
 #include "formula/fields/name_keeper.h"
 #include "formula/passes/formula_program.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 namespace {

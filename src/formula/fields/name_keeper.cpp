@@ -4,10 +4,10 @@
 #include <memory>
 
 #include "core/database/database.h"
-#include "core/utf8.h"
 #include "formula/language/formula_lexer.h"
 #include "formula/language/table_names.h"
 #include "platform/characters.h"
+#include "platform/utf8.h"
 #include "text/folded_text.h"
 
 namespace rowvane {

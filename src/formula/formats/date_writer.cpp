@@ -2,8 +2,8 @@
 #include <chrono>
 #include <cmath>
 
-#include "core/utf8.h"
 #include "formula/formats/format_writer.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 namespace {

@@ -4,9 +4,9 @@
 #include <charconv>
 #include <cmath>
 
-#include "core/utf8.h"
 #include "core/values/number_text.h"
 #include "platform/ascii.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 namespace {

@@ -3,10 +3,10 @@
 #include <cmath>
 #include <optional>
 
-#include "core/utf8.h"
 #include "formula/evaluation/formula_evaluator.h"
 #include "formula/functions/categories.h"
 #include "platform/characters.h"
+#include "platform/utf8.h"
 #include "text/folded_text.h"
 
 namespace rowvane {

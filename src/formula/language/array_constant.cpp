@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "core/utf8.h"
 #include "formula/language/formula_lexer.h"
 #include "platform/ascii.h"
+#include "platform/utf8.h"
 #include "text/folded_text.h"
 
 namespace rowvane {

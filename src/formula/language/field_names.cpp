@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "core/table/work_sheet.h"
-#include "core/utf8.h"
 #include "platform/characters.h"
+#include "platform/utf8.h"
 #include "text/folded_text.h"
 
 namespace rowvane {

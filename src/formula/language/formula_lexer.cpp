@@ -6,11 +6,11 @@
 #include <limits>
 
 #include "core/table/work_sheet.h"
-#include "core/utf8.h"
 #include "formula/functions/function_registry.h"
 #include "formula/language/array_constant.h"
 #include "platform/ascii.h"
 #include "platform/characters.h"
+#include "platform/utf8.h"
 #include "text/folded_text.h"
 
 namespace rowvane {

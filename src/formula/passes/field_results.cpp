@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "core/limits.h"
-#include "core/utf8.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 namespace {

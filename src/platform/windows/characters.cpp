@@ -52,9 +52,9 @@ void append_mapped(char32_t character, std::span<const Folding> exceptions, char
                    std::string& out) {
   const auto exception = std::ranges::lower_bound(exceptions, character, {}, &Folding::character);
   if (exception == exceptions.end() || exception->character != character) {
-    append_utf8(map(character), out);
+    append_character(map(character), out);
   } else {
-    for (const char32_t part : exception->folded) append_utf8(part, out);
+    for (const char32_t part : exception->folded) append_character(part, out);
   }
 }
 
@@ -69,7 +69,7 @@ std::string map_text(std::string_view text, char (*map_ascii)(char), std::span<c
     position += run;
     if (position == text.size()) break;
     const size_t start = position;
-    const char32_t character = next_utf8(text, position);
+    const char32_t character = next_character(text, position);
     if (character == kReplacementCharacter) {
       mapped.append(text, start, position - start);  // it may stand for a broken sequence
     } else {

@@ -2,8 +2,8 @@
 
 #include "core/limits.h"
 #include "core/table/work_sheet.h"
-#include "core/utf8.h"
 #include "platform/characters.h"
+#include "platform/utf8.h"
 
 namespace rowvane {
 

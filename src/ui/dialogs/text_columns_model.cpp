@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "core/database/names.h"
-#include "core/utf8.h"
+#include "platform/utf8.h"
 #include "ui/dialogs/text_field_list.h"
 #include "ui/text.h"
 

@@ -3,7 +3,7 @@
 #include <QFontMetrics>
 #include <algorithm>
 
-#include "core/utf8.h"
+#include "platform/utf8.h"
 #include "ui/text.h"
 
 namespace rowvane {

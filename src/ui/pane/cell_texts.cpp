@@ -5,7 +5,7 @@
 #include <QLocale>
 #include <array>
 
-#include "core/utf8.h"
+#include "platform/utf8.h"
 #include "ui/text.h"
 #include "ui/theme.h"
 
