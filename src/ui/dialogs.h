@@ -66,7 +66,7 @@ class MessageBoxes final : public Dialogs {
   QWidget* parent_;
 };
 
-// "Rowvane 22.5"
+// The name of the program with its version.
 QString program_title();
 
 }  // namespace rowvane

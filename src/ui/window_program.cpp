@@ -6,6 +6,7 @@
 
 #include "app/start/startup_command.h"
 #include "core/log.h"
+#include "core/program_version.h"
 #include "ui/text.h"
 #include "ui/theme.h"
 
@@ -50,7 +51,7 @@ int run_window_program(int count, const char* const* arguments) {
   int left = count;
   QApplication application(left, words.data());
   QApplication::setApplicationName("Rowvane");
-  QApplication::setApplicationVersion("22.5");
+  QApplication::setApplicationVersion(to_qt(program_version()));
   std::vector<std::string> given;
   for (int i = 1; i < left; ++i) given.emplace_back(words[static_cast<size_t>(i)]);
   MessageBoxes dialogs;

@@ -11,6 +11,7 @@
 #include "app/profile/twofish_profile_cipher.h"
 #include "app/profile_test_support.h"
 #include "core/messages/messages.h"
+#include "core/program_version.h"
 #include "platform/temporary_folder.h"
 
 namespace rowvane {
@@ -134,9 +135,11 @@ TEST_F(ProfileFileTest, WritesTheStatedFormats) {
   settings.recent_files = {{"a.rvb", 12}};
   ASSERT_EQ(ProfileFile().save(path_, settings), ErrorCode::kOk);
   const std::string text = content_of(path_);
+  const std::string start = "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<Profile version=\"" +
+                            std::string(program_version()) + "\" encrypted=\"false\">";
+  EXPECT_TRUE(text.starts_with(start)) << text;
   for (const char* part :
-       {"<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<Profile version=\"22.5\" encrypted=\"false\">",
-        "MaxRecords=\"1000\"", "PlaybackFFStep=\"30000000000\"", "Color=\"#0AFF07\"",
+       {"MaxRecords=\"1000\"", "PlaybackFFStep=\"30000000000\"", "Color=\"#0AFF07\"",
         "Position=\"0 6 10 -20 300 400\"", "Engine=\"Windows\"", "<RecentFile Value=\"a.rvb,12\" />",
         "ReadOnly=\"false\"", "SortingType=\"ByName\"", "Separator=\",\""}) {
     EXPECT_THAT(text, HasSubstr(part));

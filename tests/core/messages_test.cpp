@@ -4,6 +4,7 @@
 
 #include "core/messages/error_code.h"
 #include "core/messages/outcome.h"
+#include "core/program_version.h"
 #include "core/table/field.h"
 
 namespace rowvane {
@@ -69,6 +70,10 @@ TEST(Messages, OutcomesTellOnce) {
   outcome.cancelled = true;
   EXPECT_EQ(outcome.status(), Status::kCancelled) << "the failure is its effect";
   EXPECT_FALSE(outcome.is_done());
+}
+
+TEST(Messages, TheTitleHasTheVersion) {
+  EXPECT_EQ(UserText(MessageId::kProgramTitle).text(), "Rowvane " + std::string(program_version()));
 }
 
 TEST(Messages, FieldTypesHaveCodesAndNames) {

@@ -7,6 +7,7 @@
 
 #include "app/profile/profile_xml.h"
 #include "core/messages/file_error.h"
+#include "core/program_version.h"
 #include "core/values/base64.h"
 #include "platform/file.h"
 #include "platform/file_system.h"
@@ -63,7 +64,7 @@ pugi::xml_node prepare(pugi::xml_document& document, bool encrypted) {
   if (!root) root = document.append_child(kRoot);
   if (!root.attribute(kVersion)) root.append_attribute(kVersion);
   if (!root.attribute(kEncrypted)) root.append_attribute(kEncrypted);
-  root.attribute(kVersion) = "22.5";
+  root.attribute(kVersion) = std::string(program_version()).c_str();
   root.attribute(kEncrypted) = encrypted;
   return root;
 }

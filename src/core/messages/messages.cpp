@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "core/program_version.h"
+
 namespace rowvane {
 namespace {
 
@@ -11,7 +13,7 @@ struct Message {
   std::string_view text;
 };
 
-constexpr std::array kMessages = {
+const std::array kMessages = {
     Message{MessageId::kUninstall,
             "You are about to uninstall Rowvane from your system.\n\nIf there are any databases in the "
             "installation folder, they will be moved to the Recycle Bin.\n\nContinue?"},
@@ -43,7 +45,7 @@ constexpr std::array kMessages = {
             "Selecting the 'Auto-fit column widths' and 'Auto-fit row heights'\noptions might slow down "
             "opening large text, xBase and html files. Continue?"},
     Message{MessageId::kTooManyKeyFields, "Please select no more than %1!d! fields as sort keys."},
-    Message{MessageId::kProgramTitle, "Rowvane 22.5"},
+    Message{MessageId::kProgramTitle, program_name_and_version()},
     Message{MessageId::kFileTypeRegistered, "Rowvane *.rvb file type registered successfully."},
     Message{MessageId::kFileTypeUnregistered, "Rowvane *.rvb file type unregistered successfully."},
     Message{MessageId::kOldFormat,
