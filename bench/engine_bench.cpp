@@ -146,9 +146,10 @@ std::unique_ptr<CWorkSheet> make_small_table() {
   fields[1].type = FieldType::kNumber;
   auto table = std::make_unique<CWorkSheet>("airports", std::move(fields));
   if (table->insert_records(1, kSmallRecords) != ErrorCode::kOk) fail("can't add records");
-  for (uint32_t record = 1; record <= kSmallRecords; ++record) {
-    if (table->set_value(record, 0, CellValue("airport " + std::to_string(record))) != ErrorCode::kOk ||
-        table->set_value(record, 1, CellValue(static_cast<double>(record))) != ErrorCode::kOk) {
+  for (RecordNumber record = 1; record < table->end_record(); ++record) {
+    if (table->set_value(record, 0, CellValue("airport " + std::to_string(record.number()))) !=
+            ErrorCode::kOk ||
+        table->set_value(record, 1, CellValue(static_cast<double>(record.number()))) != ErrorCode::kOk) {
       fail("can't fill the small table");
     }
   }

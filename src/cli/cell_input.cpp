@@ -106,7 +106,8 @@ std::vector<uint32_t> read_record_list(std::string_view text, uint32_t record_co
       return {};
     }
     if (first < 1 || last < first || last > record_count) return {};
-    for (uint32_t record = first; record <= last; ++record) positions.insert(record - 1);
+    for (RecordNumber record(first); record <= RecordNumber(last); ++record)
+      positions.insert(record.position());
   }
   return {positions.begin(), positions.end()};
 }

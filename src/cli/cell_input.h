@@ -20,7 +20,7 @@ struct Assignment {
 int read_assignments(const CWorkSheet& table, const std::vector<std::string>& texts,
                      std::vector<Assignment>& assignments);
 
-// Reads record numbers such as "1,5-9" into ascending 0-based positions; an empty list when TEXT is none.
+// Reads record numbers such as "1,5-9" into ascending positions; an empty list when TEXT is none.
 std::vector<uint32_t> read_record_list(std::string_view text, uint32_t record_count);
 
 }  // namespace rowvane::cli

@@ -25,7 +25,7 @@ void append_json_string(std::string_view text, std::string& out) {
   out += '"';
 }
 
-void append_json_value(const CWorkSheet& table, uint32_t record, size_t field, std::string& out) {
+void append_json_value(const CWorkSheet& table, RecordNumber record, size_t field, std::string& out) {
   const CellValue value = table.value(record, field);
   if (is_empty(value)) {
     out += "null";

@@ -12,6 +12,6 @@ void append_json_string(std::string_view text, std::string& out);
 
 // One value of a table: numbers in shortest form, texts as strings, empty as null, a formula error as
 // {"error": "#VALUE!"}, files as an array of their names.
-void append_json_value(const CWorkSheet& table, uint32_t record, size_t field, std::string& out);
+void append_json_value(const CWorkSheet& table, RecordNumber record, size_t field, std::string& out);
 
 }  // namespace rowvane::cli

@@ -91,11 +91,11 @@ class TablePrinter {
   bool is_number(size_t i) const { return table_.field(options_.fields[i]).type == FieldType::kNumber; }
 
   std::string cell_text(uint32_t position, size_t i) const {
-    if (!is_number(i)) return on_one_line(table_.value_text(position + 1, options_.fields[i]));
-    const CellValue value = table_.value(position + 1, options_.fields[i]);
+    if (!is_number(i)) return on_one_line(table_.value_text(record_number(position), options_.fields[i]));
+    const CellValue value = table_.value(record_number(position), options_.fields[i]);
     const auto* number = std::get_if<double>(&value);
     if (number == nullptr || error_of_number(*number) != FormulaError::kNone)
-      return table_.value_text(position + 1, options_.fields[i]);
+      return table_.value_text(record_number(position), options_.fields[i]);
     std::string text;
     if (formats_[i]) {
       formats_[i]->append(*number, text);
@@ -190,7 +190,7 @@ void print_json(const CWorkSheet& table, const PrintOptions& options) {
     for (size_t i = 0; i < keys.size(); ++i) {
       if (i > 0) out += ", ";
       out += keys[i];
-      append_json_value(table, position_of(options, k) + 1, options.fields[i], out);
+      append_json_value(table, record_number(position_of(options, k)), options.fields[i], out);
     }
     out += options.with_path ? "}}\n" : "}\n";
     if (k % kChunkRecords == kChunkRecords - 1) {

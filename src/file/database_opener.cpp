@@ -288,8 +288,8 @@ ErrorCode DatabaseOpener::attach_binaries() {
     const auto table = parsed ? by_name.find(parsed->table_name) : by_name.end();
     if (table == by_name.end()) continue;
     CWorkSheet& owner = *table->second;
-    if (parsed->record > owner.record_count() || parsed->field > owner.field_count()) continue;
-    found[&owner][{parsed->field - 1, parsed->record - 1}].push_back(&member);
+    if (parsed->record >= owner.end_record() || parsed->field > owner.field_count()) continue;
+    found[&owner][{parsed->field - 1, parsed->record.position()}].push_back(&member);
   }
   const bool value_is_missing =
       std::any_of(missing_.begin(), missing_.end(), [this](const std::string& name) {

@@ -383,7 +383,7 @@ ErrorCode DatabaseSaver::leave_out_if_damaged(ErrorCode error) {
 ErrorCode DatabaseSaver::write_field_binaries(const CWorkSheet& table, size_t field,
                                               std::string_view database_name, std::string_view table_name) {
   const auto folder = [&](size_t i) {
-    return binary_folder_name(database_name, table_name, static_cast<uint32_t>(i) + 1, field + 1);
+    return binary_folder_name(database_name, table_name, record_number(static_cast<uint32_t>(i)), field + 1);
   };
   const Column& column = table.column(field);
   std::vector<PendingContent> pending;
@@ -423,7 +423,7 @@ ErrorCode DatabaseSaver::write_unused(const std::string& database_name) {
   const auto names_value = [&](const std::string& name) {
     const auto place = parse_binary_member(database_name, name);
     const auto owner = place ? owners.find(std::string(place->table_name)) : owners.end();
-    return owner != owners.end() && place->record <= owner->second->record_count() &&
+    return owner != owners.end() && place->record < owner->second->end_record() &&
            place->field <= owner->second->field_count() &&
            is_outside_record(owner->second->field(place->field - 1).type);
   };

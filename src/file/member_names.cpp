@@ -65,7 +65,8 @@ std::optional<BinaryMember> parse_binary_member(std::string_view database_name, 
   const auto field = parse_digits(place.substr(3 + kRecordDigits));
   if (!place.starts_with(".r") || place[2 + kRecordDigits] != 'f' || !record || !field) return std::nullopt;
   if (*record == 0 || *field == 0) return std::nullopt;
-  return BinaryMember{inner.substr(0, slash - kPlaceLength), *record, *field, inner.substr(slash + 1)};
+  return BinaryMember{inner.substr(0, slash - kPlaceLength), RecordNumber(*record), *field,
+                      inner.substr(slash + 1)};
 }
 
 }  // namespace rowvane

@@ -30,8 +30,8 @@ std::vector<std::string> binary_table_names(const std::vector<CWorkSheet*>& tabl
 // What the name of a long text's or file's member says.
 struct BinaryMember {
   std::string_view table_name;
-  uint32_t record;  // 1-based
-  size_t field;     // 1-based
+  RecordNumber record;
+  size_t field;  // 1-based
   std::string_view file_name;
 };
 // Nothing when NAME does not follow the pattern under DATABASE_NAME. The parts point into NAME.

@@ -23,8 +23,11 @@ class Conversion : public testing::Test {
   Conversion() { EXPECT_EQ(table.insert_records(1, 4), ErrorCode::kOk); }
 
   void store(size_t field, std::initializer_list<CellValue> values) {
-    uint32_t record = 1;
-    for (const CellValue& value : values) ASSERT_EQ(table.set_value(record++, field, value), ErrorCode::kOk);
+    RecordNumber record = 1;
+    for (const CellValue& value : values) {
+      ASSERT_EQ(table.set_value(record, field, value), ErrorCode::kOk);
+      ++record;
+    }
   }
 
   Outcome convert(size_t field, FieldType type, const NumberSeparators& separators = {}) {
@@ -37,7 +40,7 @@ class Conversion : public testing::Test {
 
   std::vector<std::string> texts(size_t field) const {
     std::vector<std::string> all;
-    for (uint32_t record = 1; record <= table.record_count(); ++record)
+    for (RecordNumber record = 1; record < table.end_record(); ++record)
       all.push_back(table.value_text(record, field));
     return all;
   }

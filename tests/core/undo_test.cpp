@@ -21,7 +21,7 @@ void describe_table(const CWorkSheet& table, std::string& out) {
       out += " " + std::to_string(one.field) + one.criterion;
     out += "\n";
   }
-  for (uint32_t record = 1; record <= table.record_count(); ++record) {
+  for (RecordNumber record = 1; record < table.end_record(); ++record) {
     for (size_t field = 0; field < table.field_count(); ++field) out += table.value_text(record, field) + "|";
     out += std::to_string(table.flag_type(record)) + "\n";
   }
@@ -155,7 +155,7 @@ class Changer {
       case 2:
         return table.set_flag_type(any_positions(table), static_cast<int>(below(4)));
       default:
-        return table.insert_records(1 + below(table.record_count() + 1), below(6));
+        return table.insert_records(record_number(below(table.record_count() + 1)), below(6));
     }
   }
 
@@ -196,7 +196,7 @@ class Changer {
     } else if (below(6) > 0) {
       (void)value_from_text(table.field(field).type, text, {}, value);
     }
-    return table.set_value(1 + below(table.record_count()), field, value);
+    return table.set_value(record_number(below(table.record_count())), field, value);
   }
 
   Database& database_;

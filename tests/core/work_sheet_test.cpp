@@ -20,7 +20,7 @@ class WorkSheet : public testing::Test {
  protected:
   WorkSheet() { EXPECT_EQ(table.insert_records(1, 3), ErrorCode::kOk); }
 
-  std::string text_at(uint32_t record, size_t field) const { return table.value_text(record, field); }
+  std::string text_at(RecordNumber record, size_t field) const { return table.value_text(record, field); }
 
   Database database;
   CWorkSheet& table = *add_sample_table(database, database.root(), "orders");
@@ -168,7 +168,7 @@ TEST_F(WorkSheet, GuardsEncryptedFields) {
 
 class AcceptsPositive final : public FieldHooks {
  public:
-  bool accepts(const CWorkSheet&, uint32_t, size_t, const CellValue& value) const override {
+  bool accepts(const CWorkSheet&, RecordNumber, size_t, const CellValue& value) const override {
     const auto* number = std::get_if<double>(&value);
     return number != nullptr && *number > 0;
   }
@@ -195,7 +195,7 @@ TEST_F(WorkSheet, GivesNewRecordsTheirDefaults) {
     ASSERT_EQ(table.change_field(index, field), ErrorCode::kOk);
   }
   ASSERT_EQ(table.insert_records(2, 2), ErrorCode::kOk);
-  for (const uint32_t record : {2u, 3u}) {
+  for (RecordNumber record = 2; record <= 3; ++record) {
     for (const auto& [index, text] : defaults) EXPECT_EQ(text_at(record, index), text);
   }
   EXPECT_EQ(text_at(1, kText) + text_at(4, kText), "");

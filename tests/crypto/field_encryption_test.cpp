@@ -28,8 +28,9 @@ class FieldEncryption : public testing::Test {
     const std::string texts[] = {"plain", "plain", "ä€", "123", longest};
     const double numbers[] = {1.5, -0.0, 1e-308, error_number(FormulaError::kRef), 0.1};
     for (uint32_t i = 0; i < 5; ++i) {
-      EXPECT_EQ(table.set_value(2 * i + 1, kText, texts[i]), ErrorCode::kOk);
-      EXPECT_EQ(table.set_value(2 * i + 1, kNumber, numbers[i]), ErrorCode::kOk);
+      const RecordNumber record = record_number(2 * i);
+      EXPECT_EQ(table.set_value(record, kText, texts[i]), ErrorCode::kOk);
+      EXPECT_EQ(table.set_value(record, kNumber, numbers[i]), ErrorCode::kOk);
     }
     EXPECT_EQ(table.set_value(2, kLong, Content::of("{\\rtf1 long}")), ErrorCode::kOk);
     EXPECT_EQ(table.set_value(40, kLong, Content::of(std::string(100'000, 'x'))), ErrorCode::kOk);
@@ -82,7 +83,7 @@ class FieldEncryption : public testing::Test {
     std::string all;
     for (const Field& field : table.data().fields)
       all += field.name + std::to_string(static_cast<int>(field.type)) + (field.encrypted ? "!" : ".");
-    for (uint32_t record = 1; record <= table.record_count(); ++record) {
+    for (RecordNumber record = 1; record < table.end_record(); ++record) {
       for (size_t i = 0; i < table.field_count(); ++i) all += " " + content(table.value(record, i));
       all += "\n";
     }

@@ -17,7 +17,7 @@ class StandardDatesTest : public testing::Test {
     static_cast<void>(made->insert_records(1, 5));
     EXPECT_EQ(database.add_table(database.root(), made), ErrorCode::kOk);
     const char* days[] = {"3/14/2024", "2024-03-15", "", "unknown", "3/14/2024 18:30"};
-    for (uint32_t i = 1; i <= 5; ++i) set(i, 0, days[i - 1]);
+    for (uint32_t i = 0; i < 5; ++i) set(record_number(i), 0, days[i]);
   }
 
   static Field named(const char* name, FieldType type = FieldType::kText) {
@@ -26,12 +26,12 @@ class StandardDatesTest : public testing::Test {
     field.type = type;
     return field;
   }
-  void set(uint32_t record, size_t field, const std::string& text) {
+  void set(RecordNumber record, size_t field, const std::string& text) {
     ASSERT_EQ(table->set_value(record, field, text.empty() ? CellValue() : CellValue(text)), ErrorCode::kOk);
   }
   std::vector<std::string> texts(size_t field) const {
     std::vector<std::string> all;
-    for (uint32_t i = 1; i <= table->record_count(); ++i) all.push_back(table->value_text(i, field));
+    for (RecordNumber i = 1; i < table->end_record(); ++i) all.push_back(table->value_text(i, field));
     return all;
   }
 

@@ -183,7 +183,7 @@ TEST(TextFormatter, FixedWidthsReadBack) {
   settings.flags &= static_cast<uint8_t>(~TextFileSettings::kFieldNames);
   const auto read = import_text_block(records(table, settings), {.text = settings});
   ASSERT_EQ(read.status(), Status::kOk);
-  for (uint32_t i = 1; i <= 50; ++i) {
+  for (RecordNumber i = 1; i <= 50; ++i) {
     std::string expected = table.value_text(i, 0);
     expected.erase(expected.find_last_not_of(' ') + 1);  // as padding goes
     EXPECT_EQ(read.table->value_text(i, 0), expected);

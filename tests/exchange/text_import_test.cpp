@@ -56,7 +56,7 @@ std::string types(const TextImportResult& result) {
 
 std::vector<std::string> cells(const TextImportResult& result, size_t field = 0) {
   std::vector<std::string> cells;
-  for (uint32_t i = 1; i <= result.table->record_count(); ++i)
+  for (RecordNumber i = 1; i < result.table->end_record(); ++i)
     cells.push_back(result.table->value_text(i, field));
   return cells;
 }
@@ -165,7 +165,7 @@ TEST(TextImportTypes, ColumnThatTurnsToTextLateKeepsItsTexts) {
   EXPECT_EQ(types(result), "NTN");
   ASSERT_EQ(result.table->record_count(), kRecords + 1);
   uint32_t kept = 0;
-  for (uint32_t i = 1; i <= kRecords; ++i) kept += result.table->value_text(i, 1) == "1.50";
+  for (RecordNumber i = 1; i <= kRecords; ++i) kept += result.table->value_text(i, 1) == "1.50";
   EXPECT_EQ(kept, kRecords);
   EXPECT_EQ(result.table->value_text(kRecords + 1, 1), "1e3x");
   EXPECT_EQ(result.table->value_text(kRecords, 2), std::to_string(kRecords - 1));

@@ -37,7 +37,7 @@ CWorkSheet random_table(size_t fields, const std::vector<std::string>& pieces, u
 void expect_same_cells(const CWorkSheet& read, const CWorkSheet& written) {
   ASSERT_EQ(read.record_count(), written.record_count());
   ASSERT_EQ(read.field_count(), written.field_count());
-  for (uint32_t record = 1; record <= written.record_count(); ++record) {
+  for (RecordNumber record = 1; record < written.end_record(); ++record) {
     for (size_t field = 0; field < written.field_count(); ++field) {
       ASSERT_EQ(read.value_text(record, field), written.value_text(record, field)) << record << ", " << field;
     }

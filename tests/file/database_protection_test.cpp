@@ -252,7 +252,8 @@ TEST_P(ProtectedFile, LargeTablesAndContentsOnSeveralThreads) {
   ASSERT_EQ(table->replace_column(0, table->field(0), std::move(texts)), ErrorCode::kOk);
   ASSERT_EQ(table->replace_column(1, table->field(1), std::move(numbers)), ErrorCode::kOk);
   for (uint32_t record = 1; record <= 200; ++record)
-    ASSERT_EQ(table->set_value(record, 2, Content::of("note " + std::to_string(record))), ErrorCode::kOk);
+    ASSERT_EQ(table->set_value(RecordNumber(record), 2, Content::of("note " + std::to_string(record))),
+              ErrorCode::kOk);
   ASSERT_EQ(table->set_value(1, 3, FileList{make_file("large.bin", sample_text(20 << 20))}), ErrorCode::kOk);
   const std::string content = describe(*table);
   ASSERT_EQ(open.file->set_protection(protection()), ErrorCode::kOk);

@@ -34,7 +34,7 @@ std::unique_ptr<CWorkSheet> column_table(FieldType type, const std::vector<CellV
   auto table = std::make_unique<CWorkSheet>("column", std::vector{make_field("values", type)});
   EXPECT_EQ(table->insert_records(1, static_cast<uint32_t>(values.size())), ErrorCode::kOk);
   for (size_t i = 0; i < values.size(); ++i) {
-    EXPECT_EQ(table->set_value(static_cast<uint32_t>(i) + 1, 0, values[i]), ErrorCode::kOk) << i;
+    EXPECT_EQ(table->set_value(record_number(static_cast<uint32_t>(i)), 0, values[i]), ErrorCode::kOk) << i;
   }
   return table;
 }
@@ -372,7 +372,7 @@ class RandomDatabase {
 
   void set_cell(CWorkSheet& table) {
     if (table.record_count() == 0) return;
-    const auto record = static_cast<uint32_t>(1 + below(table.record_count()));
+    const RecordNumber record = record_number(static_cast<uint32_t>(below(table.record_count())));
     const size_t field = below(table.field_count());
     EXPECT_EQ(table.set_value(record, field, value(table.field(field).type)), ErrorCode::kOk);
   }
@@ -380,15 +380,15 @@ class RandomDatabase {
   void edit_once(Database& database) {
     const std::vector<CWorkSheet*> tables = database.tables();
     CWorkSheet& table = *tables[below(tables.size())];
-    const auto record = static_cast<uint32_t>(1 + below(table.record_count() + 1));
+    const RecordNumber record = record_number(static_cast<uint32_t>(below(table.record_count() + 1)));
     const std::string name = "new" + std::to_string(random_());
     switch (below(12)) {
       case 0:
         EXPECT_EQ(table.insert_records(record, 1 + static_cast<uint32_t>(below(3))), ErrorCode::kOk);
         break;
       case 1:
-        if (record <= table.record_count()) {
-          EXPECT_EQ(table.delete_records(std::vector{record - 1}), ErrorCode::kOk);
+        if (record < table.end_record()) {
+          EXPECT_EQ(table.delete_records(std::vector{record.position()}), ErrorCode::kOk);
         }
         break;
       case 2:

@@ -59,7 +59,7 @@ inline std::string describe(const CWorkSheet& table) {
   for (const auto number : {static_cast<uint32_t>(arrangement.lines), uint32_t{arrangement.frozen_fields},
                             arrangement.frozen_records})
     text += std::to_string(number) + " ";
-  for (uint32_t record = 1; record <= table.record_count(); ++record) {
+  for (RecordNumber record = 1; record < table.end_record(); ++record) {
     text += std::to_string(table.flags(record)) + ":";
     for (size_t i = 0; i < table.field_count(); ++i) {
       text += " ";

@@ -17,8 +17,8 @@ class Calculated : public testing::Test {
                          {sample_field("Price", FieldType::kNumber), sample_field("Name", FieldType::kText)});
     require(table_->insert_records(1, 3));
     for (uint32_t record = 1; record <= 3; ++record) {
-      require(table_->set_value(record, 0, 10.0 * record));
-      require(table_->set_value(record, 1, "name " + std::to_string(record)));
+      require(table_->set_value(RecordNumber(record), 0, 10.0 * record));
+      require(table_->set_value(RecordNumber(record), 1, "name " + std::to_string(record)));
     }
   }
   ~Calculated() override { database_.set_hooks(nullptr); }
@@ -30,7 +30,7 @@ class Calculated : public testing::Test {
     field.formula = formula;
     require(target.insert_field(target.field_count(), field));
   }
-  std::string text(const std::string& field, uint32_t record, CWorkSheet* table = nullptr) {
+  std::string text(const std::string& field, RecordNumber record, CWorkSheet* table = nullptr) {
     const CWorkSheet& source = table != nullptr ? *table : *table_;
     return source.value_text(record, *source.find_field(field));
   }
@@ -377,11 +377,12 @@ TEST_F(Calculated, TextsOfManyThreads) {
   for (const int threads : {1, 2, 5, 16}) {
     settings.threads = threads;
     ASSERT_EQ(run(settings).fields, 3U);
-    for (const uint32_t record : {1U, 25'001U, 25'002U, 31'234U, 50'000U}) {
-      EXPECT_EQ(text("Different", record, many), "no " + std::to_string(record - 1));
-      EXPECT_EQ(text("Few", record, many), record > 25'001 ? "high" : "low");
-      EXPECT_EQ(text("Mixed", record, many),
-                std::to_string(record - 1).substr(0, 2) + (record > 25'001 ? "high" : "low"));
+    for (const RecordNumber record : std::vector<RecordNumber>{1, 25'001, 25'002, 31'234, 50'000}) {
+      const std::string position = std::to_string(record.position());
+      const char* few = record > 25'001 ? "high" : "low";
+      EXPECT_EQ(text("Different", record, many), "no " + position);
+      EXPECT_EQ(text("Few", record, many), few);
+      EXPECT_EQ(text("Mixed", record, many), position.substr(0, 2) + few);
     }
     ASSERT_TRUE(database_.undo());
   }

@@ -75,7 +75,8 @@ inline CWorkSheet* add_sample_tables(Database& database) {
   CWorkSheet* rates = add_sample_table(database, "folder", "rates",
                                        {sample_field("Rate", kNumber), sample_field("Label", kText)});
   require(rates->insert_records(1, 3));
-  for (uint32_t record = 1; record <= 3; ++record) require(rates->set_value(record, 0, double(record)));
+  for (uint32_t record = 1; record <= 3; ++record)
+    require(rates->set_value(RecordNumber(record), 0, double(record)));
   require(rates->set_value(1, 1, "x"));
   require(rates->set_value(2, 1, "y"));
   add_sample_table(database, "", "empty table", {sample_field("Field", kNumber)});

@@ -60,7 +60,7 @@ std::string contents_of(const Database& database) {
   std::string text;
   for (const CWorkSheet* table : database.tables()) {
     text += table->path() + "\n";
-    for (uint32_t record = 1; record <= table->record_count(); ++record) {
+    for (RecordNumber record = 1; record < table->end_record(); ++record) {
       for (size_t i = 0; i < table->field_count(); ++i) {
         const CellValue value = table->value(record, i);
         if (const auto* number = std::get_if<double>(&value))

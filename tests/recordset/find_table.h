@@ -36,12 +36,12 @@ inline void fill_randomly(CWorkSheet& table, uint32_t records, unsigned seed) {
     return text;
   };
   ASSERT_EQ(table.insert_records(1, records), ErrorCode::kOk);
-  for (uint32_t record = 1; record <= records; ++record) {
+  for (RecordNumber record = 1; record < table.end_record(); ++record) {
     ASSERT_EQ(table.set_value(record, 0, word()), ErrorCode::kOk);
     if (random() % 4 > 0) {
       ASSERT_EQ(table.set_value(record, 1, static_cast<double>(random() % 100) / 4), ErrorCode::kOk);
     }
-    if (record % 8 != 0) continue;
+    if (record.number() % 8 != 0) continue;
     ASSERT_EQ(table.set_value(record, 2, Content::of(word())), ErrorCode::kOk);
     ASSERT_EQ(table.set_value(record, 3, FileList{make_file(word() + "x.png")}), ErrorCode::kOk);
   }

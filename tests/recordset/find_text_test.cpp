@@ -10,9 +10,9 @@ namespace {
 
 class FindTextTest : public testing::Test {
  protected:
-  void set(uint32_t record, size_t field, const CellValue& value) {
-    while (table.record_count() < record) {
-      ASSERT_EQ(table.insert_records(table.record_count() + 1, 1), ErrorCode::kOk);
+  void set(RecordNumber record, size_t field, const CellValue& value) {
+    while (table.end_record() <= record) {
+      ASSERT_EQ(table.insert_records(table.end_record(), 1), ErrorCode::kOk);
     }
     ASSERT_EQ(table.set_value(record, field, value), ErrorCode::kOk);
   }

@@ -136,7 +136,7 @@ class SmallTable : public testing::Test {
     ASSERT_EQ(table_->insert_records(1, static_cast<uint32_t>(words.size())), ErrorCode::kOk);
     for (uint32_t i = 0; i < words.size(); ++i) {
       const CellValue value = words[i].empty() ? CellValue() : CellValue(words[i]);
-      ASSERT_EQ(table_->set_value(i + 1, 0, value), ErrorCode::kOk);
+      ASSERT_EQ(table_->set_value(record_number(i), 0, value), ErrorCode::kOk);
     }
   }
 
@@ -196,7 +196,7 @@ TEST_F(SmallTable, FrequenciesAreOneUndoStepAndAllOrNothing) {
   ASSERT_EQ(save_frequencies(*table_, search, result), ErrorCode::kOk);
   const auto counts = [&] {
     std::string all;
-    for (uint32_t record = 1; record <= 6; ++record) all += table_->value_text(record, 1) + ",";
+    for (RecordNumber record = 1; record <= 6; ++record) all += table_->value_text(record, 1) + ",";
     return all;
   };
   EXPECT_EQ(counts(), "2,2,,1,,1,");

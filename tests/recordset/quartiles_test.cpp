@@ -107,7 +107,7 @@ TEST(Quartiles, EqualThoseOfSortedNumbersInAnyOrderOnAnyNumberOfThreads) {
       const RecordSet records = random.records(table->record_count());
       std::vector<double> numbers;
       for (const uint32_t record : records) {
-        const CellValue value = table->value(record + 1, field);
+        const CellValue value = table->value(record_number(record), field);
         if (!is_empty(value) && std::get<double>(value) == std::get<double>(value)) {
           numbers.push_back(std::get<double>(value));
         }

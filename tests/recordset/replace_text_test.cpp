@@ -23,7 +23,7 @@ class ReplaceTextTest : public testing::Test {
  protected:
   void SetUp() override { ASSERT_EQ(table.insert_records(1, 3), ErrorCode::kOk); }
 
-  void set(uint32_t record, size_t field, const CellValue& value) {
+  void set(RecordNumber record, size_t field, const CellValue& value) {
     ASSERT_EQ(table.set_value(record, field, value), ErrorCode::kOk);
   }
   void change_field(size_t index, const std::function<void(Field&)>& change) {
@@ -37,7 +37,7 @@ class ReplaceTextTest : public testing::Test {
   }
   std::string cells(size_t field) const {
     std::string text;
-    for (uint32_t record = 1; record <= table.record_count(); ++record)
+    for (RecordNumber record = 1; record < table.end_record(); ++record)
       text += table.value_text(record, field) + "|";
     return text;
   }
@@ -92,7 +92,7 @@ TEST_F(ReplaceTextTest, GroupsOfExpressions) {
 }
 
 TEST_F(ReplaceTextTest, LeavesOutWhatATypeDoesNotTake) {
-  for (uint32_t record = 1; record <= 3; ++record) set(record, 1, 10.0 * record);
+  for (RecordNumber record = 1; record <= 3; ++record) set(record, 1, 10.0 * record.number());
   ReplaceResult result = replace(replace_settings("0", "x"));
   EXPECT_EQ(result.refused.not_numeric, 3U);
   result = replace(replace_settings("2", "1e"));
@@ -178,7 +178,7 @@ TEST_F(ReplaceTextTest, AgreesWithReplacingCellByCell) {
   std::string expected;
   const RegularExpression expression("a([ab1])", regex::kUtf8);
   RegexMatcher matcher(expression, 0, true);
-  for (uint32_t record = 1; record <= table.record_count(); ++record) {
+  for (RecordNumber record = 1; record < table.end_record(); ++record) {
     std::string text = table.value_text(record, 0);
     size_t from = 0;
     while (const auto span = matcher.find(text, from)) {

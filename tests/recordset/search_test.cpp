@@ -145,7 +145,7 @@ class SmallSearch : public testing::Test {
   }
 
   void set(uint32_t position, size_t field, CellValue value) {
-    ASSERT_EQ(table_->set_value(position + 1, field, value), ErrorCode::kOk);
+    ASSERT_EQ(table_->set_value(record_number(position), field, value), ErrorCode::kOk);
   }
 
   Database database_;

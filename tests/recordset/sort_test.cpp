@@ -247,7 +247,7 @@ TEST(RecordSearch, FindsTheRecordsThatAScanFinds) {
       const auto record = static_cast<uint32_t>(random.below(table->record_count()));
       std::vector<CellValue> values;
       const size_t count = 1 + random.below(keys.size());
-      for (size_t k = 0; k < count; ++k) values.push_back(table->value(record + 1, keys[k].field));
+      for (size_t k = 0; k < count; ++k) values.push_back(table->value(record_number(record), keys[k].field));
       const RecordRange found = find_records(order, in_order, values);
       for (size_t place = 0; place < in_order.size(); ++place) {
         const int side = place < found.first ? -1 : place < found.end ? 0 : 1;

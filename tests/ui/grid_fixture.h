@@ -37,9 +37,10 @@ class GridTest : public testing::Test {
     CWorkSheet& added = *made;
     static_cast<void>(added.insert_records(1, 8));
     for (uint32_t i = 1; i <= 8; ++i) {
-      static_cast<void>(added.set_value(i, kName, std::string(1, static_cast<char>('A' + i - 1))));
-      static_cast<void>(added.set_value(i, kPrice, 10.0 * i));
-      static_cast<void>(added.set_value(i, kDay, 45351.0 + i));
+      const RecordNumber record(i);
+      static_cast<void>(added.set_value(record, kName, std::string(1, static_cast<char>('A' + i - 1))));
+      static_cast<void>(added.set_value(record, kPrice, 10.0 * i));
+      static_cast<void>(added.set_value(record, kDay, 45351.0 + i));
     }
     EXPECT_EQ(document.database().add_table(document.database().root(), made), ErrorCode::kOk);
     return added;
@@ -75,10 +76,10 @@ class GridTest : public testing::Test {
   QWidget* open_editor() const { return static_cast<CellDelegate*>(view->itemDelegate())->editor(); }
   QString typed() const { return static_cast<CellDelegate*>(view->itemDelegate())->text(); }
 
-  std::string text(uint32_t record, size_t field) const { return table.value_text(record, field); }
+  std::string text(RecordNumber record, size_t field) const { return table.value_text(record, field); }
   std::string names() const {
     std::string all;
-    for (uint32_t i = 1; i <= table.record_count(); ++i) {
+    for (RecordNumber i = 1; i < table.end_record(); ++i) {
       const std::string name = text(i, kName);
       all += name.empty() ? "-" : name;
     }

@@ -17,7 +17,7 @@ class GridWindowTest : public testing::Test {
     frame.new_database();
     frame.show();
     for (uint32_t i = 1; i <= 20; ++i) {
-      static_cast<void>(table().set_value(i, 0, std::string(i % 2 == 0 ? "even" : "odd")));
+      static_cast<void>(table().set_value(RecordNumber(i), 0, std::string(i % 2 == 0 ? "even" : "odd")));
     }
   }
   ~GridWindowTest() override {
@@ -65,7 +65,7 @@ TEST_F(GridWindowTest, ACommandStoresWhatIsTypedFirstAndWaitsWhereItIsRefused) {
 TEST_F(GridWindowTest, AFilterKeepsTheCurrentRecordAndOutlivesUndo) {
   filter_by({5, 0});
   EXPECT_EQ(grid().model().rowCount(), 10);
-  EXPECT_EQ(grid().model().record_at(grid().current_place().row), 6u);
+  EXPECT_EQ(grid().model().record_at(grid().current_place().row), RecordNumber(6));
   give(Command::kInsertRecords);
   EXPECT_EQ(grid().model().rowCount(), 11);
   give(Command::kUndo);

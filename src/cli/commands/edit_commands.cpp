@@ -17,7 +17,7 @@ struct EditArguments {
   std::string database;
   std::vector<std::string> words;  // [TABLE] and what follows
   uint32_t count = 1;
-  uint32_t before = 0;
+  uint32_t before = 0;  // the number of a record, 0: at the end
   WhereArguments where;
   SaveOptions save;
   TextOptions text;
@@ -29,7 +29,7 @@ int open_for_editing(Session& session, EditArguments& arguments, CWorkSheet** ta
   return *table != nullptr ? kDone : kFailed;
 }
 
-int store(CWorkSheet& table, uint32_t record, const std::vector<Assignment>& assignments) {
+int store(CWorkSheet& table, RecordNumber record, const std::vector<Assignment>& assignments) {
   for (const Assignment& assignment : assignments) {
     const ErrorCode error = table.set_value(record, assignment.field, assignment.value);
     if (error != ErrorCode::kOk) return fail(error);
@@ -50,7 +50,8 @@ int run_set(const GlobalOptions& global, EditArguments& arguments) {
   if (const int status = read_assignments(*table, arguments.words, assignments); status != kDone)
     return status;
   for (const uint32_t position : positions) {
-    if (const int status = store(*table, position + 1, assignments); status != kDone) return status;
+    if (const int status = store(*table, record_number(position), assignments); status != kDone)
+      return status;
   }
   return session.save(arguments.save);
 }
@@ -62,14 +63,14 @@ int run_insert(const GlobalOptions& global, EditArguments& arguments) {
   std::vector<Assignment> assignments;
   if (const int status = read_assignments(*table, arguments.words, assignments); status != kDone)
     return status;
-  const uint32_t before = arguments.before > 0 ? arguments.before : table->record_count() + 1;
-  if (before > table->record_count() + 1) {
-    return fail("there is no record " + std::to_string(before) + " in " + table->path());
+  RecordNumber record = arguments.before > 0 ? RecordNumber(arguments.before) : table->end_record();
+  if (record > table->end_record()) {
+    return fail("there is no record " + std::to_string(record.number()) + " in " + table->path());
   }
-  const ErrorCode error = table->insert_records(before, arguments.count);
+  const ErrorCode error = table->insert_records(record, arguments.count);
   if (error != ErrorCode::kOk) return fail(error);
-  for (uint32_t i = 0; i < arguments.count; ++i) {
-    if (const int status = store(*table, before + i, assignments); status != kDone) return status;
+  for (uint32_t i = 0; i < arguments.count; ++i, ++record) {
+    if (const int status = store(*table, record, assignments); status != kDone) return status;
   }
   return session.save(arguments.save);
 }

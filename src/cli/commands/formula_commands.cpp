@@ -85,7 +85,7 @@ int choose_record(const CWorkSheet& table, const std::vector<std::string>& words
   if (words.size() > 1 || !number || record < 1 || record > table.record_count()) {
     return fail("there is no record " + words.back() + " in " + table.path());
   }
-  evaluator.set_record(record - 1);
+  evaluator.set_record(RecordNumber(record).position());
   return kDone;
 }
 

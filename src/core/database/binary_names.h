@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "core/table/record_number.h"
+
 namespace rowvane {
 
 inline constexpr std::string_view kRichTextFileName = "text.rtf";
@@ -17,8 +19,8 @@ inline constexpr std::string_view kBinaryFolderEnd = ".rvb-bin/";
 // The file name of a long text: kRichTextFileName when it begins with "{\rtf" or "{urtf".
 std::string_view long_text_file_name(std::string_view beginning);
 
-// "shop.rvb-bin/orders.r000000012f00003/": RECORD and FIELD are 1-based.
-std::string binary_folder_name(std::string_view database_name, std::string_view table_name, uint32_t record,
-                               size_t field);
+// "shop.rvb-bin/orders.r000000012f00003/": FIELD is 1-based.
+std::string binary_folder_name(std::string_view database_name, std::string_view table_name,
+                               RecordNumber record, size_t field);
 
 }  // namespace rowvane

@@ -46,7 +46,7 @@ using Positions = std::vector<uint32_t>;
 std::vector<Positions> flagged_records(const CWorkSheet& table) {
   std::vector<Positions> records(kMaxRecordFlagTypes + 1);
   for (uint32_t i = 0; i < table.data().flags.size(); ++i) {
-    const auto type = static_cast<size_t>(table.flag_type(i + 1));
+    const auto type = static_cast<size_t>(table.flag_type(record_number(i)));
     if (type > 0 && type < records.size()) records[type].push_back(i);
   }
   return records;

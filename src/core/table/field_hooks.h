@@ -8,6 +8,7 @@
 #include <string>
 
 #include "core/table/cell_value.h"
+#include "core/table/record_number.h"
 
 namespace rowvane {
 
@@ -17,9 +18,9 @@ class FieldHooks {
  public:
   virtual ~FieldHooks() = default;
 
-  // True when VALUE, about to be stored in the 1-based RECORD, satisfies the validation formula of FIELD.
+  // True when VALUE, about to be stored in RECORD, satisfies the validation formula of FIELD.
   // Called only for fields that have one.
-  virtual bool accepts(const CWorkSheet& table, uint32_t record, size_t field,
+  virtual bool accepts(const CWorkSheet& table, RecordNumber record, size_t field,
                        const CellValue& value) const = 0;
 
   // Called inside the undo step of a change to TABLE, after it, so that what the hook changes belongs to the

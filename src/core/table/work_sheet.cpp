@@ -112,11 +112,12 @@ std::optional<size_t> CWorkSheet::find_field_with_id(FieldId id) const {
   return static_cast<size_t>(found - data_.field_ids.begin());
 }
 
-CellValue CWorkSheet::value(uint32_t record, size_t field) const {
-  return cell_value(data_.columns[field], record - 1);
+CellValue CWorkSheet::value(RecordNumber record, size_t field) const {
+  return cell_value(data_.columns[field], record.position());
 }
 
-std::string CWorkSheet::value_text(uint32_t record, size_t field, const NumberSeparators& separators) const {
+std::string CWorkSheet::value_text(RecordNumber record, size_t field,
+                                   const NumberSeparators& separators) const {
   const CellValue cell = value(record, field);
   if (const auto* number = std::get_if<double>(&cell)) return number_cell_text(*number, separators);
   if (const auto* text = std::get_if<std::string>(&cell)) return *text;
@@ -261,8 +262,8 @@ ErrorCode CWorkSheet::replace_column(size_t index, Field definition, Column colu
   return ErrorCode::kOk;
 }
 
-ErrorCode CWorkSheet::validate_value(uint32_t record, size_t field, const CellValue& value) const {
-  if (record < 1 || record > record_count()) return ErrorCode::kInvalidCacheIndex;
+ErrorCode CWorkSheet::validate_value(RecordNumber record, size_t field, const CellValue& value) const {
+  if (record.position() >= record_count()) return ErrorCode::kInvalidCacheIndex;
   if (const auto error = require_editable_field(field); error != ErrorCode::kOk) return error;
   if (!fits_column(data_.columns[field], value)) return ErrorCode::kFieldTypeMismatch;
   ErrorCode error = ErrorCode::kOk;
@@ -280,12 +281,12 @@ ErrorCode CWorkSheet::validate_value(uint32_t record, size_t field, const CellVa
   return ErrorCode::kOk;
 }
 
-ErrorCode CWorkSheet::set_value(uint32_t record, size_t field, const CellValue& value) {
+ErrorCode CWorkSheet::set_value(RecordNumber record, size_t field, const CellValue& value) {
   if (const auto error = validate_value(record, field, value); error != ErrorCode::kOk) return error;
   Column cell = make_column(data_.fields[field].type);
   resize_column(cell, 1);
   store_value(cell, 0, value);
-  const std::vector<uint32_t> position{record - 1};
+  const std::vector<uint32_t> position{record.position()};
   apply_and_tell(std::make_unique<CellsChange>(*this, field, position, std::move(cell)),
                  [&](const FieldHooks& hooks) { hooks.values_changed(*this, field, position); });
   return ErrorCode::kOk;
@@ -298,7 +299,7 @@ ErrorCode CWorkSheet::set_values(size_t field, std::vector<uint32_t> positions, 
   if (cells.index() != data_.columns[field].index()) return ErrorCode::kFieldTypeMismatch;
   std::vector<uint32_t> kept;  // indices into CELLS
   for (uint32_t i = 0; i < positions.size(); ++i) {
-    const ErrorCode error = validate_value(positions[i] + 1, field, cell_value(cells, i));
+    const ErrorCode error = validate_value(record_number(positions[i]), field, cell_value(cells, i));
     if (error == ErrorCode::kOk) {
       kept.push_back(i);
     } else {
@@ -320,13 +321,13 @@ ErrorCode CWorkSheet::set_values(size_t field, std::vector<uint32_t> positions, 
   return ErrorCode::kOk;
 }
 
-ErrorCode CWorkSheet::insert_records(uint32_t before, uint32_t count) {
-  if (before < 1 || before > record_count() + 1) return ErrorCode::kInvalidCacheIndex;
+ErrorCode CWorkSheet::insert_records(RecordNumber before, uint32_t count) {
+  if (before.position() > record_count()) return ErrorCode::kInvalidCacheIndex;
   const uint32_t limit = database_ != nullptr ? database_->max_records() : kDefaultMaxRecords;
   if (count > limit || record_count() > limit - count) return ErrorCode::kTooManyRecords;
   if (count == 0) return ErrorCode::kOk;
   std::vector<uint32_t> positions(count);
-  std::iota(positions.begin(), positions.end(), before - 1);
+  std::iota(positions.begin(), positions.end(), before.position());
   std::vector<Column> cells;
   for (const Field& field : data_.fields) cells.push_back(default_cells(field, count));
   apply_and_tell(std::make_unique<RecordsChange>(*this, positions, std::move(cells)),
@@ -357,7 +358,7 @@ ErrorCode CWorkSheet::set_flag_type(std::span<const uint32_t> positions, int typ
   once.erase(std::unique(once.begin(), once.end()), once.end());
   std::vector<RecordFlags> new_flags;
   for (const uint32_t position : once) {
-    const RecordFlags rest = flags(position + 1) & ((1u << kFlagTypeShift) - 1);
+    const RecordFlags rest = flags(record_number(position)) & ((1u << kFlagTypeShift) - 1);
     new_flags.push_back(static_cast<RecordFlags>(rest | static_cast<unsigned>(type) << kFlagTypeShift));
   }
   apply(std::make_unique<FlagsChange>(*this, std::move(once), std::move(new_flags)));

@@ -9,6 +9,7 @@
 
 #include "core/messages/error_code.h"
 #include "core/messages/user_text.h"
+#include "core/table/record_number.h"
 #include "core/table/table_data.h"
 #include "core/values/number_text.h"
 
@@ -18,7 +19,7 @@ class Change;
 class Database;
 class Folder;
 
-// A value that was not stored, by the 0-based position of its record.
+// A value that was not stored, by the position of its record.
 struct RefusedValue {
   uint32_t position = 0;
   ErrorCode error = ErrorCode::kOk;
@@ -26,7 +27,7 @@ struct RefusedValue {
   bool operator==(const RefusedValue&) const = default;
 };
 
-// Fields are addressed by their 0-based index, records by their number from 1 to record_count(). All changes
+// Fields are addressed by their 0-based index, records by their number or by their positions. All changes
 // check the rules, can be undone while the table belongs to a database, and are told to its observers.
 //
 // Errors: kInvalidCacheIndex for a field or record that is not there; kEncryptedField for a change to an
@@ -51,6 +52,8 @@ class CWorkSheet {
 
   const TableData& data() const { return data_; }
   uint32_t record_count() const { return data_.record_count; }
+  // The number behind that of the last record.
+  RecordNumber end_record() const { return record_number(record_count()); }
   size_t field_count() const { return data_.fields.size(); }
   const Field& field(size_t index) const { return data_.fields[index]; }
   const Column& column(size_t index) const { return data_.columns[index]; }
@@ -60,20 +63,20 @@ class CWorkSheet {
   // Nothing when the field is deleted.
   std::optional<size_t> find_field_with_id(FieldId id) const;
 
-  CellValue value(uint32_t record, size_t field) const;
+  CellValue value(RecordNumber record, size_t field) const;
   // The value as text: numbers in SEPARATORS, errors by their names, long texts whole (empty when
   // unreadable), files as their names joined by "; ".
-  std::string value_text(uint32_t record, size_t field, const NumberSeparators& separators = {}) const;
+  std::string value_text(RecordNumber record, size_t field, const NumberSeparators& separators = {}) const;
 
-  RecordFlags flags(uint32_t record) const {
-    return data_.flags.empty() ? RecordFlags{0} : data_.flags[record - 1];
+  RecordFlags flags(RecordNumber record) const {
+    return data_.flags.empty() ? RecordFlags{0} : data_.flags[record.position()];
   }
   const std::vector<SearchKey>& search_keys() const { return data_.objects.search_keys; }
   // Letter case does not matter.
   std::optional<size_t> find_search_key(std::string_view name) const;
 
   // Number of the record's flag type, 0 for none.
-  int flag_type(uint32_t record) const { return flags(record) >> kFlagTypeShift; }
+  int flag_type(RecordNumber record) const { return flags(record) >> kFlagTypeShift; }
 
   // Inserts FIELD at INDEX. kNameNotUnique, kFieldTypeMismatch for an invalid name, kRecordSize.
   ErrorCode insert_field(size_t index, Field field);
@@ -88,7 +91,7 @@ class CWorkSheet {
   // column must be of the kind that TYPE has and of record_count() cells.
   ErrorCode replace_column(size_t index, Field definition, Column column);
 
-  // Stores what a calculated field's formula gave for the records at these 0-based positions: CELLS, of the
+  // Stores what a calculated field's formula gave for the records at these positions: CELLS, of the
   // field's kind, hold the values in their order. No rule for entered values is checked.
   ErrorCode store_results(size_t field, std::vector<uint32_t> positions, Column cells);
   // The same for all records.
@@ -101,17 +104,17 @@ class CWorkSheet {
 
   // kFieldTypeMismatch when VALUE is not of the field's kind or an infinite number, kOutputTooLong for a text
   // of more than 8169 characters, kTooManyContainerObjects, kInvalidUtf8, kValidation.
-  ErrorCode set_value(uint32_t record, size_t field, const CellValue& value);
-  // Stores CELLS, of the field's kind, in the records at these 0-based positions, each there once, as one
+  ErrorCode set_value(RecordNumber record, size_t field, const CellValue& value);
+  // Stores CELLS, of the field's kind, in the records at these positions, each there once, as one
   // change. Cells that set_value would refuse are left out and listed in REFUSED.
   ErrorCode set_values(size_t field, std::vector<uint32_t> positions, Column cells,
                        std::vector<RefusedValue>& refused);
   // Inserts COUNT records with the fields' default values (encrypted fields are empty) before record BEFORE
-  // (record_count() + 1: at the end). kTooManyRecords.
-  ErrorCode insert_records(uint32_t before, uint32_t count);
-  // Deletes the records at these 0-based positions, which ascend.
+  // (end_record(): at the end). kTooManyRecords.
+  ErrorCode insert_records(RecordNumber before, uint32_t count);
+  // Deletes the records at these positions, which ascend.
   ErrorCode delete_records(std::span<const uint32_t> positions);
-  // Gives records (0-based positions) the flag type of this number; 0 takes it away. kInvalidCacheIndex when
+  // Gives records the flag type of this number; 0 takes it away. kInvalidCacheIndex when
   // the database has no such type.
   ErrorCode set_flag_type(std::span<const uint32_t> positions, int type);
 
@@ -128,7 +131,7 @@ class CWorkSheet {
   void change_arrangement(GridArrangement arrangement);
 
   // What set_value would answer.
-  ErrorCode validate_value(uint32_t record, size_t field, const CellValue& value) const;
+  ErrorCode validate_value(RecordNumber record, size_t field, const CellValue& value) const;
 
   // Changes with every change to fields and records that the table's stored form shows. No two tables ever
   // have the same number: equal numbers mean the same table with equal content.

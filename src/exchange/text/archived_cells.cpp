@@ -30,7 +30,7 @@ ArchivedCells::ArchivedCells(const CWorkSheet& table, std::string name, bool fil
 }
 
 std::string ArchivedCells::folder_of(uint32_t position, size_t field) const {
-  return binary_folder_name(name_, table_.name(), position + 1, field + 1);
+  return binary_folder_name(name_, table_.name(), record_number(position), field + 1);
 }
 
 bool ArchivedCells::holds_long_texts(size_t field) const {

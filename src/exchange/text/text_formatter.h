@@ -55,7 +55,7 @@ class TextFormatter {
 
   // The line of field names.
   void append_names(std::string& out) const;
-  // The records at 0-based positions FIRST to LAST - 1. kOk, or the error of a value that can't be read;
+  // The records at positions FIRST to END - 1. kOk, or the error of a value that can't be read;
   // kOutOfResources when the system lacks the code page. OUT then has lines as far as they went.
   ErrorCode append_range(uint32_t first, uint32_t end, std::string& out) const;
   // The records at POSITIONS in that order.

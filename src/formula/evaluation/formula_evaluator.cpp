@@ -24,7 +24,7 @@ Scalar read_cell(const CWorkSheet& table, size_t field, size_t position, WorkAre
   if (const auto* texts = std::get_if<TextColumn>(&column)) {
     return read_text_cell(texts->text(position), !table.field(field).formula.empty());
   }
-  const std::string text = table.value_text(static_cast<uint32_t>(position) + 1, field);
+  const std::string text = table.value_text(record_number(static_cast<uint32_t>(position)), field);
   return text.empty() ? Scalar() : area.keep(text);
 }
 

@@ -24,13 +24,13 @@ Scalar scalar_of(const CellValue& value, std::string& text) {
 
 }  // namespace
 
-bool FormulaHooks::accepts(const CWorkSheet& table, uint32_t record, size_t field,
+bool FormulaHooks::accepts(const CWorkSheet& table, RecordNumber record, size_t field,
                            const CellValue& value) const {
   const auto evaluator = std::make_unique<FormulaEvaluator>(settings_);
   std::string text;
   const Scalar entered = scalar_of(value, text);
   evaluator->set_table(&table);
-  evaluator->set_record(record - 1);
+  evaluator->set_record(record.position());
   evaluator->set_entry(static_cast<uint16_t>(field), &entered);
   if (evaluator->evaluate(table.field(field).validation) == Kind::kError) return false;
   return to_truth(evaluator->result(), evaluator->context()).value_or(false);

@@ -29,7 +29,8 @@ class FormulaHooks final : public FieldHooks {
   const FormulaSettings& settings() const { return settings_; }
 
   // The formula sees VALUE in the field; it is satisfied by a number other than 0.
-  bool accepts(const CWorkSheet& table, uint32_t record, size_t field, const CellValue& value) const override;
+  bool accepts(const CWorkSheet& table, RecordNumber record, size_t field,
+               const CellValue& value) const override;
   void values_changed(CWorkSheet& table, std::optional<size_t> field,
                       std::span<const uint32_t> positions) const override;
   void field_changed(CWorkSheet& table, size_t field) const override;

@@ -89,7 +89,7 @@ class ColumnPass {
   }
 
   bool is_skipped(uint64_t position) const {
-    return (pass_.table.flags(static_cast<uint32_t>(position) + 1) & kSkippedFlag) != 0;
+    return (pass_.table.flags(record_number(static_cast<uint32_t>(position))) & kSkippedFlag) != 0;
   }
 
   void keep_outcomes(const BlockVector& results, uint64_t from, size_t count) {
@@ -129,8 +129,8 @@ Column calculate_cells(const FieldPass& pass, std::span<const uint32_t> position
   WorkArea area;
   const ScalarContext context{area, pass.formulas.generic};
   for (size_t i = 0; i < positions.size(); ++i) {
-    if ((pass.table.flags(positions[i] + 1) & kSkippedFlag) != 0) {
-      store_value(cells, i, pass.table.value(positions[i] + 1, pass.field));
+    if ((pass.table.flags(record_number(positions[i])) & kSkippedFlag) != 0) {
+      store_value(cells, i, pass.table.value(record_number(positions[i]), pass.field));
       continue;
     }
     evaluator.set_record(positions[i]);

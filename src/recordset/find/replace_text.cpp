@@ -273,7 +273,7 @@ size_t replace_in_cell(CWorkSheet& table, const ReplaceText& settings, uint32_t 
   }
   const auto value = replacer.new_value(position, result, place.from, 1);
   if (!value) return 0;
-  const ErrorCode error = table.set_value(position + 1, field, *value);
+  const ErrorCode error = table.set_value(record_number(position), field, *value);
   if (error == ErrorCode::kOk) {
     result.cells = result.matches = 1;
   } else {

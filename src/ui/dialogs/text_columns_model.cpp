@@ -118,7 +118,7 @@ int TextSampleModel::columnCount(const QModelIndex& parent) const {
 
 QVariant TextSampleModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::ToolTipRole)) return {};
-  const auto record = static_cast<uint32_t>(index.row()) + 1;
+  const RecordNumber record = record_number(static_cast<uint32_t>(index.row()));
   const QString text = to_qt(sample_->value_text(record, static_cast<size_t>(index.column())));
   // Line breaks of quoted fields do not belong into one line.
   return role == Qt::DisplayRole ? text.left(kShownCharacters).replace('\n', QChar(0x21B5)) : text;

@@ -30,7 +30,7 @@ std::string longest_text(const CWorkSheet& table, size_t field) {
       if (texts->text(i).size() > most) compare(texts->text(i));
     }
   } else if (std::holds_alternative<NumberColumn>(table.column(field))) {
-    for (uint32_t record = 1; record <= table.record_count(); ++record)
+    for (RecordNumber record = 1; record < table.end_record(); ++record)
       compare(table.value_text(record, field));
   }
   return longest;

@@ -32,11 +32,11 @@ bool is_empty_cell(const Column& column, size_t position) {
 int record_edge(GridPlace from, int step, const GridLayout& layout, const TableModel& model) {
   const Column& column = model.table().column(static_cast<size_t>(layout.field_at(from.place)));
   return data_edge(from.row, step, layout.row_count(),
-                   [&](int row) { return is_empty_cell(column, model.record_at(row) - 1); });
+                   [&](int row) { return is_empty_cell(column, model.record_at(row).position()); });
 }
 
 int field_edge(GridPlace from, int step, const GridLayout& layout, const TableModel& model) {
-  const size_t position = model.record_at(from.row) - 1;
+  const size_t position = model.record_at(from.row).position();
   return data_edge(from.place, step, layout.place_count(), [&](int place) {
     return is_empty_cell(model.table().column(static_cast<size_t>(layout.field_at(place))), position);
   });

@@ -37,7 +37,7 @@ bool RecordHeader::is_selected(int row) const {
 }
 
 void RecordHeader::draw_row(QPainter& painter, int row) {
-  const uint32_t record = model_.record_at(row);
+  const RecordNumber record = model_.record_at(row);
   const QRect rect(0, layout_.top(row), width(), layout_.row_height());
   const QColor accent = palette().color(QPalette::Highlight);
   if (is_selected(row)) {
@@ -52,7 +52,7 @@ void RecordHeader::draw_row(QPainter& painter, int row) {
   const int line = std::min(rect.height(), layout_.row_height() / layout_.lines());
   painter.drawText(
       QRect(kMarkWidth, rect.top(), rect.width() - kMarkWidth - kNumberMargin - kFlagWidth, line),
-      Qt::AlignRight | Qt::AlignVCenter, QString::number(record));
+      Qt::AlignRight | Qt::AlignVCenter, QString::number(record.number()));
   const int type = model_.table().flag_type(record);
   const Database* database = model_.table().database();
   if (type > 0 && database != nullptr &&

@@ -33,7 +33,7 @@ void note(CellChanges& changes, size_t cells, ErrorCode error, const std::vector
   if (!refused.empty() && changes.error == ErrorCode::kOk) changes.error = refused.front().error;
 }
 
-// Stores in FIELD the values that VALUE_OF answers for the 0-based places in RECORDS. Nothing: the text that
+// Stores in FIELD the values that VALUE_OF answers for the indices into RECORDS. Nothing: the text that
 // stands there is no value of the field.
 template <typename ValueOf>
 void store(CWorkSheet& table, size_t field, std::span<const uint32_t> records, CellChanges& changes,
@@ -47,7 +47,7 @@ void store(CWorkSheet& table, size_t field, std::span<const uint32_t> records, C
       note(changes, 1, error, {});
       continue;
     }
-    positions.push_back(records[i] - 1);
+    positions.push_back(records[i]);
     values.push_back(std::move(value));
   }
   if (positions.empty()) return;
@@ -71,10 +71,9 @@ void store_same(CWorkSheet& table, size_t field, std::span<const uint32_t> recor
     std::visit([](auto& column) { std::fill(column.cells.begin(), column.cells.end(), column.cells[0]); },
                cells);
   }
-  std::vector<uint32_t> positions(records.begin(), records.end());
-  for (uint32_t& position : positions) --position;
   std::vector<RefusedValue> refused;
-  const ErrorCode error = table.set_values(field, std::move(positions), std::move(cells), refused);
+  const ErrorCode error =
+      table.set_values(field, {records.begin(), records.end()}, std::move(cells), refused);
   note(changes, records.size(), error, refused);
 }
 
@@ -96,7 +95,7 @@ CellChanges clear_cells(CWorkSheet& table, const CellBlock& block) {
   CellChanges changes;
   for (const size_t field : block.fields) {
     if (!is_entered(table, field)) continue;
-    store_same(table, field, block.records, changes, {});
+    store_same(table, field, block.positions, changes, {});
   }
   return changes;
 }
@@ -104,11 +103,11 @@ CellChanges clear_cells(CWorkSheet& table, const CellBlock& block) {
 CellChanges fill_down(CWorkSheet& table, const CellBlock& block) {
   const Step step(table, "Fill Down");
   CellChanges changes;
-  if (block.records.size() < 2) return changes;
+  if (block.positions.size() < 2) return changes;
   for (const size_t field : block.fields) {
     if (!is_entered(table, field)) continue;
-    const CellValue first = table.value(block.records.front(), field);
-    store_same(table, field, std::span(block.records).subspan(1), changes, first);
+    const CellValue first = table.value(record_number(block.positions.front()), field);
+    store_same(table, field, std::span(block.positions).subspan(1), changes, first);
   }
   return changes;
 }
@@ -117,7 +116,8 @@ CellChanges paste_cells(CWorkSheet& table, const CellBlock& block, const Clipboa
                         const platform::RegionalSettings& region) {
   const Step step(table, "Paste");
   CellChanges changes;
-  const size_t height = std::min(block.records.size(), rows.size() == 1 ? block.records.size() : rows.size());
+  const size_t height =
+      std::min(block.positions.size(), rows.size() == 1 ? block.positions.size() : rows.size());
   size_t widest = 0;
   for (const auto& row : rows) widest = std::max(widest, row.size());
   const bool one_cell = rows.size() == 1 && widest == 1;
@@ -129,13 +129,13 @@ CellChanges paste_cells(CWorkSheet& table, const CellBlock& block, const Clipboa
       CellValue value;
       const ErrorCode error = read_entry(table.field(field), rows[0][0], region, value);
       if (error == ErrorCode::kOk) {
-        store_same(table, field, block.records, changes, value);
+        store_same(table, field, block.positions, changes, value);
       } else {
-        note(changes, block.records.size(), error, {});
+        note(changes, block.positions.size(), error, {});
       }
       continue;
     }
-    store(table, field, std::span(block.records).first(height), changes, [&](size_t i, CellValue& value) {
+    store(table, field, std::span(block.positions).first(height), changes, [&](size_t i, CellValue& value) {
       const auto& row = rows[rows.size() == 1 ? 0 : i];
       if (column >= row.size()) return ErrorCode::kOk;
       return read_entry(table.field(field), row[column], region, value);

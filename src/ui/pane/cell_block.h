@@ -12,12 +12,12 @@
 
 namespace rowvane {
 
-// Cells of a table: those of FIELDS in RECORDS, both in the order in which they are shown.
+// Cells of a table: those of FIELDS in the records at POSITIONS, both in the order in which they are shown.
 struct CellBlock {
-  std::vector<uint32_t> records;  // 1-based
+  std::vector<uint32_t> positions;
   std::vector<size_t> fields;
 
-  size_t size() const { return records.size() * fields.size(); }
+  size_t size() const { return positions.size() * fields.size(); }
 };
 
 struct CellChanges {

@@ -113,7 +113,7 @@ std::unique_ptr<QMimeData> clipboard_data(const TableModel& model, const CellGro
   QString html = "<meta charset=\"utf-8\"><table>";
   for (const RowRange& range : cells.rows) {
     for (int row = range.first; row <= range.last; ++row) {
-      const uint32_t record = model.record_at(row);
+      const RecordNumber record = model.record_at(row);
       html += "<tr>";
       for (size_t i = 0; i < cells.fields.size(); ++i) {
         const auto field = static_cast<size_t>(cells.fields[i]);

@@ -56,26 +56,25 @@ void TableModel::show_records(std::optional<RecordSet> records) {
   emit settled();
 }
 
-uint32_t TableModel::record_at(int row) const {
-  const auto position = static_cast<size_t>(row);
-  return (records_ ? (*records_)[position] : static_cast<uint32_t>(row)) + 1;
+RecordNumber TableModel::record_at(int row) const {
+  return record_number(records_ ? (*records_)[static_cast<size_t>(row)] : static_cast<uint32_t>(row));
 }
 
-int TableModel::row_of(uint32_t record) const {
-  if (!records_) return record <= record_count_ ? static_cast<int>(record) - 1 : -1;
-  const auto found = std::ranges::find(*records_, record - 1);
+int TableModel::row_of(RecordNumber record) const {
+  if (!records_) return record.position() < record_count_ ? static_cast<int>(record.position()) : -1;
+  const auto found = std::ranges::find(*records_, record.position());
   return found != records_->end() ? static_cast<int>(found - records_->begin()) : -1;
 }
 
-void TableModel::expect_inserted(uint32_t before, uint32_t count, int row) {
+void TableModel::expect_inserted(RecordNumber before, uint32_t count, int row) {
   if (!records_) return;
   RecordSet shown;
   shown.reserve(records_->size() + count);
   for (const uint32_t position : *records_) {
-    shown.push_back(position < before - 1 ? position : position + count);
+    shown.push_back(position < before.position() ? position : position + count);
   }
   std::vector<uint32_t> added(count);
-  for (uint32_t i = 0; i < count; ++i) added[i] = before - 1 + i;
+  for (uint32_t i = 0; i < count; ++i) added[i] = before.position() + i;
   shown.insert(shown.begin() + row, added.begin(), added.end());
   expected_ = std::move(shown);
 }
@@ -131,7 +130,7 @@ int TableModel::columnCount(const QModelIndex& parent) const {
 // ---- cells
 
 ShownCell TableModel::shown_cell(int row, int column) const {
-  return texts_->read(record_at(row) - 1, static_cast<size_t>(column));
+  return texts_->read(record_at(row).position(), static_cast<size_t>(column));
 }
 
 bool TableModel::is_typed(size_t field) const {
@@ -152,12 +151,12 @@ QString TableModel::number_entry_text(double number, size_t field) const {
   return to_qt(text);
 }
 
-QString TableModel::entry_text(uint32_t record, size_t field) const {
+QString TableModel::entry_text(RecordNumber record, size_t field) const {
   const CellValue value = table_.value(record, field);
   const auto* number = std::get_if<double>(&value);
   if (number != nullptr && !table_.field(field).format.empty() &&
       error_of_number(*number) == FormulaError::kNone) {
-    const QString shown = texts_->read(record - 1, field).text;
+    const QString shown = texts_->read(record.position(), field).text;
     const auto typed = read_typed_value(to_utf8(shown), document_.region());
     if (typed && typed->number == *number) return shown;
   }
@@ -167,11 +166,11 @@ QString TableModel::entry_text(uint32_t record, size_t field) const {
   return to_qt(is_rich ? plain_text_of(text) : text);
 }
 
-bool TableModel::has_formatting(uint32_t record, size_t field) const {
+bool TableModel::has_formatting(RecordNumber record, size_t field) const {
   return table_.field(field).type == FieldType::kLongText && is_rich_text(table_.value_text(record, field));
 }
 
-ErrorCode TableModel::enter(uint32_t record, size_t field, const QString& text, QString& warning) {
+ErrorCode TableModel::enter(RecordNumber record, size_t field, const QString& text, QString& warning) {
   std::string entered = to_utf8(text);
   if (table_.field(field).type == FieldType::kText) {
     TextEntry entry = read_text_entry(entered);
@@ -186,7 +185,7 @@ ErrorCode TableModel::enter(uint32_t record, size_t field, const QString& text, 
 bool TableModel::setData(const QModelIndex& index, const QVariant& value, int role) {
   if (role != Qt::EditRole || !index.isValid()) return false;
   const auto field = static_cast<size_t>(index.column());
-  const uint32_t record = record_at(index.row());
+  const RecordNumber record = record_at(index.row());
   const QString text = value.toString();
   if (text == entry_text(record, field)) return true;
   QString warning;
@@ -199,7 +198,7 @@ bool TableModel::setData(const QModelIndex& index, const QVariant& value, int ro
 QVariant TableModel::cell_tip(const QModelIndex& index) const {
   const auto field = static_cast<size_t>(index.column());
   if (!settings_.check_box_options.show_memo_tooltips || !is_long(table_.field(field).type)) return {};
-  return texts_->text(record_at(index.row()) - 1, field, kTipCharacters);
+  return texts_->text(record_at(index.row()).position(), field, kTipCharacters);
 }
 
 QVariant TableModel::data(const QModelIndex& index, int role) const {
@@ -225,7 +224,7 @@ QVariant TableModel::field_tip(const Field& field) const {
 
 QVariant TableModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation == Qt::Vertical) {
-    if (role == Qt::DisplayRole && section < rowCount()) return QString::number(record_at(section));
+    if (role == Qt::DisplayRole && section < rowCount()) return QString::number(record_at(section).number());
     return {};
   }
   if (static_cast<size_t>(section) >= field_count_) return {};

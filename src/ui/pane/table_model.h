@@ -23,36 +23,35 @@ class TableModel final : public QAbstractTableModel {
   CWorkSheet& table() { return table_; }
   const CWorkSheet& table() const { return table_; }
 
-  // Shows RECORDS, 0-based positions in display order; nothing: all records.
+  // Shows RECORDS, positions in display order; nothing: all records.
   void show_records(std::optional<RecordSet> records);
   bool shows_all() const { return !records_; }
   const std::optional<RecordSet>& records() const { return records_; }
   // True from `outdated` until other records are shown.
   bool is_outdated() const { return is_outdated_; }
-  // The 1-based number of the record in ROW.
-  uint32_t record_at(int row) const;
+  RecordNumber record_at(int row) const;
   // The row of a record, or -1.
-  int row_of(uint32_t record) const;
+  int row_of(RecordNumber record) const;
 
   // Before records are inserted or deleted, so that those which are shown stay where they are: COUNT new ones
   // before record BEFORE, shown from ROW on; or none of POSITIONS any more, which ascend.
-  void expect_inserted(uint32_t before, uint32_t count, int row);
+  void expect_inserted(RecordNumber before, uint32_t count, int row);
   void expect_deleted(const std::vector<uint32_t>& positions);
   // The change was refused.
   void expect_nothing() { expected_.reset(); }
 
   ShownCell shown_cell(int row, int column) const;
   // The value as the user types it; of rich text its plain text.
-  QString entry_text(uint32_t record, size_t field) const;
+  QString entry_text(RecordNumber record, size_t field) const;
   // NUMBER as a cell of FIELD is typed: as it is shown when that reads back to it, as dates do; otherwise
   // with all its digits.
   QString number_entry_text(double number, size_t field) const;
   // True for rich text.
-  bool has_formatting(uint32_t record, size_t field) const;
+  bool has_formatting(RecordNumber record, size_t field) const;
   // Encrypted and calculated fields and those of files have no editor.
   bool is_typed(size_t field) const;
   // Stores what TEXT reads as. WARNING gets what the user is to be told even so.
-  ErrorCode enter(uint32_t record, size_t field, const QString& text, QString& warning);
+  ErrorCode enter(RecordNumber record, size_t field, const QString& text, QString& warning);
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;

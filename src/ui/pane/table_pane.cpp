@@ -103,7 +103,7 @@ void TablePane::remember_field(const QModelIndex& current) {
 void TablePane::remember_row() {
   const bool has_row = current().isValid() && current().row() < model_.rowCount();
   place_.row = has_row ? current().row() : 0;
-  place_.record = has_row ? model_.record_at(place_.row) : 0;
+  place_.record = has_row ? model_.record_at(place_.row) : RecordNumber();
 }
 
 // The record, or what stands in its row now; the field, or what stands in its place.
@@ -150,9 +150,10 @@ RowRanges TablePane::selected_rows() const {
 
 CellBlock TablePane::block_of(const CellGroup& group) const {
   CellBlock block;
-  block.records.reserve(static_cast<size_t>(count_rows(group.rows)));
+  block.positions.reserve(static_cast<size_t>(count_rows(group.rows)));
   for (const RowRange& range : group.rows) {
-    for (int row = range.first; row <= range.last; ++row) block.records.push_back(model_.record_at(row));
+    for (int row = range.first; row <= range.last; ++row)
+      block.positions.push_back(model_.record_at(row).position());
   }
   block.fields.assign(group.fields.begin(), group.fields.end());
   return block;
@@ -175,7 +176,8 @@ CellBlock TablePane::selected_block() const {
 std::vector<uint32_t> TablePane::selected_positions() const {
   std::vector<uint32_t> positions;
   for (const RowRange& range : selected_rows()) {
-    for (int row = range.first; row <= range.last; ++row) positions.push_back(model_.record_at(row) - 1);
+    for (int row = range.first; row <= range.last; ++row)
+      positions.push_back(model_.record_at(row).position());
   }
   std::ranges::sort(positions);
   return positions;

@@ -142,7 +142,7 @@ class TablePane final : public QWidget {
  private:
   // Where the user is, to be found again after a reset.
   struct Place {
-    uint32_t record = 0;
+    RecordNumber record;
     int row = 0;
     FieldId field = 0;
     size_t field_rank = 0;  // among the shown fields
@@ -163,7 +163,7 @@ class TablePane final : public QWidget {
   // The selection where it is a block, if one with gaps; otherwise the user is told.
   std::optional<CellGroup> one_group();
   // Inserts COUNT records before record BEFORE, shown from ROW on.
-  ErrorCode insert_shown_records(uint32_t before, uint32_t count, int row);
+  ErrorCode insert_shown_records(RecordNumber before, uint32_t count, int row);
   void copy_values(const std::vector<uint32_t>& originals, uint32_t first);
   CellBlock paste_target(const ClipboardRows& rows, uint32_t& appended, int64_t& lost) const;
   uint32_t appendable_records() const;

@@ -99,7 +99,7 @@ CellBlock TablePane::paste_target(const ClipboardRows& rows, uint32_t& appended,
   appended = static_cast<uint32_t>(std::min<int64_t>(beyond, appendable_records()));
   lost += (beyond - appended) * static_cast<int64_t>(target.fields.size());
   CellBlock block = block_of(target);
-  for (uint32_t i = 1; i <= appended; ++i) block.records.push_back(table_.record_count() + i);
+  for (uint32_t i = 0; i < appended; ++i) block.positions.push_back(table_.record_count() + i);
   return block;
 }
 
@@ -116,7 +116,7 @@ void TablePane::paste() {
   ErrorCode error = ErrorCode::kOk;
   {
     const ChangeGroup step(document_.database(), "Paste");
-    if (appended > 0) error = insert_shown_records(table_.record_count() + 1, appended, model_.rowCount());
+    if (appended > 0) error = insert_shown_records(table_.end_record(), appended, model_.rowCount());
     if (error == ErrorCode::kOk) changes = paste_cells(table_, block, rows, document_.region());
   }
   report(error);
@@ -186,7 +186,7 @@ void TablePane::copy_from_above() {
   const QModelIndex cell = current();
   if (!cell.isValid() || cell.row() == 0) return;
   const auto field = static_cast<size_t>(cell.column());
-  const uint32_t above = model_.record_at(cell.row() - 1);
+  const RecordNumber above = model_.record_at(cell.row() - 1);
   if (view_->insert_into_editor(model_.entry_text(above, field))) return;
   if (!may_change() || !table_.field(field).formula.empty()) return;
   report(table_.set_value(model_.record_at(cell.row()), field, table_.value(above, field)));

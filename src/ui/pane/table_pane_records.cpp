@@ -7,7 +7,7 @@
 
 namespace rowvane {
 
-ErrorCode TablePane::insert_shown_records(uint32_t before, uint32_t count, int row) {
+ErrorCode TablePane::insert_shown_records(RecordNumber before, uint32_t count, int row) {
   model_.expect_inserted(before, count, row);
   const ErrorCode error = table_.insert_records(before, count);
   if (error != ErrorCode::kOk) model_.expect_nothing();
@@ -21,19 +21,19 @@ void TablePane::insert_records() {
   const int row = rows.empty() ? 0 : rows.front().first;
   const auto count = static_cast<uint32_t>(std::max<int64_t>(count_rows(rows), 1));
   const bool is_empty = model_.rowCount() == 0;
-  const uint32_t before = is_empty ? table_.record_count() + 1 : model_.record_at(row);
+  const RecordNumber before = is_empty ? table_.end_record() : model_.record_at(row);
   report(insert_shown_records(before, count, row));
   go_to_row(row);
 }
 
 void TablePane::append_record() {
   if (!may_change()) return;
-  const ErrorCode error = insert_shown_records(table_.record_count() + 1, 1, model_.rowCount());
+  const ErrorCode error = insert_shown_records(table_.end_record(), 1, model_.rowCount());
   report(error);
   if (error == ErrorCode::kOk) go_to_row(model_.rowCount() - 1);
 }
 
-// The entered values of the records at ORIGINALS to as many records from FIRST on, both 0-based.
+// The entered values of the records at ORIGINALS to as many records from FIRST on.
 void TablePane::copy_values(const std::vector<uint32_t>& originals, uint32_t first) {
   std::vector<uint32_t> copies(originals.size());
   std::iota(copies.begin(), copies.end(), first);
@@ -51,15 +51,15 @@ void TablePane::duplicate_records() {
   if (originals.empty()) return;
   const int row = selected_rows().back().last + 1;
   const auto count = static_cast<uint32_t>(originals.size());
-  const uint32_t before = model_.record_at(row - 1) + 1;
+  const uint32_t first = model_.record_at(row - 1).position() + 1;
   for (uint32_t& position : originals) {
-    if (position >= before - 1) position += count;
+    if (position >= first) position += count;
   }
   ErrorCode error = ErrorCode::kOk;
   {
     const ChangeGroup step(document_.database(), "Duplicate Records");
-    error = insert_shown_records(before, count, row);
-    if (error == ErrorCode::kOk) copy_values(originals, before - 1);
+    error = insert_shown_records(record_number(first), count, row);
+    if (error == ErrorCode::kOk) copy_values(originals, first);
   }
   report(error);
   if (error == ErrorCode::kOk) go_to_row(row);

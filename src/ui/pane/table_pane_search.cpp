@@ -65,7 +65,7 @@ void TablePane::filter_by(const std::map<size_t, Criterion>& filters) {
 void TablePane::find_by_value() {
   const auto field = current_field();
   if (!field || !current().isValid()) return;
-  const uint32_t record = model_.record_at(current().row());
+  const RecordNumber record = model_.record_at(current().row());
   const std::string text = table_.value_text(record, *field);
   const bool equal =
       table_.field(*field).type == FieldType::kNumber || table_.field(*field).type == FieldType::kText;

@@ -38,7 +38,7 @@ int print_cells(const std::string& path) {
   const auto table = opened(path);
   if (table == nullptr) return 1;
   std::cout << '[';
-  for (uint32_t record = 1; record <= table->record_count(); ++record) {
+  for (RecordNumber record = 1; record < table->end_record(); ++record) {
     std::cout << (record > 1 ? ",{" : "{");
     for (size_t field = 0; field < table->field_count(); ++field) {
       std::cout << (field > 0 ? "," : "") << quoted(table->field(field).name) << ':'
@@ -55,7 +55,7 @@ bool same_tables(const CWorkSheet& a, const CWorkSheet& b) {
   for (size_t field = 0; field < a.field_count(); ++field) {
     if (a.field(field).name != b.field(field).name || a.field(field).type != b.field(field).type)
       return false;
-    for (uint32_t record = 1; record <= a.record_count(); ++record) {
+    for (RecordNumber record = 1; record < a.end_record(); ++record) {
       if (a.value_text(record, field) == b.value_text(record, field)) continue;
       std::cerr << "record " << record << ", " << a.field(field).name << ": " << a.value_text(record, field)
                 << " became " << b.value_text(record, field) << '\n';

@@ -70,8 +70,8 @@ void fill_sample(CWorkSheet& table) {
                                        1.0 / 3};
   expect(table.insert_records(1, static_cast<uint32_t>(texts.size())));
   for (uint32_t i = 0; i < texts.size(); ++i) {
-    expect(table.set_value(i + 1, 0, texts[i]));
-    expect(table.set_value(i + 1, 1, numbers[i]));
+    expect(table.set_value(record_number(i), 0, texts[i]));
+    expect(table.set_value(record_number(i), 1, numbers[i]));
   }
   expect(table.set_value(1, 2, Content::of("{\\rtf1 rich}")));
   expect(table.set_value(3, 2, Content::of("long\r\ntext " + all_characters())));
@@ -152,7 +152,7 @@ int check(const std::string& path) {
   const std::string state = tables[0]->value_text(1, 1);
   for (const CWorkSheet* table : tables) {
     if (table->record_count() != kRecords) return fail("records", ErrorCode::kInvalidDatabase);
-    for (uint32_t record = 1; record <= kRecords; ++record) {
+    for (RecordNumber record = 1; record < table->end_record(); ++record) {
       if (table->value_text(record, 1) != state) return fail("state " + state, ErrorCode::kInvalidDatabase);
     }
     if (table->value_text(1, 2) != std::string(100'000, 'x') + std::to_string(std::stod(state))) {
@@ -251,8 +251,8 @@ int dump(const std::string& path) {
     }
     const GridArrangement& shown = table->arrangement();
     std::printf(" lines %d frozen %u %u\n", shown.lines, unsigned{shown.frozen_fields}, shown.frozen_records);
-    for (uint32_t record = 1; record <= table->record_count(); ++record) {
-      std::printf(" record %u flags %04x\n", record, table->flags(record));
+    for (RecordNumber record = 1; record < table->end_record(); ++record) {
+      std::printf(" record %u flags %04x\n", record.number(), table->flags(record));
       for (size_t i = 0; i < table->field_count(); ++i) {
         std::printf("  %s\n", cell_text(table->value(record, i)).c_str());
       }
