@@ -1,7 +1,6 @@
 #include "core/table/text_pool.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 
 namespace rowvane {
@@ -43,40 +42,13 @@ uint32_t hash_of(std::string_view text) {
 }  // namespace
 
 TextPool::TextPool() {
-  blocks_.emplace_back();
   entries_.push_back(0);
-}
-
-void TextPool::grow_first_block(size_t bytes) {
-  const size_t wanted = std::min<size_t>(std::bit_ceil(std::max(bytes, first_block_bytes_ * 4)), kBlockBytes);
-  auto grown = std::make_unique_for_overwrite<char[]>(wanted);
-  if (next_offset_ > 0) std::memcpy(grown.get(), blocks_[0].get(), next_offset_);
-  blocks_[0] = std::move(grown);
-  first_block_bytes_ = wanted;
-}
-
-// A place for BYTES at next_offset_; a text never crosses from one block into the next.
-char* TextPool::reserve_text(size_t bytes) {
-  uint64_t in_block = next_offset_ & (kBlockBytes - 1);
-  const bool last_block_full = next_offset_ >> kBlockBits == blocks_.size();
-  if (last_block_full || in_block + bytes > kBlockBytes) {
-    next_offset_ = static_cast<uint64_t>(blocks_.size()) << kBlockBits;
-    in_block = 0;
-    blocks_.push_back(std::make_unique_for_overwrite<char[]>(kBlockBytes));
-  } else if (blocks_.size() == 1 && in_block + bytes > first_block_bytes_) {
-    grow_first_block(static_cast<size_t>(in_block) + bytes);
-  }
-  return blocks_.back().get() + in_block;
 }
 
 TextPool::Code TextPool::append(std::string_view text) {
   if (text.empty()) return 0;
-  char* place = reserve_text(text.size());
-  std::memcpy(place, text.data(), text.size());
   const Code code = static_cast<Code>(entries_.size());
-  entries_.push_back(next_offset_ << kLengthBits | text.size());
-  next_offset_ += text.size();
-  text_bytes_ += text.size();
+  entries_.push_back(arena_.append(text) << kLengthBits | text.size());
   return code;
 }
 
@@ -114,10 +86,8 @@ void TextPool::rebuild_index(size_t slots) {
 }
 
 void TextPool::clear() {
-  blocks_.resize(1);
-  next_offset_ = 0;
+  arena_.clear();
   entries_.resize(1);
-  text_bytes_ = 0;
   if (used_slots_ > 0) std::fill(slots_.begin(), slots_.end(), Slot{0, 0});
   used_slots_ = 0;
 }
@@ -128,8 +98,7 @@ void TextPool::drop_index() {
 }
 
 uint64_t TextPool::memory_bytes() const {
-  return (blocks_.size() - 1) * kBlockBytes + first_block_bytes_ + entries_.capacity() * sizeof(uint64_t) +
-         slots_.capacity() * sizeof(Slot);
+  return arena_.memory_bytes() + entries_.capacity() * sizeof(uint64_t) + slots_.capacity() * sizeof(Slot);
 }
 
 }  // namespace rowvane

@@ -2,11 +2,11 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string_view>
 #include <vector>
 
 #include "core/plain_vector.h"
+#include "core/table/text_arena.h"
 
 namespace rowvane {
 
@@ -29,14 +29,13 @@ class TextPool {
 
   std::string_view text(Code code) const {
     const uint64_t entry = entries_[code];
-    const uint64_t offset = entry >> kLengthBits;
-    return {blocks_[offset >> kBlockBits].get() + (offset & (kBlockBytes - 1)), entry & kMaxTextBytes};
+    return {arena_.at(entry >> kLengthBits), entry & kMaxTextBytes};
   }
 
   // Number of codes, the empty text included.
   size_t size() const { return entries_.size(); }
   // Bytes of text held.
-  uint64_t text_bytes() const { return text_bytes_; }
+  uint64_t text_bytes() const { return arena_.text_bytes(); }
   // Bytes of memory in use.
   uint64_t memory_bytes() const;
 
@@ -46,8 +45,6 @@ class TextPool {
   void drop_index();
 
  private:
-  static constexpr int kBlockBits = 20;
-  static constexpr uint64_t kBlockBytes = uint64_t{1} << kBlockBits;
   static constexpr int kLengthBits = 16;
 
   struct Slot {
@@ -55,18 +52,12 @@ class TextPool {
     Code code;  // 0 in a free slot: the empty text is never looked up
   };
 
-  char* reserve_text(size_t bytes);
-  void grow_first_block(size_t bytes);
   void rebuild_index(size_t slots);
 
-  // All blocks but the first have kBlockBytes; the first one grows to that, so that small columns stay small.
-  std::vector<std::unique_ptr<char[]>> blocks_;
-  size_t first_block_bytes_ = 0;
-  uint64_t next_offset_ = 0;
+  TextArena arena_;
   PlainVector<uint64_t> entries_;  // offset << kLengthBits | length
   std::vector<Slot> slots_;        // power of two, or empty
   size_t used_slots_ = 0;
-  uint64_t text_bytes_ = 0;
 };
 
 }  // namespace rowvane
