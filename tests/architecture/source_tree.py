@@ -3,7 +3,7 @@
 
     source_tree.py RULE ROOT
 
-RULE is floors, system_headers, headers, types, checks or scripts. Prints each finding as FILE:LINE: TEXT; fails when there is one.
+RULE is floors, views, system_headers, headers, types, checks or scripts. Prints each finding as FILE:LINE: TEXT; fails when there is one.
 """
 import re
 import subprocess
@@ -114,6 +114,19 @@ def floors(root):
             yield f"{where}: {floor} must not include {target}"
 
 
+def views(root):
+    """The window knows panes and views; what kinds of views there are is known to one file."""
+    src = root / "src"
+    grid = Path("ui", "grid")
+    for path, number, line in code_lines(root):
+        if path.parts[0] != "ui" or path.is_relative_to(grid) or path == Path("ui", "table_views.cpp"):
+            continue
+        match = INCLUDE.match(line)
+        target = included_file(src, path, match[2]) if match and match[2] else None
+        if target is not None and target.is_relative_to(grid):
+            yield f"src/{path}:{number}: only src/ui/table_views.cpp makes the grid"
+
+
 def system_headers(root):
     for path, number, line in code_lines(root):
         where = f"src/{path}:{number}"
@@ -187,7 +200,7 @@ def scripts(root):
                 yield f"{where}: {shell[1]} -n: {result.stderr.strip()}"
 
 
-RULES = {rule.__name__: rule for rule in (floors, system_headers, headers, types, checks, scripts)}
+RULES = {rule.__name__: rule for rule in (floors, views, system_headers, headers, types, checks, scripts)}
 
 
 def main():

@@ -50,6 +50,23 @@ class Floors(Tree):
         self.assertEqual(1, len(self.findings(source_tree.floors, {"src/main.cpp": "int a;\n"})))
 
 
+class Views(Tree):
+    def including(self, path, name):
+        files = {"src/ui/grid/grid.h": "// A grid.\n", "src/ui/pane/pane.h": "// A pane.\n"}
+        return self.findings(source_tree.views, {**files, path: f'\n#include "{name}"\n'})
+
+    def test_good(self):
+        self.assertEqual([], self.including("src/ui/grid/a.cpp", "ui/grid/grid.h"))
+        self.assertEqual([], self.including("src/ui/table_views.cpp", "ui/grid/grid.h"))
+        self.assertEqual([], self.including("src/ui/main_frame.cpp", "ui/pane/pane.h"))
+
+    def test_bad(self):
+        found = self.including("src/ui/main_frame.cpp", "ui/grid/grid.h")
+        self.assertEqual(["src/ui/main_frame.cpp:2: only src/ui/table_views.cpp makes the grid"], found)
+        self.assertEqual(1, len(self.including("src/ui/pane/a.h", "../grid/grid.h")))
+        self.assertEqual(1, len(self.including("src/ui/grid.cpp", "grid/grid.h")))
+
+
 class SystemHeaders(Tree):
     def line(self, path, line):
         return self.findings(source_tree.system_headers, {path: f"\n{line}\n"})

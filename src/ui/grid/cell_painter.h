@@ -5,9 +5,9 @@
 #include <QPainter>
 #include <QPalette>
 
-#include "ui/pane/cell_texts.h"
 #include "ui/grid/text_widths.h"
 #include "ui/grid/thumbnails.h"
+#include "ui/pane/cell_texts.h"
 
 namespace rowvane {
 

@@ -42,6 +42,7 @@ CCellvaneView::CCellvaneView(TablePane& pane)
       corner_(new QToolButton(this)),
       normal_font_(table_font(settings_.table_font, font())) {
   install_grid_accessibility();
+  set_zoom(zoom_);  // there may be a current cell already
   setModel(&model_);
   const std::unique_ptr<QItemSelectionModel> own_selection(selectionModel());
   setSelectionModel(&pane.selection());
@@ -60,7 +61,6 @@ CCellvaneView::CCellvaneView(TablePane& pane)
   corner_->setToolTip(tr("Select all cells"));
   connect_parts();
   connect_headers();
-  set_zoom(zoom_);
   begin_at_current();
 }
 
