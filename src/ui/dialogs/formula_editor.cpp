@@ -219,7 +219,7 @@ void FormulaEditor::show_call_hint() {
   if (!hint || !hasFocus()) return static_cast<void>(SendScintilla(SCI_CALLTIPCANCEL));
   if (SendScintilla(SCI_AUTOCACTIVE) != 0) return;
   SendScintilla(SCI_CALLTIPSHOW, static_cast<uintptr_t>(before.size()), hint->text.c_str());
-  SendScintilla(SCI_CALLTIPSETHLT, hint->begin, static_cast<intptr_t>(hint->end));
+  SendScintilla(SCI_CALLTIPSETHLT, static_cast<unsigned long>(hint->begin), static_cast<long>(hint->end));
 }
 
 // Tab goes to the next control, Escape to the dialog, unless a list of names or a hint is shown.
