@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
 # Builds libraries for Windows from Debian's source packages by recipes. To be sourced by a bash script that sets
 #   prefix     the folder to install into
-#   sources    a line for each package: its name, the name of its original archive, the archive's SHA-256
-# and has a function build_PACKAGE for each, which runs in the unpacked source and installs into $prefix.
+#   sources    a line for each package: its name, the name of its original archive, the archive's SHA-256, and the files
+#              beside this one that its recipe uses
+# and has a function build_PACKAGE for each, which runs in the unpacked source and installs into $prefix. Such a script
+# may set builders to the number of packages to build at a time.
 
 # The folder that holds fetched sources and built libraries, outside the checkout.
 # shellcheck disable=SC2034,SC2154
@@ -64,21 +66,33 @@ host=x86_64-w64-mingw32
 # cmake_build OPTION...: configures the source in build-windows.
 cmake_build() {
   cmake -S . -B build-windows -G Ninja -DCMAKE_TOOLCHAIN_FILE="$packaging/toolchain.cmake" -DCMAKE_BUILD_TYPE=Release \
+    -DCMAKE_C_COMPILER_LAUNCHER=ccache -DCMAKE_CXX_COMPILER_LAUNCHER=ccache \
     -DCMAKE_INSTALL_PREFIX="$prefix" -DBUILD_SHARED_LIBS=OFF "$@"
 }
 
-# What a built library depends on: its source, its recipe and the compiler.
+# fingerprint PACKAGE ORIGINAL_TAR SHA256 FILE...: what a built library depends on, its source, its recipe and the compiler.
 fingerprint() {
-  local package=$1 sha256=$2
-  { echo "$sha256"; declare -f "build_$package" cmake_build; $host-g++-posix -dumpfullversion; } | sha256sum | cut -d ' ' -f 1
+  local package=$1 sha256=$3 files=("${@:4}")
+  {
+    echo "$sha256 $compiler_version"
+    declare -f "build_$package" cmake_build
+    (cd "$packaging" && cat toolchain.cmake "${files[@]}")
+  } | sha256sum | cut -d ' ' -f 1
 }
 
+# is_built PACKAGE ORIGINAL_TAR SHA256 FILE...
+is_built() {
+  local stamp=$prefix/built/$1
+  [ -f "$stamp" ] && [ "$(<"$stamp")" = "$(fingerprint "$@")" ]
+}
+
+# build PACKAGE ORIGINAL_TAR SHA256 FILE...
 build() {
   local package=$1 tar=$2 sha256=$3 log=$windows_cache/log/$1.log stamp=$prefix/built/$1 wanted status
-  wanted=$(fingerprint "$package" "$sha256")
-  if [ -f "$stamp" ] && [ "$(<"$stamp")" = "$wanted" ]; then return; fi
+  wanted=$(fingerprint "$@")
   echo "Building $package for Windows"
-  mkdir -p "$(dirname "$log")" "$(dirname "$stamp")"
+  mkdir -p "$(dirname "$log")"
+  rm -f "$stamp"
   fetch_source "$package" "$tar" "$sha256" "$windows_cache/build/$package"
   # In a condition the shell would not stop at the first command of a recipe that fails.
   set +e
@@ -91,17 +105,33 @@ build() {
     return 1
   fi
   rm -rf "${windows_cache:?}/build/$package"
+  mkdir -p "$(dirname "$stamp")"
   echo "$wanted" >"$stamp"
 }
 
-# Builds what is not built yet, one builder at a time: two checkouts may share the cache.
+# Builds what is not built yet. Only one script does so at a time: two checkouts may share the cache.
 build_all() {
-  local source
+  local line running=0 failed=0
   mkdir -p "$windows_cache"
   exec 9>"$prefix.lock"
   flock 9
-  for source in "${sources[@]}"; do
+  compiler_version=$($host-g++-posix -dumpfullversion)
+  for line in "${sources[@]}"; do
     # shellcheck disable=SC2086
-    build $source
+    is_built $line && continue
+    prepare_source_lists
+    # shellcheck disable=SC2086
+    build $line &
+    running=$((running + 1))
+    if [ $running -ge "${builders:-$(nproc)}" ]; then
+      wait -n || failed=1
+      running=$((running - 1))
+    fi
+    [ $failed -eq 0 ] || break
   done
+  while [ $running -gt 0 ]; do
+    wait -n || failed=1
+    running=$((running - 1))
+  done
+  return $failed
 }

@@ -3,10 +3,12 @@
 
     end_to_end.py ROWVANE RVB TEST
 
-Needs Xvfb and xdotool. What the program saved is read back with rvb.
+Needs Xvfb and xdotool. What the program saved is read back with rvb. Programs for Windows (.exe) run under Wine, whose
+windows need a prefix that was started on the same display.
 """
 import contextlib
 import os
+import shutil
 import signal
 import subprocess
 import sys
@@ -15,6 +17,8 @@ import time
 from pathlib import Path
 
 PATIENCE = 30  # seconds; the machines that test are slow at times
+LEAKS = f"print_suppressions=0:suppressions={Path(__file__).with_name('leaks.supp')}"
+WINE = Path(__file__).resolve().parents[2] / "packaging" / "windows" / "wine"
 TOWNS = "Town,Country,People\nPorto,PT,232\nLuleå,SE,49\nBraga,PT,193\nGraz,AT,292\n"
 
 
@@ -27,6 +31,11 @@ def wait_for(what, condition):
             return found
         time.sleep(0.05)
     raise AssertionError(f"waited in vain for {what}")
+
+
+def command(program, *arguments):
+    wine = [str(WINE)] if str(program).endswith(".exe") else []
+    return [*wine, str(program), *map(str, arguments)]
 
 
 class Display:
@@ -53,10 +62,11 @@ class Window:
 
     def __init__(self, stack, display, program, home, *arguments):
         self.display = display
-        environment = {**os.environ, "DISPLAY": display.name, "HOME": str(home), "XDG_CONFIG_HOME": str(home / "config"),
-                       "XDG_RUNTIME_DIR": str(home), "QT_QPA_PLATFORM": "xcb", "LANG": "C.UTF-8",
-                       "LSAN_OPTIONS": f"print_suppressions=0:suppressions={Path(__file__).with_name('leaks.supp')}"}
-        self.process = subprocess.Popen([program, *map(str, arguments)], env=environment)
+        environment = {**os.environ, "DISPLAY": display.name, "ROWVANE_WINE_DISPLAY": display.name}
+        if not program.endswith(".exe"):
+            environment |= {"HOME": str(home), "XDG_CONFIG_HOME": str(home / "config"), "XDG_RUNTIME_DIR": str(home),
+                            "QT_QPA_PLATFORM": "xcb", "LANG": "C.UTF-8", "LSAN_OPTIONS": LEAKS}
+        self.process = subprocess.Popen(command(program, *arguments), env=environment)
         stack.callback(self.kill)
 
     def focus(self, title, count=1):
@@ -100,10 +110,19 @@ class Test:
         self.rvb = rvb
         self.home = Path(stack.enter_context(tempfile.TemporaryDirectory(prefix="rowvane-test-")))
         self.display = Display(stack)
+        if rowvane.endswith(".exe"):
+            self.use_prefix_of_its_own()
+            return
         # A profile of the user's own; without one a program that is not installed keeps it beside itself.
         settings = self.home / "config" / "Rowvane" / "settings.xml"
         settings.parent.mkdir(parents=True)
         settings.write_text('<?xml version="1.0" encoding="utf-8"?>\n<Profile/>\n', encoding="utf-8")
+
+    def use_prefix_of_its_own(self):
+        """Wine's server stays with the display that it was started on, and the profile is beside the program."""
+        os.environ["ROWVANE_WINE_PREFIX"] = str(self.home / "wine")
+        self.stack.callback(subprocess.run, [WINE, "--stop"], check=False)
+        self.rowvane = shutil.copy(self.rowvane, self.home)
 
     def start(self, *arguments):
         return Window(self.stack, self.display, self.rowvane, self.home, *arguments)
@@ -112,9 +131,12 @@ class Test:
         """All records of DATABASE as text; nothing while it can't be opened."""
         if not database.exists():
             return None
-        shown = subprocess.run([self.rvb, "show", str(database), "--format", "csv"], stdout=subprocess.PIPE,
+        shown = subprocess.run(command(self.rvb, "show", database, "--format", "csv"), stdout=subprocess.PIPE,
                                stderr=subprocess.DEVNULL, text=True, check=False)
         return shown.stdout.splitlines() if shown.returncode == 0 else None
+
+    def import_text(self, text, database):
+        subprocess.run(command(self.rvb, "import", database, text), check=True, stdout=subprocess.DEVNULL)
 
     def edit_sort_filter_save_and_reopen(self):
         """A text file becomes a database; what was typed is in it, and comes back."""
@@ -150,12 +172,27 @@ class Test:
         window.keys("ctrl+q")
         window.wait_for_end()
 
+    def open_type_and_save(self):
+        """The window opens with a database, takes keys, saves and ends."""
+        database = self.home / "towns.rvb"
+        towns = self.home / "towns.csv"
+        towns.write_text(TOWNS, encoding="utf-8")
+        self.import_text(towns, database)
+        window = self.start(database)
+        window.focus("towns.rvb")
+        window.keys("ctrl+Home", "Down", "Right", "Right")
+        window.type("50")
+        window.keys("Return", "ctrl+s")
+        wait_for("the saved database", lambda: "Luleå,SE,50" in (self.export(database) or []))
+        window.keys("ctrl+q")
+        window.wait_for_end()
+
     def recover_after_a_kill(self):
         """What was typed before the kill is offered at the next start."""
         database = self.home / "towns.rvb"
         towns = self.home / "towns.csv"
         towns.write_text(TOWNS, encoding="utf-8")
-        subprocess.run([self.rvb, "import", str(database), str(towns)], check=True, stdout=subprocess.DEVNULL)
+        self.import_text(towns, database)
         window = self.start(database)
         window.focus("towns.rvb")
         window.type("Lisboa")
