@@ -6,7 +6,7 @@ set(INPUT_opengl no CACHE STRING "")
 
 set(modules network sql xml dbus concurrent)
 set(programs androiddeployqt windeployqt)
-set(libraries icu glib zstd openssl fontconfig vulkan direct2d direct2d1_1 system_zlib system_png system_jpeg system_pcre2
+set(libraries icu glib zstd openssl fontconfig vulkan direct2d1_1 system_zlib system_png system_jpeg system_pcre2
   system_freetype system_harfbuzz system_doubleconversion system_libb2)
 # tabletevent needs a header that the source package lacks.
 set(input tabletevent tuiotouch gestures scroller)

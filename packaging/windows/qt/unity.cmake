@@ -9,7 +9,8 @@ function(compile_together)
   compile_alone(Core compat/removed_api global/qglobal global/qhooks global/qlogging global/qrandom global/qsimd io/qurl
     io/qurlrecode kernel/qmetaobjectbuilder text/qstring text/qunicodetools time/qromancalendar)
   compile_alone(Gui image/qpixmapcache kernel/qplatformintegrationfactory kernel/qplatformthemefactory
-    kernel/qwindowsysteminterface text/windows/qwindowsfontengine util/qpkmhandler)
+    kernel/qwindowsysteminterface text/windows/qwindowsdirectwritefontdatabase
+    text/windows/qwindowsfontengine text/windows/qwindowsfontenginedirectwrite util/qpkmhandler)
   compile_alone(Test qteamcitylogger)
   compile_alone(Widgets accessible/qaccessiblewidgets compat/removed_api dialogs/qfiledialog dialogs/qsidebar)
   compile_alone(QWindowsIntegrationPlugin qwindowsmenu qwindowspointerhandler)
