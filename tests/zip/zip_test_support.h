@@ -12,32 +12,13 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/temporary_folder.h"
 #include "zip/zip_reader.h"
 #include "zip/zip_writer.h"
 
 namespace rowvane {
 
-// A folder of the running test's own, removed at its end.
-class TestFolder {
- public:
-  TestFolder() {
-    const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-    std::string name = std::string("rowvane-") + test->test_suite_name() + "-" + test->name();
-    std::replace(name.begin(), name.end(), '/', '-');
-    folder_ = std::filesystem::path(testing::TempDir()) / name;
-    std::filesystem::remove_all(folder_);
-    std::filesystem::create_directories(folder_);
-  }
-  ~TestFolder() { std::filesystem::remove_all(folder_); }
-
-  std::string path(const std::string& name) const { return (folder_ / name).string(); }
-  size_t file_count() const {
-    return static_cast<size_t>(std::distance(std::filesystem::directory_iterator(folder_), {}));
-  }
-
- private:
-  std::filesystem::path folder_;
-};
+using TestFolder = platform::TemporaryFolder;
 
 inline std::string read_file(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
