@@ -3,7 +3,6 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/report.h"
-#include "file/document.h"
 #include "platform/paths.h"
 
 namespace rowvane::cli {
@@ -19,10 +18,9 @@ void SaveOptions::add_to(CLI::App& command) {
 }
 
 int Session::open(const std::string& path, const TextOptions& text) {
-  TextFileSettings settings = suggested_text_settings(path);
-  if (const std::string wrong = text.apply(settings); !wrong.empty()) return fail_usage(wrong);
-  DatabaseOpening opened =
-      OpenDatabase::open(path, settings, options_, &questions_, progress_, global_.password);
+  RecognizedFile file = recognize_file(path);
+  if (const std::string wrong = text.apply(file); !wrong.empty()) return fail_usage(wrong);
+  DatabaseOpening opened = OpenDatabase::open(file, options_, &questions_, progress_, global_.password);
   open_ = std::move(opened.database);
   return report(opened);
 }

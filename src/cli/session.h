@@ -28,7 +28,7 @@ class Session {
   explicit Session(const GlobalOptions& global)
       : global_(global), options_(global.engine_options()), questions_(global.yes), progress_(global.quiet) {}
 
-  // Opens PATH. TEXT says how it is read when it is a text file.
+  // Opens PATH. TEXT says what it is, where that is told, and how it is read as a text.
   int open(const std::string& path, const TextOptions& text);
   // As `open`, or a new database without tables when there is no such file.
   int open_or_create(const std::string& path, const TextOptions& text);

@@ -89,6 +89,10 @@ std::string apply_types(const std::vector<std::string>& types, TextFileSettings&
 }  // namespace
 
 void TextOptions::add_to(CLI::App& command, bool reading) {
+  if (reading) {
+    command.add_option("--as", as, "Read the file as this, whatever its content and its name tell")
+        ->check(CLI::IsMember(format_names(&FileFormat::can_open)));
+  }
   const std::string group = reading ? "Reading text files" : "Writing text files";
   command
       .add_option("--separator", separator,
@@ -119,6 +123,20 @@ std::string TextOptions::apply(TextFileSettings& settings) const {
   if (no_analyze) settings.set(settings.options, TextFileSettings::kAnalyze, false);
   if (parse_dates) settings.set(settings.options, TextFileSettings::kConvertDates, true);
   return wrong;
+}
+
+bool TextOptions::tell_of_text() const {
+  const bool told = !separator.empty() || !widths.empty() || !quote.empty() || !encoding.empty();
+  return told || no_header || no_analyze || parse_dates || !types.empty();
+}
+
+std::string TextOptions::apply(RecognizedFile& file) const {
+  if (!as.empty()) {
+    file.take_as(*format_named(as));
+  } else if (tell_of_text() && !file.refusal.empty()) {
+    file.take_as(text_format());
+  }
+  return apply(file.text);
 }
 
 }  // namespace rowvane::cli

@@ -1,11 +1,11 @@
-// The text options of the commands: how text files are read and written.
+// The options of the commands that say what a file is: its format, and how text files are read and written.
 #pragma once
 
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "exchange/text/text_file_settings.h"
+#include "app/formats/recognized_file.h"
 
 namespace CLI {
 class App;
@@ -15,6 +15,7 @@ namespace rowvane::cli {
 
 // As typed; what is not given stays as the file's name suggests.
 struct TextOptions {
+  std::string as;         // name of a format
   std::string separator;  // one character, "tab", "comma", "point", "semicolon", "space" or "none"
   std::string widths;     // "10,8,15"
   std::string quote;      // one character or "none"
@@ -29,6 +30,12 @@ struct TextOptions {
 
   // Changes SETTINGS accordingly; answers what is wrong, or an empty text.
   std::string apply(TextFileSettings& settings) const;
+  // The same for a file that is read, with its format. Who says how a text is read says that it is one,
+  // unless the file can be read as what it is.
+  std::string apply(RecognizedFile& file) const;
+
+ private:
+  bool tell_of_text() const;
 };
 
 }  // namespace rowvane::cli

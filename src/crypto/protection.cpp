@@ -20,8 +20,8 @@ Protection make_protection(ProtectionSettings settings) {
           settings.read_only_open};
 }
 
-Check check_target_format(bool is_protected, FileFormat target, bool record_set) {
-  if (!is_protected || target == FileFormat::kNative) return {};
+Check check_other_format(bool is_protected, bool record_set) {
+  if (!is_protected) return {};
   return record_set ? Check::noting(MessageId::kRecordsNotProtected)
                     : Check::asking(MessageId::kUseNativeFormat);
 }

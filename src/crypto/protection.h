@@ -36,6 +36,6 @@ Protection make_protection(ProtectionSettings settings);
 
 // Whether the records of a protected database may go into a file of another format: kUseNativeFormat as the
 // question for a database that is being saved, kRecordsNotProtected as a notice for a set of its records.
-Check check_target_format(bool is_protected, FileFormat target, bool record_set);
+Check check_other_format(bool is_protected, bool record_set);
 
 }  // namespace rowvane

@@ -172,7 +172,7 @@ ErrorCode DatabaseOpener::build_folders() {
   result_.database = std::make_unique<Database>(platform::file_stem(path_), options_);
   result_.file = std::make_unique<DatabaseFile>(*result_.database);
   Database& database = *result_.database;
-  database.set_file(path_, FileFormat::kNative);
+  database.set_file_path(path_);
   take_protection();
   if (database.change_settings(config_.settings) != ErrorCode::kOk) return ErrorCode::kInvalidBinaryFormat;
   database.set_later_objects(config_.later_objects);

@@ -470,7 +470,7 @@ void DatabaseSaver::adopt(const std::string& path) {
   file_.archive_ = std::move(archive);
   file_.variant_ = variant_;
   database_.set_name(platform::file_stem(path));
-  database_.set_file(path, FileFormat::kNative);
+  database_.set_file_path(path);
   if (settings_.tables.empty()) database_.mark_saved();
 }
 

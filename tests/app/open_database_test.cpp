@@ -23,9 +23,9 @@ class OpenDatabaseTest : public testing::Test {
   std::string read(const std::string& name) const { return platform::content_of_file(folder_.path(name)); }
 
   static std::unique_ptr<OpenDatabase> open(const std::string& path, char separator = ',') {
-    TextFileSettings text;
-    text.separator = static_cast<uint8_t>(separator);
-    DatabaseOpening opened = OpenDatabase::open(path, text, Options());
+    RecognizedFile file = recognize_file(path);
+    file.text.separator = static_cast<uint8_t>(separator);
+    DatabaseOpening opened = OpenDatabase::open(file, Options());
     EXPECT_EQ(opened.failure, ErrorCode::kOk) << path;
     return std::move(opened.database);
   }
@@ -88,7 +88,7 @@ TEST_F(OpenDatabaseTest, CalculatedFieldsFollowFromTheFirstEditOn) {
 TEST_F(OpenDatabaseTest, WhatReadingLostIsKept) {
   EXPECT_THAT(open(write("b.csv", "a\ncaf\xE9\n"))->notices(),
               ElementsAre(UserText(ErrorCode::kInvalidUtf8)));
-  const DatabaseOpening none = OpenDatabase::open(folder_.path("none.rvb"), {}, Options());
+  const DatabaseOpening none = OpenDatabase::open(recognize_file(folder_.path("none.rvb")), Options());
   EXPECT_EQ(none.failure, ErrorCode::kFileOpen);
   EXPECT_EQ(none.database, nullptr);
 }
@@ -132,12 +132,12 @@ TEST_F(OpenDatabaseTest, ARecoveryCopyBelongsToItsOriginalAgain) {
   const std::string copy = folder_.path("copy.rvb");
   ASSERT_EQ(open(text, '\t')->save(copy).failure, ErrorCode::kOk);
   const auto open = this->open(copy);
-  open->restore_origin(text, FileFormat::kText);
+  open->restore_origin(text, &text_format());
   EXPECT_EQ(open->title(), "towns.tsv");
   EXPECT_TRUE(open->is_modified());
   ASSERT_EQ(open->save_back().failure, ErrorCode::kOk);
   EXPECT_EQ(read("towns.tsv"), "Town\tPeople\r\nPorto\t232\r\n");
-  open->restore_origin("", FileFormat::kNative);
+  open->restore_origin("", &database_format());
   EXPECT_FALSE(open->can_save_back());
 }
 

@@ -173,6 +173,45 @@ TEST_F(CommandTest, WarningsLeaveTheStatusAtZero) {
   EXPECT_THAT(broken.err, StartsWith("rvb: warning error 128: "));
 }
 
+TEST_F(CommandTest, WhatIsNoTextIsRefusedUntilTheUserSaysThatItIs) {
+  const std::string picture = write("picture.csv", "\x89PNG\r\n\x1A\n");
+  const std::string noise = write("noise.dat", std::string("a,b\n\x01\0\x02,\x03\n", 10));
+  const std::string database = make_shop();
+  for (const std::vector<std::string>& read :
+       std::vector<std::vector<std::string>>{{"info", picture},
+                                             {"show", picture},
+                                             {"import", database, picture},
+                                             {"import", picture, database}}) {
+    const Outcome refused = rvb(read);
+    EXPECT_EQ(refused.status, 1) << read[0];
+    EXPECT_EQ(refused.err, "rvb: picture.csv is a PNG image, which Rowvane can't read\n") << read[0];
+  }
+  EXPECT_EQ(rvb({"show", noise}).err, "rvb: noise.dat is no text, and of no format that Rowvane can read\n");
+  EXPECT_EQ(output({"count", noise, "--as", "text"}), "1\n");
+  EXPECT_EQ(output({"count", noise, "--separator", ";"}), "1\n") << "only texts have separators";
+  EXPECT_THAT(output({"info", database, "--separator", ";"}), StartsWith("shop: rvb, zip64"));
+  EXPECT_THAT(output({"info", database, "--as", "text"}), StartsWith("shop: text, "));
+  EXPECT_THAT(rvb({"show", noise, "--as", "rvb"}).err, StartsWith("rvb: error 33: "));
+  EXPECT_EQ(rvb({"show", noise, "--as", "sqlite"}).status, 2);
+  EXPECT_THAT(output({"--quiet", "import", path("new.rvb"), noise, "--as", "text"}), testing::IsEmpty());
+}
+
+TEST_F(CommandTest, ExportsTakeTheFormatOfTheExtension) {
+  const std::string database = make_shop();
+  const Outcome refused = rvb({"export", database, "fruit", path("out.xlsx")});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_EQ(refused.err, "rvb: out.xlsx: a table can't be exported as an Excel workbook\n");
+  EXPECT_FALSE(std::filesystem::exists(path("out.xlsx")));
+  EXPECT_THAT(rvb({"export", database, "fruit", path("out.rvb")}).err, HasSubstr("use: rvb import"));
+  for (const std::vector<std::string>& as_text :
+       std::vector<std::vector<std::string>>{{"out.log"}, {"out"}, {"out.xlsx", "--as", "text"}}) {
+    std::vector<std::string> arguments = {"export", database, "sales/orders", path(as_text[0])};
+    arguments.insert(arguments.end(), as_text.begin() + 1, as_text.end());
+    output(arguments);
+    EXPECT_EQ(read(as_text[0]), "Fruit,Pieces\r\napple,3\r\n") << as_text[0];
+  }
+}
+
 TEST_F(CommandTest, DatesInTextsBecomeStandard) {
   const std::string database = path("days.rvb");
   ASSERT_EQ(

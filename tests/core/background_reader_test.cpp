@@ -154,7 +154,7 @@ TEST_F(BackgroundReaderTest, WhatCannotBeUndoneStopsItToo) {
   expect_stop([&] { table->rewrite_formulas(0, "=1", ""); });
   expect_stop([&] { table->store_outcomes(std::vector<RecordFlags>(3, 0x0002)); });
   expect_stop([&] { database.set_name("new"); });
-  expect_stop([&] { database.set_file("new.rvb", FileFormat::kNative); });
+  expect_stop([&] { database.set_file_path("new.rvb"); });
   ASSERT_EQ(table->replace_column(0, make_field("text"), text_cells(3)), ErrorCode::kOk);
   for (uint32_t i = 0; i < 20; ++i) ASSERT_EQ(table->set_value(2, 0, std::to_string(i)), ErrorCode::kOk);
   expect_stop([&] { database.clean_pools(); });

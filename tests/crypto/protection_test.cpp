@@ -41,10 +41,9 @@ TEST(Protection, AsksBeforeAnyoneMayRead) {
 }
 
 TEST(Protection, WarnsOfOtherFormats) {
-  EXPECT_EQ(check_target_format(true, FileFormat::kText, false).question, MessageId::kUseNativeFormat);
-  EXPECT_EQ(check_target_format(true, FileFormat::kText, true).notice, MessageId::kRecordsNotProtected);
-  EXPECT_EQ(check_target_format(true, FileFormat::kNative, true), Check());
-  EXPECT_EQ(check_target_format(false, FileFormat::kText, true), Check());
+  EXPECT_EQ(check_other_format(true, false).question, MessageId::kUseNativeFormat);
+  EXPECT_EQ(check_other_format(true, true).notice, MessageId::kRecordsNotProtected);
+  EXPECT_EQ(check_other_format(false, true), Check());
 }
 
 class MemberCipher : public testing::TestWithParam<CipherAlgorithm> {

@@ -1,6 +1,9 @@
 #include "ui/document/document_files.h"
 
+#include <QApplication>
+#include <QDialog>
 #include <QFile>
+#include <QTimer>
 #include <QWidget>
 
 #include <gmock/gmock.h>
@@ -141,6 +144,32 @@ TEST_F(DocumentFilesTest, WhatCannotBeOpenedIsSaid) {
   EXPECT_THAT(dialogs.shown,
               ElementsAre(error_text(ErrorCode::kFileOpen), error_text(ErrorCode::kZipCorrupted)));
   EXPECT_THAT(settings.recent_files, IsEmpty());
+}
+
+TEST_F(DocumentFilesTest, WhatIsNoTextIsRefusedByNameUntilTheUserSaysThatItIs) {
+  const QString path = write("picture.csv", QByteArray("\x89PNG\r\n\x1A\n"));
+  EXPECT_EQ(files.open(path), nullptr);
+  EXPECT_EQ(files.open(write("noise.csv", QByteArray("a\n\x01\0\x02\n", 6))), nullptr);
+  EXPECT_THAT(dialogs.shown, ElementsAre("picture.csv is a PNG image, which Rowvane can't read",
+                                         "noise.csv is no text, and of no format that Rowvane can read"));
+  EXPECT_THAT(settings.recent_files, IsEmpty());
+  EXPECT_NE(files.open(path, TextFileSettings()), nullptr);
+}
+
+TEST_F(DocumentFilesTest, ATableIsNotWrittenAsTextUnderTheNameOfAnotherFormat) {
+  const auto document = files.open(write("a.csv", "Name\nAnna\n"));
+  QTimer::singleShot(0, &window, [] { qobject_cast<QDialog*>(QApplication::activeModalWidget())->accept(); });
+  dialogs.files_to_save = {path_of("a.xlsx")};
+  files.export_table(*document, first_table(*document), std::nullopt);
+  EXPECT_THAT(dialogs.shown, ElementsAre("a.xlsx: a table can't be exported as an Excel workbook"));
+  EXPECT_FALSE(QFile::exists(path_of("a.xlsx")));
+}
+
+TEST_F(DocumentFilesTest, TheBoxOffersWhatCanBeOpened) {
+  files.choose_file_to_open();
+  EXPECT_EQ(dialogs.shown_filters,
+            "All that can be opened (*.zip *.rvb *.csv *.tsv *.tab *.txt);;Rowvane database (*.zip *.rvb);;"
+            "Text files (*.csv *.tsv *.tab *.txt);;All files (*)");
 }
 
 TEST_F(DocumentFilesTest, PasswordsAreAskedUntilOneFits) {

@@ -114,16 +114,20 @@ TEST_F(MainFrameTest, AFileIsOpenOnceAndOnTheListOfRecentOnes) {
   EXPECT_EQ(frame.window_count(), 2);
 }
 
-TEST_F(MainFrameTest, DroppedFilesAreOpened) {
+TEST_F(MainFrameTest, DroppedFilesAreOpenedAsWhatTheyHold) {
+  const std::string database = folder.path("database.txt");
+  ASSERT_EQ(DatabaseDocument(Options()).open().save(database).failure, ErrorCode::kOk);
   QMimeData data;
-  data.setUrls({QUrl::fromLocalFile(write("a.csv", "A\n1\n")), QUrl::fromLocalFile(write("b.csv", "B\n2\n")),
-                QUrl("https://example.org/")});
+  data.setUrls({QUrl::fromLocalFile(write("a.csv", "A\n1\n")), QUrl::fromLocalFile(to_qt(database)),
+                QUrl::fromLocalFile(write("b.csv", "%PDF-1.7")), QUrl("https://example.org/")});
   QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
   QApplication::sendEvent(&frame, &enter);
   EXPECT_TRUE(enter.isAccepted());
   QDropEvent drop({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
   QApplication::sendEvent(&frame, &drop);
   EXPECT_EQ(frame.window_count(), 2);
+  EXPECT_TRUE(frame.current_window()->document().open().has_database_file());
+  EXPECT_THAT(dialogs.shown, ElementsAre("b.csv is a PDF document, which Rowvane can't read"));
 }
 
 TEST_F(MainFrameTest, QuickSortAddsKeysWithShift) {

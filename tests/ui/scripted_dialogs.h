@@ -23,6 +23,7 @@ class ScriptedDialogs final : public Dialogs {
 
   std::vector<std::string> asked;  // questions, those about saving included
   std::vector<std::string> shown;  // messages
+  QString shown_filters;           // of the last file to open
 
   bool ask(const std::string& question) override {
     asked.push_back(question);
@@ -41,7 +42,10 @@ class ScriptedDialogs final : public Dialogs {
     asked.push_back(question.toStdString());
     return next(choices).value_or(-1);
   }
-  QString choose_file_to_open(const FileChoice&) override { return next(files_to_open).value_or(QString()); }
+  QString choose_file_to_open(const FileChoice& choice) override {
+    shown_filters = choice.filters;
+    return next(files_to_open).value_or(QString());
+  }
   QString choose_file_to_save(const FileChoice& choice) override {
     if (choice.filter != nullptr) *choice.filter = next(filters).value_or(*choice.filter);
     return next(files_to_save).value_or(QString());

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "app/formats/recognized_file.h"
 #include "core/messages/questions.h"
-#include "exchange/text/text_file_settings.h"
 #include "file/database_file.h"
 #include "formula/fields/formula_hooks.h"
 #include "platform/regional_settings.h"
@@ -30,10 +30,10 @@ class OpenDatabase {
   OpenDatabase(const OpenDatabase&) = delete;
   OpenDatabase& operator=(const OpenDatabase&) = delete;
 
-  // Opens a database file, or any other file as an unsaved database with its tables. TEXT says how a text is
-  // read; numbers and dates are the user's. QUESTIONS and PASSWORD are as open_database takes them. Errors as
-  // open_database and import_text_file.
-  static DatabaseOpening open(const std::string& path, const TextFileSettings& text, const Options& options,
+  // Opens a database file, or a file of another format as an unsaved database with its tables. Numbers and
+  // dates are the user's. QUESTIONS and PASSWORD are as open_database takes them. Errors as open_database and
+  // import_text_file.
+  static DatabaseOpening open(const RecognizedFile& file, const Options& options,
                               Questions* questions = nullptr, Progress& progress = Progress::none(),
                               std::shared_ptr<const Secret> password = nullptr);
   // A new database without tables that its first save makes the file PATH of.
@@ -56,7 +56,9 @@ class OpenDatabase {
   std::string title() const;
   const std::string& path() const { return database_->file_path(); }
   // Its file is a database file.
-  bool has_database_file() const { return database_->file_format() == FileFormat::kNative; }
+  bool has_database_file() const { return format_ == &database_format(); }
+  // Of its file; null: it has none.
+  const FileFormat* format() const { return format_; }
   bool is_modified() const { return database_->is_modified(); }
   // Opened without its password: see DatabaseFile.
   bool is_read_only() const { return file_->is_read_only(); }
@@ -74,20 +76,19 @@ class OpenDatabase {
   Outcome save(const std::string& path, SaveSettings settings = {}, Progress& progress = Progress::none());
   CompactResult compact(Progress& progress = Progress::none());
 
-  // Whether it has a file that `save_back` can write: a database file, or a text, which gets the first table.
-  bool can_save_back() const { return database_->file_format() != FileFormat::kNone; }
+  // Whether it has a file that `save_back` can write.
+  bool can_save_back() const { return format_ != nullptr && format_->save != nullptr; }
   // Refuses with message 149 what only a database file can hold; asks before features are lost.
   Check check_save_back() const;
   Outcome save_back(Progress& progress = Progress::none());
 
   // For a database opened from a recovery copy: it belongs to ORIGINAL again, a file of FORMAT (an empty path
   // for a new database), and has unsaved changes.
-  void restore_origin(const std::string& original, FileFormat format);
+  void restore_origin(const std::string& original, const FileFormat* format);
 
  private:
-  OpenDatabase(OpenedDatabase opened, const Options& options, const TextFileSettings& text);
-
-  Outcome save_as_text(Progress& progress);
+  OpenDatabase(OpenedDatabase opened, const Options& options, const FileFormat* format,
+               const TextFileSettings& text);
 
   Options options_;
   platform::RegionalSettings region_;
@@ -95,6 +96,7 @@ class OpenDatabase {
   std::unique_ptr<DatabaseFile> file_;
   std::unique_ptr<FormulaHooks> formulas_;
   std::unique_ptr<CurrentCriteria> criteria_;
+  const FileFormat* format_;
   std::vector<UserText> notices_;
   TextFileSettings text_settings_;
   SaveVariant save_variant_ = SaveVariant::kAuto;

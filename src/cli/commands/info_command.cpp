@@ -19,7 +19,7 @@ struct InfoArguments {
 };
 
 std::string_view format_name(Session& session) {
-  return session.open_database().has_database_file() ? "rvb" : "text";
+  return session.open_database().format()->name;
 }
 
 std::string_view container_name(Session& session) {

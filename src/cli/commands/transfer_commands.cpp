@@ -10,8 +10,6 @@
 #include "cli/sort_options.h"
 #include "cli/where_option.h"
 #include "crypto/protection.h"
-#include "exchange/text/text_export.h"
-#include "file/document.h"
 #include "platform/paths.h"
 
 namespace rowvane::cli {
@@ -84,35 +82,36 @@ int choose_records(Session& session, const ExportArguments& arguments, const CWo
 int run_export(const GlobalOptions& global, ExportArguments& arguments) {
   const std::string target = arguments.places.back();
   arguments.places.pop_back();
-  const std::string extension = platform::extension(target);
-  if (arguments.as.empty() && (extension == "rvb" || extension == "zip")) {
+  const ExportTarget named = export_target(target);
+  const FileFormat* format = arguments.as.empty() ? named.format : format_named(arguments.as);
+  if (format == &database_format())
     return fail("to make a database of it, use: rvb import " + target + " " + arguments.database);
-  }
+  if (!format->can_export()) return fail(named.refusal);
   Session session(global);
   if (const int status = session.open(arguments.database, TextOptions()); status != kDone) return status;
   CWorkSheet* table = session.take_table(arguments.places);
   if (table == nullptr || !arguments.places.empty())
     return table == nullptr ? kFailed : fail(ErrorCode::kInvalidPath);
   const platform::RegionalSettings region = platform::user_regional_settings();
-  TextExport settings;
-  settings.text = suggested_text_settings(target);
-  if (const std::string wrong = arguments.text.apply(settings.text); !wrong.empty()) return fail_usage(wrong);
+  TableExport settings;
+  settings.text.text = named.text;
+  if (const std::string wrong = arguments.text.apply(settings.text.text); !wrong.empty())
+    return fail_usage(wrong);
   if (const int status = session.find_fields(*table, arguments.fields, settings.fields); status != kDone)
     return status;
   if (const int status = choose_records(session, arguments, *table, settings.positions); status != kDone)
     return status;
-  settings.numbers.decimal = region.decimal_separator;
-  settings.save_files = arguments.files_zip;
-  settings.save_long_texts = arguments.long_text_zip;
-  settings.row_limit = arguments.row_limit.value_or(session.options().text_export_row_limit);
+  settings.text.numbers.decimal = region.decimal_separator;
+  settings.text.save_files = arguments.files_zip;
+  settings.text.save_long_texts = arguments.long_text_zip;
+  settings.text.row_limit = arguments.row_limit.value_or(session.options().text_export_row_limit);
   settings.threads = session.options().used_processor_cores;
   const bool is_protected = session.file().protection() != nullptr;
-  for (const Check& check : {check_text_export_settings(*table, settings),
-                             check_target_format(is_protected, FileFormat::kText, true)}) {
+  for (const Check& check :
+       {format->check_export(*table, settings), check_other_format(is_protected, true)}) {
     if (const int status = accept(check, session.questions()); status != kDone) return status;
   }
-  session.progress().begin("Saving Text File");
-  const TextExportResult result = export_text(*table, target, settings, session.progress());
+  const TableExportResult result = format->export_table(*table, target, settings, session.progress());
   if (const int status = report(result); status != kDone) return status;
   if (result.replaced_characters) warn("some characters are not in the code page and were replaced");
   for (size_t i = 0; i < result.files.size() && !global.quiet; ++i)
@@ -150,7 +149,8 @@ void add_export_command(CLI::App& app, CommandContext& context) {
   command->add_option("TABLE TARGET", arguments->places, "Path of the table, and the file to write")
       ->required()
       ->expected(1, 2);
-  command->add_option("--as", arguments->as, "Format: text")->check(CLI::IsMember({"text"}));
+  command->add_option("--as", arguments->as, "Write this format, whatever the name of TARGET tells")
+      ->check(CLI::IsMember(format_names(&FileFormat::can_export)));
   command->add_option("--fields", arguments->fields, "Fields to write, in this order")
       ->delimiter(',')
       ->allow_extra_args(false);

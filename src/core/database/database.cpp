@@ -85,10 +85,9 @@ void Database::set_name(std::string name) {
   name_ = std::move(name);
 }
 
-void Database::set_file(std::string path, FileFormat format) {
+void Database::set_file_path(std::string path) {
   before_change();
   file_path_ = std::move(path);
-  file_format_ = format;
 }
 
 std::string Database::join_path(std::string_view folder, std::string_view name) {

@@ -55,9 +55,6 @@ class Folder {
   std::vector<std::unique_ptr<CWorkSheet>> tables_;
 };
 
-// The format of the file that a database came from.
-enum class FileFormat { kNone, kNative, kOldNative, kText };
-
 // Learns of every change. Called on the thread that made the change, after it, once for each undo step.
 class DatabaseObserver {
  public:
@@ -78,9 +75,9 @@ class Database {
 
   const std::string& name() const { return name_; }
   void set_name(std::string name);
+  // The file that it came from or was saved to; empty: none.
   const std::string& file_path() const { return file_path_; }
-  FileFormat file_format() const { return file_format_; }
-  void set_file(std::string path, FileFormat format);
+  void set_file_path(std::string path);
   // The largest number of records of a table; fixed when the database is opened.
   uint32_t max_records() const { return max_records_; }
 
@@ -166,7 +163,6 @@ class Database {
 
   std::string name_;
   std::string file_path_;
-  FileFormat file_format_ = FileFormat::kNone;
   uint32_t max_records_;
   Folder root_;
   DatabaseSettings settings_;

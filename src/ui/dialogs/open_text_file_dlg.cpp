@@ -8,8 +8,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "app/formats/recognized_file.h"
 #include "app/profile/engine_options.h"
-#include "file/document.h"
 #include "platform/regional_settings.h"
 #include "ui/dialogs.h"
 #include "ui/dialogs/field_filter_dlg.h"
@@ -21,12 +21,13 @@ namespace {
 
 constexpr uint32_t kSampleRecords = 100;
 
-// As the dialog was left, but for what belongs to the file: its columns, and the separator that its name
-// tells.
+// As the dialog was left, but for what belongs to the file: its columns, the separator that its name tells
+// and the encoding that its content does.
 TextFileSettings first_settings(const std::string& path, const TextFileSettings& left) {
   TextFileSettings settings = left;
   settings.column_options = {};
-  const TextFileSettings suggested = suggested_text_settings(path);
+  const TextFileSettings suggested = recognize_file(path).text;
+  if (suggested.encoding != TextFileSettings().encoding) settings.encoding = suggested.encoding;
   if (suggested.separator == TextFileSettings().separator) return settings;
   settings.separator = suggested.separator;
   settings.set(settings.flags, TextFileSettings::kSeparated, true);

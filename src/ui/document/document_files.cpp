@@ -9,7 +9,6 @@
 #include "core/messages/messages.h"
 #include "exchange/text/text_export.h"
 #include "exchange/text/text_import.h"
-#include "file/document.h"
 #include "ui/dialogs/open_text_file_dlg.h"
 #include "ui/dialogs/save_text_file_dlg.h"
 #include "ui/document/field_widths.h"
@@ -37,8 +36,33 @@ QString database_filters() {
          tr("Rowvane database, ZIP32 (*.rvb)");
 }
 
+// "*.csv *.txt"
+QString patterns_of(const FileFormat& format) {
+  QStringList patterns;
+  for (const std::string_view extension : format.extensions) patterns << "*." + to_qt(extension);
+  return patterns.join(' ');
+}
+
+// "Text files (*.csv *.txt)"
+QString filter_of(const FileFormat& format) {
+  return tr(std::string(format.caption).c_str()) + " (" + patterns_of(format) + ")";
+}
+
 QString text_filter() {
-  return tr("Text files (*.csv *.tsv *.tab *.txt);;All files (*)");
+  return filter_of(text_format()) + ";;" + tr("All files (*)");
+}
+
+QString open_filters() {
+  QStringList all;
+  QStringList filters;
+  for (const FileFormat& format : file_formats()) {
+    if (!format.can_open()) continue;
+    all << patterns_of(format);
+    filters << filter_of(format);
+  }
+  filters.prepend(tr("All that can be opened") + " (" + all.join(' ') + ")");
+  filters << tr("All files (*)");
+  return filters.join(";;");
 }
 
 }  // namespace
@@ -46,10 +70,8 @@ QString text_filter() {
 // ---- opening
 
 QString DocumentFiles::choose_file_to_open() {
-  const QString filters = tr("All that can be opened (*.rvb *.zip *.csv *.tsv *.tab *.txt)") +
-                          ";;Rowvane database (*.zip *.rvb);;" + text_filter();
   return dialogs_.choose_file_to_open({tr("Open"),
-                                       filters,
+                                       open_filters(),
                                        to_qt(settings_.file_dialogs.recent_document_folder),
                                        {},
                                        &settings_.file_dialogs.open_database_file_index});
@@ -77,15 +99,14 @@ void DocumentFiles::run(const QString& caption, const std::function<void(Progres
 }
 
 // A file that anyone may read is opened read-only when the user has no password for it.
-DatabaseOpening DocumentFiles::open_with(const std::string& path, const TextFileSettings& text,
-                                         const std::string& shown_path) {
+DatabaseOpening DocumentFiles::open_with(const RecognizedFile& file, const std::string& shown_path) {
   const Options options = engine_options(settings_);
   std::shared_ptr<const Secret> password;
   while (true) {
     DatabaseOpening opened;
     QuestionsOnWindow questions(dialogs_, window_);
     run(tr("Opening Database"), [&](Progress& progress) {
-      opened = OpenDatabase::open(path, text, options, &questions, progress, password);
+      opened = OpenDatabase::open(file, options, &questions, progress, password);
     });
     if (opened.cancelled) return opened;
     const bool is_locked = opened.failure == ErrorCode::kInvalidPassword;
@@ -105,8 +126,12 @@ void DocumentFiles::ask_about_container(OpenDatabase& database) {
 
 std::unique_ptr<DatabaseDocument> DocumentFiles::open(const QString& path,
                                                       const std::optional<TextFileSettings>& text) {
-  const std::string file = absolute_path(path);
-  DatabaseOpening opened = open_with(file, text ? *text : suggested_text_settings(file), file);
+  RecognizedFile file = recognize_file(absolute_path(path));
+  if (text) {
+    file.take_as(text_format());
+    file.text = *text;
+  }
+  DatabaseOpening opened = open_with(file, file.path);
   if (opened.database != nullptr) {
     if (!opened.database->has_database_file() && settings_.check_box_options.auto_col_width_on_import)
       fit_field_widths(opened.database->database(), window_.font());
@@ -118,11 +143,10 @@ std::unique_ptr<DatabaseDocument> DocumentFiles::open(const QString& path,
 
 // Of a file that the user did not choose, only a failure is told.
 std::unique_ptr<DatabaseDocument> DocumentFiles::open_copy(const RecoveryCopy& copy) {
-  DatabaseOpening opened = open_with(to_utf8(copy.path), {}, to_utf8(copy.title));
+  DatabaseOpening opened = open_with(recognize_file(to_utf8(copy.path)), to_utf8(copy.title));
   opened.notices.clear();
   if (!dialogs_.report(opened)) return nullptr;
-  opened.database->restore_origin(to_utf8(copy.original),
-                                  copy.is_database ? FileFormat::kNative : FileFormat::kText);
+  opened.database->restore_origin(to_utf8(copy.original), format_named(to_utf8(copy.format)));
   return std::make_unique<DatabaseDocument>(std::move(opened.database));
 }
 
@@ -240,20 +264,25 @@ CWorkSheet* DocumentFiles::import_table(DatabaseDocument& document, std::map<siz
 void DocumentFiles::export_table(DatabaseDocument& document, const CWorkSheet& table,
                                  std::optional<std::vector<uint32_t>> records) {
   const bool is_protected = document.file().protection() != nullptr;
-  if (!dialogs_.accept(check_target_format(is_protected, FileFormat::kText, true))) return;
+  if (!dialogs_.accept(check_other_format(is_protected, true))) return;
   CSaveTextFileDlg dialog(table, settings_, dialogs_, &window_);
   if (dialog.exec() != QDialog::Accepted) return;
   const QString name =
       QDir(to_qt(settings_.file_dialogs.recent_document_folder)).filePath(to_qt(table.name()) + ".csv");
   const QString path = dialogs_.choose_file_to_save({tr("Export Table"), text_filter(), name, "csv"});
   if (path.isEmpty()) return;
-  TextExport settings = dialog.settings();
+  const std::string target = absolute_path(path);
+  const ExportTarget named = export_target(target);
+  if (!dialogs_.accept(named.refusal)) return;
+  TableExport settings;
+  settings.text = dialog.settings();
+  settings.fields = settings.text.fields;
   settings.positions = std::move(records);
-  settings.numbers = {document.region().decimal_separator, std::string()};
+  settings.text.numbers = {document.region().decimal_separator, std::string()};
   settings.threads = document.options().used_processor_cores;
-  TextExportResult result;
+  TableExportResult result;
   run(tr("Export Table"),
-      [&](Progress& progress) { result = export_text(table, absolute_path(path), settings, progress); });
+      [&](Progress& progress) { result = named.format->export_table(table, target, settings, progress); });
   dialogs_.report(result);
 }
 

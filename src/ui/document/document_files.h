@@ -22,8 +22,8 @@ class DocumentFiles {
   DocumentFiles(profile::Settings& settings, Dialogs& dialogs, QWidget& window)
       : settings_(settings), dialogs_(dialogs), window_(window) {}
 
-  // Opens whatever file holds tables; a text is read with TEXT, or as its name suggests. Null after the user
-  // was told why not, or has given up.
+  // Opens whatever file holds tables. With TEXT it is read as a text whatever it seems to be, as the user has
+  // said; otherwise as its content and its name tell. Null after the user was told why not, or has given up.
   std::unique_ptr<DatabaseDocument> open(const QString& path,
                                          const std::optional<TextFileSettings>& text = std::nullopt);
   // Opens the unsaved work of COPY.
@@ -53,8 +53,7 @@ class DocumentFiles {
   // With a progress box, unless the user wants none for files.
   void run(const QString& caption, const std::function<void(Progress&)>& work);
   // SHOWN_PATH is what the user is asked the password for; giving up cancels.
-  DatabaseOpening open_with(const std::string& path, const TextFileSettings& text,
-                            const std::string& shown_path);
+  DatabaseOpening open_with(const RecognizedFile& file, const std::string& shown_path);
   std::shared_ptr<const Secret> ask_password(const std::string& path);
   void ask_about_container(OpenDatabase& database);
   // AUTO keeps what the file is, or what was answered when it was opened.

@@ -25,7 +25,7 @@ std::unique_ptr<QLockFile> open_lock(const QString& path) {
 RecoveryCopy read_description(const QString& copy) {
   const QSettings description(description_path(copy), QSettings::IniFormat);
   return {copy, description.value("original").toString(), description.value("title").toString(),
-          description.value("database").toBool(), description.value("time").toDateTime()};
+          description.value("format").toString(), description.value("time").toDateTime()};
 }
 
 }  // namespace
@@ -54,7 +54,7 @@ void RecoveryFolder::describe(const RecoveryCopy& copy) {
   QSettings description(description_path(copy.path), QSettings::IniFormat);
   description.setValue("original", copy.original);
   description.setValue("title", copy.title);
-  description.setValue("database", copy.is_database);
+  description.setValue("format", copy.format);
   description.setValue("time", copy.time);
 }
 

@@ -16,8 +16,8 @@ struct RecoveryCopy {
   QString path;      // of the copy, a database file
   QString original;  // the file it was opened from or saved to; empty for a new database
   QString title;
-  bool is_database = false;  // the original is a database file, not a text
-  QDateTime time;            // of the last change that it holds
+  QString format;  // name of the format of the original; empty for a new database
+  QDateTime time;  // of the last change that it holds
 };
 
 class RecoveryFolder {

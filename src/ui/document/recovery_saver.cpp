@@ -148,8 +148,10 @@ void RecoverySaver::finish(bool written) {
     RecoveryFolder::remove(writer->copy());
   } else {
     const DatabaseDocument& document = writer->document();
-    folder_.describe({writer->copy(), to_qt(document.database().file_path()), document.title(),
-                      document.open().has_database_file(), QDateTime::currentDateTime()});
+    const FileFormat* format = document.open().format();
+    folder_.describe({writer->copy(), to_qt(document.open().path()), document.title(),
+                      to_qt(format != nullptr ? format->name : std::string_view()),
+                      QDateTime::currentDateTime()});
     watched->due = false;
     RecoveryFolder::remove(std::exchange(watched->copy, writer->copy()));
   }
