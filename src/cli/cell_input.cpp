@@ -5,7 +5,7 @@
 
 #include "cli/report.h"
 #include "core/messages/file_error.h"
-#include "formula/formats/typed_value.h"
+#include "formula/fields/value_input.h"
 #include "platform/file.h"
 #include "platform/paths.h"
 
@@ -37,33 +37,18 @@ ErrorCode read_files(std::string_view text, FileList& files) {
   return ErrorCode::kOk;
 }
 
-// Dates, times and percentages are numbers too: "2024-02-29", "7:30", "12.5%".
-bool read_number_kind(std::string_view text, CellValue& value) {
-  const auto typed = read_typed_value(text, platform::RegionalSettings::generic());
-  const bool is_taken =
-      typed && (typed->kind == FormatKind::kDate || typed->kind == FormatKind::kTime ||
-                typed->kind == FormatKind::kDateTime || typed->kind == FormatKind::kPercent);
-  if (is_taken) value = typed->number;
-  return is_taken;
-}
-
-ErrorCode read_value(FieldType type, std::string_view text, CellValue& value) {
-  if (type == FieldType::kFiles) {
+ValueReading read_value(const Field& field, std::string_view text) {
+  if (field.type == FieldType::kFiles) {
     FileList files;
     const ErrorCode error = read_files(text, files);
-    if (!files.empty()) value = std::move(files);
-    return error;
+    return {error, files.empty() ? CellValue() : CellValue(std::move(files))};
   }
-  if ((type == FieldType::kLongText || type == FieldType::kCode) && text.starts_with('@')) {
+  if ((field.type == FieldType::kLongText || field.type == FieldType::kCode) && text.starts_with('@')) {
     Content content;
     const ErrorCode error = read_file(std::string(text.substr(1)), content);
-    value = std::move(content);
-    return error;
+    return {error, std::move(content)};
   }
-  const ErrorCode error = value_from_text(type, text, NumberSeparators(), value);
-  if (error != ErrorCode::kOk && type == FieldType::kNumber && read_number_kind(text, value))
-    return ErrorCode::kOk;
-  return error;
+  return read_field_value(field, text, platform::RegionalSettings::generic());
 }
 
 bool read_number(std::string_view text, uint32_t& number) {
@@ -81,11 +66,9 @@ int read_assignments(const CWorkSheet& table, const std::vector<std::string>& te
     const std::string name = text.substr(0, equals);
     const auto field = table.find_field(name);
     if (!field) return fail("there is no field \"" + name + "\" in " + table.path());
-    Assignment assignment{*field, CellValue()};
-    const ErrorCode error =
-        read_value(table.field(*field).type, std::string_view(text).substr(equals + 1), assignment.value);
-    if (error != ErrorCode::kOk) return fail(error);
-    assignments.push_back(std::move(assignment));
+    ValueReading read = read_value(table.field(*field), std::string_view(text).substr(equals + 1));
+    if (read.error != ErrorCode::kOk) return fail(read.error);
+    assignments.push_back({*field, std::move(read.value)});
   }
   return kDone;
 }

@@ -14,9 +14,10 @@ struct Assignment {
   CellValue value;
 };
 
-// Reads "FIELD=VALUE" arguments for TABLE. Numbers are typed with a decimal point. A long text or code
-// "@PATH" is read from that file. Images and files are paths separated by ";", "link:PATH" for a shortcut.
-// Answers a status and reports what is wrong.
+// Reads "FIELD=VALUE" arguments for TABLE. Values are read as the window reads what is typed
+// into a cell, by the generic signs: a decimal point, the year first. A long text or code "@PATH" is read
+// from that file. Images and files are paths separated by ";", "link:PATH" for a shortcut. Answers a status
+// and reports what is wrong.
 int read_assignments(const CWorkSheet& table, const std::vector<std::string>& texts,
                      std::vector<Assignment>& assignments);
 

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "cli/run_rvb.h"
+#include "formula/typed_texts.h"
 #include "platform/temporary_folder.h"
 
 namespace rowvane::cli {
@@ -119,9 +120,49 @@ TEST_F(CommandTest, FieldsAreAddedConvertedRenamedAndDeleted) {
   output({"field", database, "fruit", "delete", "Price"});
   EXPECT_EQ(output({"show", database, "fruit", "--json", "--limit", "1"}),
             "{\"Kind\": \"apple\", \"Code\": 7, \"Note\": \"two\\nlines\"}\n");
-  const Outcome words = rvb({"field", database, "fruit", "change", "Kind", "--type", "number"});
+}
+
+TEST_F(CommandTest, AFieldIsNotEmptiedWithoutAYes) {
+  const std::string database = path("dates.rvb");
+  output({"import", database, write("dates.csv", "Date,Kind\n\"1 Mar 2024\",a\n2024-03-02 12:00,b\n,a\n")});
+  output({"field", database, "change", "Date", "--type", "number", "--format", "yyyy-mm-dd hh:mm"});
+  EXPECT_EQ(output({"show", database, "--json", "--fields", "Date"}),
+            "{\"Date\": 45352}\n{\"Date\": 45353.5}\n{\"Date\": null}\n");
+  const std::string before = read("dates.rvb");
+  const Outcome refused = rvb({"field", database, "change", "Kind", "--type", "number"});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_EQ(
+      refused.err,
+      "rvb: not changed: 3 values of the field \"Kind\" do not read as numbers, dates or times and would "
+      "be lost: \"a\" \"b\" Convert the field?\n");
+  EXPECT_EQ(read("dates.rvb"), before);
+  const Outcome words = rvb({"--yes", "field", database, "change", "Kind", "--type", "number"});
   EXPECT_EQ(words.status, 0);
   EXPECT_THAT(words.err, StartsWith("rvb: warning "));
+  output({"field", database, "change", "Date", "--type", "text"});
+  EXPECT_EQ(output({"show", database, "--format", "csv"}),
+            "Date,Kind\r\n2024-03-01,\r\n2024-03-02T12:00:00,\r\n,\r\n");
+}
+
+TEST_F(CommandTest, ValuesAreReadAsTheyAreTyped) {
+  const std::string database = make_shop();
+  for (const TypedText& typed : kTypedTexts) {
+    const std::string assignment = std::string("Price=") + typed.text;
+    for (const std::vector<std::string>& command :
+         {std::vector<std::string>{"set", database, "fruit", "1", assignment},
+          {"insert", database, "fruit", "--before", "1", assignment}}) {
+      const Outcome stored = rvb(command);
+      if (*typed.number == 0) {
+        EXPECT_EQ(stored.err, "rvb: error 52: The entered data doesn't match the field type.\n")
+            << typed.text;
+        continue;
+      }
+      EXPECT_EQ(stored.err, "") << typed.text;
+      EXPECT_EQ(output({"show", database, "fruit", "--format", "csv", "--fields", "Price", "--limit", "1"}),
+                std::string("Price\r\n") + typed.number + "\r\n")
+          << command[0] << " " << typed.text;
+    }
+  }
 }
 
 TEST_F(CommandTest, FilesAreStoredInTheDatabaseOrAsShortcuts) {

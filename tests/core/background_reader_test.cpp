@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "core/table/field_conversion.h"
 #include "core/table/table_copy.h"
 #include "sample_tables.h"
 
@@ -110,12 +109,7 @@ TEST_F(BackgroundReaderTest, ChangesOfATableStopIt) {
       {"field renamed", [&] { return table->rename_field(0, "new"); }},
       {"field deleted", [&] { return table->delete_field(1); }},
       {"field moved", [&] { return table->move_field(1, 2); }},
-      {"field converted",
-       [&] {
-         FieldConversion conversion;
-         conversion.type = FieldType::kCode;
-         return convert_field(*table, conversion).failure.error();
-       }},
+      {"column replaced", [&] { return table->replace_column(0, table->field(0), text_cells(3)); }},
       {"search key",
        [&] {
          return table->add_search_key({"key", {{0, "d:1"}}});

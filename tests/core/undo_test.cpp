@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include "core/table/field_conversion.h"
 #include "sample_tables.h"
 
 namespace rowvane {
@@ -135,13 +134,17 @@ class Changer {
         return table.change_field(field, definition);
       }
       default:
-        return convert(table, {field, any_type(), below(2) == 0, {}});
+        return change_type(table, field);
     }
   }
 
-  ErrorCode convert(CWorkSheet& table, const FieldConversion& settings) {
-    if (!check_conversion(table, settings).passes()) return ErrorCode::kConversionRule;
-    return convert_field(table, settings).failure.error();
+  ErrorCode change_type(CWorkSheet& table, size_t index) {
+    Field definition = table.field(index);
+    definition.type = any_type();
+    Column column = make_column(definition.type);
+    resize_column(column, table.record_count());
+    if (table.record_count() > 0) store_value(column, 0, any_value(definition.type));
+    return table.replace_column(index, definition, std::move(column));
   }
 
   ErrorCode change_records() {
@@ -189,14 +192,16 @@ class Changer {
   ErrorCode set_value() {
     CWorkSheet& table = any_table();
     const size_t field = below(table.field_count());
-    const std::string text = std::to_string(below(50));
-    CellValue value;
-    if (below(6) > 0 && table.field(field).type == FieldType::kFiles) {
-      value = FileList{make_file(text)};
-    } else if (below(6) > 0) {
-      (void)value_from_text(table.field(field).type, text, {}, value);
-    }
+    const CellValue value = below(6) > 0 ? any_value(table.field(field).type) : CellValue();
     return table.set_value(record_number(below(table.record_count())), field, value);
+  }
+
+  CellValue any_value(FieldType type) {
+    const uint32_t number = below(50);
+    const std::string text = std::to_string(number);
+    if (type == FieldType::kText) return text;
+    if (type == FieldType::kNumber) return static_cast<double>(number);
+    return type == FieldType::kFiles ? CellValue(FileList{make_file(text)}) : CellValue(Content::of(text));
   }
 
   Database& database_;

@@ -244,18 +244,20 @@ TEST_F(WorkSheet, FlagsRecords) {
   EXPECT_EQ(table.flag_type(1) + table.flag_type(3), 0);
 }
 
-TEST(ValueFromText, ReadsByType) {
-  CellValue value;
-  EXPECT_EQ(value_from_text(FieldType::kNumber, "1,5", {",", "."}, value), ErrorCode::kOk);
-  EXPECT_EQ(std::get<double>(value), 1.5);
-  EXPECT_EQ(value_from_text(FieldType::kNumber, "#ref!", {}, value), ErrorCode::kOk);
-  EXPECT_EQ(error_of_number(std::get<double>(value)), FormulaError::kRef);
-  EXPECT_EQ(value_from_text(FieldType::kNumber, "abc", {}, value), ErrorCode::kFieldTypeMismatch);
-  EXPECT_EQ(value_from_text(FieldType::kFiles, "abc", {}, value), ErrorCode::kFieldTypeMismatch);
-  EXPECT_EQ(value_from_text(FieldType::kCode, "abc", {}, value), ErrorCode::kOk);
-  EXPECT_EQ(std::get<Content>(value).in_memory(), "abc");
-  EXPECT_EQ(value_from_text(FieldType::kFiles, "", {}, value), ErrorCode::kOk);
-  EXPECT_TRUE(is_empty(value));
+TEST(DefaultValue, IsReadAsItIsStored) {
+  const auto text_of = [](FieldType type, std::string text) {
+    Field field = make_field("field", type);
+    field.default_value = std::move(text);
+    CWorkSheet records("t", std::vector{field});
+    EXPECT_EQ(records.insert_records(1, 1), ErrorCode::kOk);
+    return records.value_text(1, 0);
+  };
+  EXPECT_EQ(text_of(FieldType::kNumber, "1.5"), "1.5");
+  EXPECT_EQ(text_of(FieldType::kNumber, "#ref!"), "#REF!");
+  EXPECT_EQ(text_of(FieldType::kCode, "abc"), "abc");
+  for (const char* text : {"", "abc", "1,5"}) EXPECT_EQ(text_of(FieldType::kNumber, text), "") << text;
+  EXPECT_EQ(text_of(FieldType::kText, std::string(kMaxTextCharacters + 1, 'x')), "");
+  EXPECT_EQ(text_of(FieldType::kFiles, "abc"), "");
 }
 
 TEST(TextEntry, WarnsAndCuts) {

@@ -100,12 +100,21 @@ TEST_F(FieldEntryTest, StoresDefaultsOfNumbersAsNumbers) {
   entry.field.default_value = "31.12.2024";
   EXPECT_EQ(apply(entry).failure, ErrorCode::kOk);
   EXPECT_EQ(table->field(1).default_value, "45657");
+  entry = entry_of(1);
+  entry.field.default_value = "#data!";
+  EXPECT_EQ(apply(entry).failure, ErrorCode::kOk);
+  EXPECT_EQ(table->field(1).default_value, "#DATA!");
   EXPECT_EQ(table->field(2).name, "Name");
 }
 
 TEST_F(FieldEntryTest, TellsWhatAConversionLoses) {
   FieldEntry entry = entry_of(1);
   entry.field.type = FieldType::kNumber;
+  EXPECT_EQ(find_entry_loss(*table, entry).examples, std::vector<std::string>{"Lamp"});
+  FieldEntry calculated = entry;
+  calculated.field.formula = "=Price";
+  EXPECT_EQ(find_entry_loss(*table, calculated).check, Check()) << "the formula gives the values anew";
+  EXPECT_EQ(find_entry_loss(*table, FieldEntry()).check, Check()) << "a new field";
   const Outcome result = apply(entry);
   EXPECT_EQ(result.notices, std::vector<UserText>{MessageId::kTextNotNumeric});
   EXPECT_EQ(table->field(1).type, FieldType::kNumber);

@@ -6,6 +6,7 @@
 
 #include "find_table.h"
 #include "formula/fields/formula_hooks.h"
+#include "formula/typed_texts.h"
 #include "recordset/find/replacement.h"
 
 namespace rowvane {
@@ -114,6 +115,26 @@ TEST_F(ReplaceTextTest, LeavesOutWhatATypeDoesNotTake) {
   EXPECT_EQ(result.refused.too_long, 1U);
   set(1, 0, std::string(4084, 'y'));
   EXPECT_EQ(replace(replace_settings("y", "yy")).cells, 1U);
+}
+
+TEST_F(ReplaceTextTest, ANumberBecomesWhatTheNewTextWouldIfItWereTyped) {
+  for (const char* format : {"", "0"}) {
+    change_field(1, [format](Field& field) { field.format = format; });
+    for (const TypedText& typed : kTypedTexts) {
+      const bool taken = *typed.number != 0;
+      set(1, 1, 777.0);
+      EXPECT_EQ(replace(replace_settings("777", typed.text)).refused.not_numeric, taken ? 0U : 1U)
+          << typed.text;
+      EXPECT_EQ(table.value_text(1, 1), taken ? typed.number : "777") << typed.text;
+    }
+  }
+}
+
+TEST_F(ReplaceTextTest, CountsEachCellOfATextThatWouldBeTooLong) {
+  for (RecordNumber record = 1; record <= 3; ++record) set(record, 0, std::string(5000, 'y'));
+  const ReplaceResult result = replace(replace_settings("y", "yy"));
+  EXPECT_EQ(result.refused.too_long, 3U);
+  EXPECT_EQ(result.cells, 0U);
 }
 
 TEST_F(ReplaceTextTest, LeavesOutCalculatedFormattedAndFileNames) {

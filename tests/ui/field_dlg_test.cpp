@@ -81,6 +81,10 @@ TEST_F(FieldDlgTest, ConvertsTheValuesAndTellsWhatWasLost) {
   open(0);
   control<QComboBox>("Type").setCurrentText("Number");
   control<QComboBox>("Display format").setCurrentText("0.00");
+  EXPECT_FALSE(accept()) << "the answer is No";
+  EXPECT_THAT(dialogs.asked, ElementsAre(testing::HasSubstr("would be lost:\n\"x\"\n")));
+  EXPECT_EQ(table.field(0).type, FieldType::kText);
+  dialogs.answers = {true};
   EXPECT_TRUE(accept());
   EXPECT_THAT(dialogs.shown, ElementsAre(message(MessageId::kTextNotNumeric)));
   EXPECT_EQ(table.field(0).format, "0.00");
@@ -97,6 +101,7 @@ TEST_F(FieldDlgTest, ShowsTheFormatOnAValueOfTheTable) {
   open(0);
   EXPECT_FALSE(control<QComboBox>("Display format").isEnabled());
   control<QComboBox>("Type").setCurrentText("Number");
+  dialogs.answers = {true};
   ASSERT_TRUE(accept());
   open(0);
   auto& format = control<FormatChoice>("Display format");

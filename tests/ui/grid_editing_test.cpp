@@ -3,6 +3,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
+#include "formula/typed_texts.h"
 #include "ui/grid_fixture.h"
 
 namespace rowvane {
@@ -73,6 +74,26 @@ TEST_F(GridEditingTest, ALongEntryIsCutWithAWarning) {
   press(Qt::Key_Return);
   EXPECT_THAT(dialogs.shown, ElementsAre("The entered text will be truncated to max. 8192 bytes."));
   EXPECT_EQ(text(1, kName).size(), 8169u);
+}
+
+TEST_F(GridEditingTest, NumbersAreTypedPastedAndFilledInAlike) {
+  TableModel& model = view->model();
+  for (const TypedText& typed : kTypedTexts) {
+    const bool taken = *typed.number != 0;
+    const auto expect_stored = [&](const char* way) {
+      EXPECT_EQ(text(1, kPrice), taken ? typed.number : "777") << way << " " << typed.text;
+      ASSERT_EQ(table.set_value(1, kPrice, 777.0), ErrorCode::kOk);
+    };
+    ASSERT_EQ(table.set_value(1, kPrice, 777.0), ErrorCode::kOk);
+    EXPECT_EQ(model.setData(model.index(0, kPrice), typed.text), taken) << typed.text;
+    expect_stored("typed");
+    set_clipboard(typed.text);
+    go_to(0, kPrice);
+    pane->paste();
+    expect_stored("pasted");
+    pane->fill_selection(typed.text);
+    expect_stored("filled in");
+  }
 }
 
 TEST_F(GridEditingTest, TextsBecomeStandardDates) {

@@ -76,12 +76,21 @@ int read_arguments(const FieldArguments& arguments, Field& field) {
   return read_format(arguments.format, field);
 }
 
+// Asks about the values that the change would lose.
+int accept_loss(Session& session, const CWorkSheet& table, const FieldEntry& entry) {
+  session.progress().begin("Reading the field");
+  const ConversionLoss loss = find_entry_loss(table, entry, session.progress());
+  session.progress().begin("Changing the field");
+  const int status = report(loss);
+  return status == kDone ? accept(loss.check, session.questions()) : status;
+}
+
 // Inserts or changes a field as ENTRY says.
 int apply(Session& session, CWorkSheet& table, const FieldEntry& entry) {
   const FormulaSettings formulas;
-  const int status = accept(check_field_entry(table, entry, formulas), session.questions());
+  int status = accept(check_field_entry(table, entry, formulas), session.questions());
+  if (status == kDone) status = accept_loss(session, table, entry);
   if (status != kDone) return status;
-  session.progress().begin("Changing the field");
   return report(apply_field_entry(table, entry, formulas, session.progress()));
 }
 

@@ -32,21 +32,13 @@ std::vector<FieldId> new_field_ids(size_t count) {
   return ids;
 }
 
-ErrorCode validate_text(std::string_view text) {
-  if (!is_valid_utf8(text)) return ErrorCode::kInvalidUtf8;
-  return count_characters(text) > kMaxTextCharacters ? ErrorCode::kOutputTooLong : ErrorCode::kOk;
-}
-
 // A column of COUNT cells that all hold FIELD's default value. Those of an encrypted field are empty: nobody
 // can encrypt the value without the password.
 Column default_cells(const Field& field, uint32_t count) {
   Column column = make_column(field.type);
   resize_column(column, count);
-  CellValue value;
-  const bool has_default =
-      !field.encrypted && validate_text(field.default_value) == ErrorCode::kOk &&
-      value_from_text(field.type, field.default_value, NumberSeparators(), value) == ErrorCode::kOk;
-  for (uint32_t i = 0; has_default && i < count; ++i) store_value(column, i, value);
+  const CellValue value = field.encrypted ? CellValue() : default_value_of(field);
+  for (uint32_t i = 0; !is_empty(value) && i < count; ++i) store_value(column, i, value);
   return column;
 }
 
@@ -61,12 +53,6 @@ ErrorCode validate_files(const FileList& files) {
     }
   }
   return ErrorCode::kOk;
-}
-
-std::string number_cell_text(double number, const NumberSeparators& separators) {
-  const FormulaError error = error_of_number(number);
-  return error == FormulaError::kNone ? number_to_text(number, separators)
-                                      : std::string(formula_error_text(error));
 }
 
 }  // namespace
@@ -429,29 +415,30 @@ void CWorkSheet::clean_pools() {
   for (Column& column : data_.columns) clean_pool(column);
 }
 
-ErrorCode value_from_text(FieldType type, std::string_view text, const NumberSeparators& separators,
-                          CellValue& value) {
-  value = CellValue();
-  if (text.empty()) return ErrorCode::kOk;
-  switch (type) {
+CellValue default_value_of(const Field& field) {
+  const std::string& text = field.default_value;
+  if (text.empty() || validate_text(text) != ErrorCode::kOk) return {};
+  switch (field.type) {
     case FieldType::kText:
-      value = std::string(text);
-      return ErrorCode::kOk;
+      return text;
     case FieldType::kNumber: {
       const FormulaError error = formula_error_named(text);
-      const auto number = error != FormulaError::kNone ? error_number(error) : parse_number(text, separators);
-      if (!number) return ErrorCode::kFieldTypeMismatch;
-      value = *number;
-      return ErrorCode::kOk;
+      if (error != FormulaError::kNone) return error_number(error);
+      const auto number = parse_number(text, NumberSeparators());
+      return number ? CellValue(*number) : CellValue();
     }
     case FieldType::kLongText:
     case FieldType::kCode:
-      value = Content::of(std::string(text));
-      return ErrorCode::kOk;
+      return Content::of(text);
     case FieldType::kFiles:
       break;
   }
-  return ErrorCode::kFieldTypeMismatch;
+  return {};
+}
+
+ErrorCode validate_text(std::string_view text) {
+  if (!is_valid_utf8(text)) return ErrorCode::kInvalidUtf8;
+  return count_characters(text) > kMaxTextCharacters ? ErrorCode::kOutputTooLong : ErrorCode::kOk;
 }
 
 TextEntry read_text_entry(std::string_view text) {

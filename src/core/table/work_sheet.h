@@ -162,10 +162,12 @@ class CWorkSheet {
   friend class TableChange;
 };
 
-// VALUE as a field of TYPE stores what a user typed or a script gave: empty text is empty, numbers are read
-// with SEPARATORS. kFieldTypeMismatch when a number field gets no number, or a files field any text.
-ErrorCode value_from_text(FieldType type, std::string_view text, const NumberSeparators& separators,
-                          CellValue& value);
+// What new records have in FIELD: its default value, whose numbers are stored with a decimal point. Empty
+// where it is no value of the field, and in Images/Files.
+CellValue default_value_of(const Field& field);
+
+// The rules for TEXT as a value of a Text field: kInvalidUtf8; kOutputTooLong for more than 8169 characters.
+ErrorCode validate_text(std::string_view text);
 
 // A text as it was entered, cut to what its place can hold with no character halved.
 struct TextEntry {

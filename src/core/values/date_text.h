@@ -5,8 +5,12 @@
 
 namespace rowvane {
 
+// The days of the years 100 to 9999, which dates are shown and read in.
+inline constexpr double kFirstDay = -657'434;
+inline constexpr double kBehindLastDay = 2'958'466;
+
 // The standard date text: "YYYY-MM-DD", with "Thh:mm:ss" behind it when DAY has a time of day (rounded to
-// seconds). DAY must lie in the years 100 to 9999.
+// seconds). DAY must lie in the years 100 to 9999, also when rounded.
 std::string standard_date_text(double day);
 
 }  // namespace rowvane

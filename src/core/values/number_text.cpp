@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "core/values/number_cell.h"
 #include "platform/ascii.h"
 
 namespace rowvane {
@@ -249,6 +250,13 @@ std::string number_to_text(double number, const NumberSeparators& separators) {
   std::string out;
   append_number(number, separators.decimal, out);
   return out;
+}
+
+std::string number_cell_text(double cell, const NumberSeparators& separators) {
+  if (is_empty_number(cell)) return {};
+  const FormulaError error = error_of_number(cell);
+  return error == FormulaError::kNone ? number_to_text(cell, separators)
+                                      : std::string(formula_error_text(error));
 }
 
 }  // namespace rowvane

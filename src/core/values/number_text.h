@@ -41,5 +41,7 @@ bool parse_plain_number_exactly(const char* first, const char* end, double& numb
 // exponent ("1e+21", "1e-07") only below 1e-5 and from 1e15 on. NUMBER must be finite.
 void append_number(double number, std::string_view decimal_separator, std::string& out);
 std::string number_to_text(double number, const NumberSeparators& separators = {});
+// The same of what a cell holds: errors by their names, nothing for an empty cell.
+std::string number_cell_text(double cell, const NumberSeparators& separators = {});
 
 }  // namespace rowvane

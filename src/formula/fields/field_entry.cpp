@@ -5,10 +5,9 @@
 #include "core/database/database.h"
 #include "core/database/names.h"
 #include "core/messages/messages.h"
-#include "core/table/field_conversion.h"
 #include "formula/fields/formula_hooks.h"
+#include "formula/fields/value_input.h"
 #include "formula/formats/format_code.h"
-#include "formula/formats/typed_value.h"
 #include "formula/passes/recalculation.h"
 #include "formula/passes/update_order.h"
 
@@ -18,6 +17,10 @@ namespace {
 constexpr std::string_view kOnlyNumbersHaveFormats = "Only Number fields have a display format.";
 constexpr std::string_view kCanNotBeCalculated = "Only Text and Number fields can be calculated.";
 constexpr std::string_view kNoSuchList = "The database has no drop-down list of this name.";
+
+FieldConversion conversion_of(const FieldEntry& entry) {
+  return {*entry.index, entry.field.type, entry.field.link, entry.region};
+}
 
 // Checks one entry; the first rule that is broken is the answer.
 class EntryCheck {
@@ -62,7 +65,7 @@ class EntryCheck {
 
   void look_at_type() {
     if (present() == nullptr || field_.type == present()->type) return;
-    const Check conversion = check_conversion(table_, {*entry_.index, field_.type, field_.link, {}});
+    const Check conversion = check_conversion(table_, conversion_of(entry_));
     refuse(FieldPart::kType, conversion.refusal);
     check_.question = conversion.question;
   }
@@ -104,31 +107,23 @@ class EntryCheck {
   FieldPart wrong_part_ = FieldPart::kNone;
 };
 
-// As it is stored: numbers and dates as plain numbers. Nothing when it is no value of the type.
-std::optional<std::string> stored_default(const FieldEntry& entry) {
-  const Field& field = entry.field;
-  if (field.default_value.empty()) return std::string();
-  if (field.type == FieldType::kNumber) {
-    const auto typed = read_typed_value(field.default_value, entry.region);
-    return typed ? std::optional(number_to_text(typed->number, NumberSeparators())) : std::nullopt;
-  }
-  CellValue value;
-  const bool fits =
-      value_from_text(field.type, field.default_value, NumberSeparators(), value) == ErrorCode::kOk;
-  return fits ? std::optional(field.default_value) : std::nullopt;
+// The default value as it is stored: numbers and dates as plain numbers.
+ErrorCode read_default(const FieldEntry& entry, std::string& stored) {
+  const ValueReading read = read_field_value(entry.field, entry.field.default_value, entry.region);
+  const auto number = read.number();
+  stored = number ? number_cell_text(*number) : entry.field.default_value;
+  return read.error;
 }
 
 void EntryCheck::look_at_default_value() {
-  if (!stored_default(entry_)) refuse(FieldPart::kDefaultValue, ErrorCode::kFieldTypeMismatch);
+  std::string stored;
+  refuse(FieldPart::kDefaultValue, read_default(entry_, stored));
 }
 
 Outcome convert(CWorkSheet& table, const FieldEntry& entry, Progress& progress) {
   const Field& now = entry.field;
   const Field& before = table.field(*entry.index);
-  if (now.type == before.type) return {};
-  FieldConversion settings{*entry.index, now.type, now.link, {}};
-  settings.separators = {entry.region.decimal_separator, entry.region.group_separator};
-  return convert_field(table, settings, progress);
+  return now.type == before.type ? Outcome() : convert_field(table, conversion_of(entry), progress);
 }
 
 // The name comes last: what was entered names the field as it is called now.
@@ -151,7 +146,8 @@ Outcome apply(CWorkSheet& table, const FieldEntry& entry, const FormulaSettings&
               Progress& progress) {
   const bool had_circle = !find_circle(table, formulas).empty();
   Field definition = entry.field;
-  definition.default_value = stored_default(entry).value_or(std::string());
+  const ErrorCode error = read_default(entry, definition.default_value);
+  if (error != ErrorCode::kOk) return error;
   definition.encrypted = false;
   definition.encryption.clear();
   Outcome outcome = entry.index ? change(table, entry, std::move(definition), progress)
@@ -169,6 +165,11 @@ Check check_field_entry(const CWorkSheet& table, const FieldEntry& entry, const 
 FieldPart wrong_field_part(const CWorkSheet& table, const FieldEntry& entry,
                            const FormulaSettings& formulas) {
   return EntryCheck(table, entry, formulas).wrong_part();
+}
+
+ConversionLoss find_entry_loss(const CWorkSheet& table, const FieldEntry& entry, Progress& progress) {
+  const bool is_converted = entry.index && entry.field.formula.empty();
+  return is_converted ? find_conversion_loss(table, conversion_of(entry), progress) : ConversionLoss();
 }
 
 Outcome apply_field_entry(CWorkSheet& table, const FieldEntry& entry, const FormulaSettings& formulas,

@@ -9,6 +9,7 @@
 #include "core/messages/outcome.h"
 #include "core/progress.h"
 #include "core/table/work_sheet.h"
+#include "formula/fields/field_conversion.h"
 #include "formula/language/formula_settings.h"
 #include "platform/regional_settings.h"
 
@@ -33,6 +34,11 @@ enum class FieldPart { kNone, kName, kType, kFormat, kFormula, kValidation, kDef
 Check check_field_entry(const CWorkSheet& table, const FieldEntry& entry, const FormulaSettings& formulas);
 // What the refusal is about.
 FieldPart wrong_field_part(const CWorkSheet& table, const FieldEntry& entry, const FormulaSettings& formulas);
+
+// What a change of the type would lose, which takes a look at all values; to be asked for once the entry has
+// passed the check. Values that a formula will work out anew do not count.
+ConversionLoss find_entry_loss(const CWorkSheet& table, const FieldEntry& entry,
+                               Progress& progress = Progress::none());
 
 // Inserts or changes a field that has passed the check, as one undo step. It fails where formulas would need
 // each other's results, too. After a failure and a cancel all is as it was. Notices: of the conversion.

@@ -2,6 +2,7 @@
 #include <chrono>
 #include <cmath>
 
+#include "core/values/date_text.h"
 #include "formula/formats/format_writer.h"
 #include "platform/utf8.h"
 
@@ -10,8 +11,6 @@ namespace {
 
 constexpr int64_t kSecondsInDay = 86'400;
 constexpr double kMostElapsedDays = 1e9;
-constexpr double kFirstDay = -657'434;        // the year 100
-constexpr double kBehindLastDay = 2'958'466;  // the year 10000
 constexpr std::chrono::sys_days kDayZero{std::chrono::year{1899} / 12 / 30};
 
 void append_padded(int64_t number, size_t width, std::string& out) {

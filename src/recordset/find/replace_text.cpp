@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <utility>
 
-#include "formula/formats/typed_value.h"
+#include "formula/fields/value_input.h"
 #include "recordset/find/replacement.h"
 #include "text/rich_text.h"
 
@@ -18,6 +19,18 @@ struct NewText {
   std::string text;
   uint64_t matches = 0;
 };
+
+void count_refused(ErrorCode error, RefusedCells& refused) {
+  if (error == ErrorCode::kOutputTooLong) {
+    ++refused.too_long;
+  } else if (error == ErrorCode::kValidation) {
+    ++refused.invalid;
+  } else if (error == ErrorCode::kFieldTypeMismatch) {
+    ++refused.not_numeric;
+  } else {
+    ++refused.other;
+  }
+}
 
 // Makes the new values of one field's cells.
 class CellReplacer {
@@ -81,39 +94,30 @@ class CellReplacer {
   }
 
   std::optional<CellValue> value_of(uint32_t position, std::string text, RefusedCells& refused) {
-    switch (table_.field(field_).type) {
-      case FieldType::kText:
-        return text.empty() ? CellValue() : CellValue(std::move(text));
-      case FieldType::kNumber:
-        return number_of(position, text, refused);
-      case FieldType::kLongText:
-      case FieldType::kCode:
-        return content_of(position, std::move(text), refused);
-      case FieldType::kFiles:
-        break;
-    }
-    return std::nullopt;
+    const FieldType type = table_.field(field_).type;
+    if (type == FieldType::kNumber) return number_of(position, text, refused);
+    if (type == FieldType::kText) return entered(text, refused);
+    return content_of(position, text, refused);
   }
 
+  // The digits that are not shown would be lost where the text reads as another number.
   std::optional<CellValue> number_of(uint32_t position, const std::string& text, RefusedCells& refused) {
-    CellValue value;
-    bool reads = true;
-    if (texts_.has_format(field_)) {
-      const double former = std::get<NumberColumn>(table_.column(field_)).cells[position];
-      const auto shown = read_typed_value(shown_, settings_.region);
-      const auto typed = read_typed_value(text, settings_.region);
-      reads = shown && shown->number == former && (typed || text.empty());
-      if (reads && typed) value = typed->number;
-    } else {
-      const NumberSeparators separators{texts_.decimal_separator(), {}};
-      reads = value_from_text(FieldType::kNumber, text, separators, value) == ErrorCode::kOk;
-    }
-    if (reads) return value;
+    const double former = std::get<NumberColumn>(table_.column(field_)).cells[position];
+    const auto shown = read_field_value(table_.field(field_), shown_, settings_.region).number();
+    if (shown && std::bit_cast<uint64_t>(*shown) == std::bit_cast<uint64_t>(former))
+      return entered(text, refused);
     ++refused.not_numeric;
     return std::nullopt;
   }
 
-  std::optional<CellValue> content_of(uint32_t position, std::string text, RefusedCells& refused) {
+  std::optional<CellValue> entered(std::string_view text, RefusedCells& refused) {
+    ValueReading read = read_field_value(table_.field(field_), text, settings_.region);
+    if (read.error == ErrorCode::kOk) return std::move(read.value);
+    count_refused(read.error, refused);
+    return std::nullopt;
+  }
+
+  std::optional<CellValue> content_of(uint32_t position, std::string_view text, RefusedCells& refused) {
     std::string stored;
     const Content* content = std::get<ContentColumn>(table_.column(field_)).value(position);
     const bool is_rich = table_.field(field_).type == FieldType::kLongText && content != nullptr &&
@@ -123,7 +127,7 @@ class CellReplacer {
     } else if (text.size() > kMaxBinaryBytes) {
       ++refused.too_long;
     } else {
-      return text.empty() ? CellValue() : CellValue(Content::of(std::move(text)));
+      return entered(text, refused);
     }
     return std::nullopt;
   }
@@ -139,16 +143,6 @@ class CellReplacer {
   uint64_t matches_ = 0;
   size_t replacement_end_ = 0;
 };
-
-void count_refused(ErrorCode error, RefusedCells& refused) {
-  if (error == ErrorCode::kOutputTooLong) {
-    ++refused.too_long;
-  } else if (error == ErrorCode::kValidation) {
-    ++refused.invalid;
-  } else {
-    ++refused.other;
-  }
-}
 
 // New values for cells of one field, put together until they are stored.
 class NewCells {
@@ -208,10 +202,11 @@ bool replace_in_field(CWorkSheet& table, size_t field, const ReplaceText& settin
     *refused += found.records.size();
     return true;
   }
-  // A text is replaced once: the cell that had it first, 0 for one that stays, by its code.
+  // A text is replaced once: the cell that had it first, or why there is none, by its code.
   const auto* texts = std::get_if<TextColumn>(&table.column(field));
   constexpr uint32_t kNew = UINT32_MAX;
   constexpr uint32_t kStays = kNew - 1;
+  constexpr uint32_t kTooLong = kNew - 2;
   std::vector<uint32_t> first_cells(texts != nullptr ? texts->pool->size() : 0, kNew);
   NewCells cells(table, field);
   for (size_t i = 0; i < found.records.size(); ++i) {
@@ -222,11 +217,16 @@ bool replace_in_field(CWorkSheet& table, size_t field, const ReplaceText& settin
     const uint32_t position = found.records[i];
     uint32_t* const first = texts != nullptr ? &first_cells[texts->cells[position]] : nullptr;
     if (first != nullptr && *first != kNew) {
-      if (*first != kStays) cells.add_again(position, *first);
+      if (*first == kTooLong) ++result.refused.too_long;
+      if (*first < kTooLong) cells.add_again(position, *first);
       continue;
     }
+    const uint64_t too_long = result.refused.too_long;
     const auto value = replacer.new_value(position, result);
-    if (first != nullptr) *first = value ? static_cast<uint32_t>(cells.size()) : kStays;
+    if (first != nullptr) {
+      const uint32_t none = result.refused.too_long > too_long ? kTooLong : kStays;
+      *first = value ? static_cast<uint32_t>(cells.size()) : none;
+    }
     if (value) cells.add(position, *value, replacer.matches());
   }
   result.note(replacer.problem());

@@ -13,8 +13,7 @@ namespace rowvane {
 struct ReplaceText {
   FindText find;
   std::string replacement;  // see replacement.h
-  // The signs by which the new text of a number with a display format is read; those of `find.region` belong
-  // to it.
+  // The signs by which new texts are read as values (read_field_value); those of `find.region` belong to it.
   platform::RegionalSettings region = platform::RegionalSettings::generic();
 };
 

@@ -58,12 +58,10 @@ double sample_number(const CWorkSheet& table, std::optional<size_t> field) {
 
 // A stored default value as the user writes it.
 QString shown_default(const Field& field, const platform::RegionalSettings& region) {
-  CellValue value;
-  const bool is_number =
-      field.type == FieldType::kNumber && !field.default_value.empty() &&
-      value_from_text(field.type, field.default_value, NumberSeparators(), value) == ErrorCode::kOk;
-  if (!is_number) return to_qt(field.default_value);
-  return to_qt(number_to_text(std::get<double>(value), {region.decimal_separator, std::string()}));
+  const CellValue value = default_value_of(field);
+  const auto* number = std::get_if<double>(&value);
+  if (number == nullptr) return to_qt(field.default_value);
+  return to_qt(number_cell_text(*number, {region.decimal_separator, std::string()}));
 }
 
 }  // namespace
@@ -236,10 +234,21 @@ void CFieldDlg::focus_part(FieldPart part) {
   }
 }
 
+QWidget* CFieldDlg::views() {
+  return parentWidget() != nullptr ? parentWidget() : this;
+}
+
+// Whether the user agrees to what the change loses.
+bool CFieldDlg::may_lose(const FieldEntry& entry) {
+  ConversionLoss loss;
+  run_long_task(views(), windowTitle(),
+                [&](Progress& progress) { loss = find_entry_loss(table_, entry, progress); });
+  return dialogs_.report(loss) && dialogs_.accept(loss.check);
+}
+
 bool CFieldDlg::apply(const FieldEntry& entry) {
   Outcome outcome;
-  QWidget* views = parentWidget() != nullptr ? parentWidget() : this;
-  run_long_change(views, windowTitle(), document_, [&](Progress& progress) {
+  run_long_change(views(), windowTitle(), document_, [&](Progress& progress) {
     outcome = apply_field_entry(table_, entry, document_.formula_settings(), progress);
   });
   return dialogs_.report(outcome);
@@ -250,7 +259,7 @@ void CFieldDlg::accept() {
   const FormulaSettings& formulas = document_.formula_settings();
   if (!dialogs_.accept(check_field_entry(table_, entered, formulas)))
     return focus_part(wrong_field_part(table_, entered, formulas));
-  if (!apply(entered)) return;
+  if (!may_lose(entered) || !apply(entered)) return;
   if (format_->isEnabled() && format_->is_users_own()) {
     auto& formats = profile_.user_numeric_formats;
     formats.insert(formats.begin(), entered.field.format);

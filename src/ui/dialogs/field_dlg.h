@@ -45,6 +45,8 @@ class CFieldDlg final : public QDialog {
   void edit_lists();
   void follow_controls();
   void focus_part(FieldPart part);
+  QWidget* views();
+  bool may_lose(const FieldEntry& entry);
   bool apply(const FieldEntry& entry);
 
   DatabaseDocument& document_;

@@ -3,9 +3,10 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <algorithm>
+#include <cmath>
 
 #include "core/database/database.h"
-#include "formula/formats/typed_value.h"
+#include "formula/fields/value_input.h"
 #include "ui/grid/editor_keys.h"
 #include "ui/grid/type_signs.h"
 #include "ui/text.h"
@@ -35,9 +36,10 @@ QWidget* CellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
   settings.choices = choices_of(field);
   settings.date_picker = settings_.check_box_options.use_date_picker && shows_dates(field);
   settings.font = static_cast<const QWidget*>(this->parent())->font();
-  settings.read_number = [this](const QString& text) -> std::optional<double> {
-    const auto typed = read_typed_value(to_utf8(text), document_.region());
-    return typed ? std::optional(typed->number) : std::nullopt;
+  settings.read_number = [this, column](const QString& text) {
+    const Field& edited = model_.table().field(column);
+    const auto number = read_field_value(edited, to_utf8(text), document_.region()).number();
+    return number && std::isfinite(*number) ? number : std::nullopt;
   };
   settings.write_number = [this, column](double number) { return model_.number_entry_text(number, column); };
   editor_ = make_cell_editor(settings, parent);

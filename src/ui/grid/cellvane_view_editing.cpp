@@ -1,5 +1,6 @@
 // Opening and closing the editor of a cell.
 #include "core/database/database.h"
+#include "formula/fields/value_input.h"
 #include "ui/grid/cellvane_view.h"
 #include "ui/grid/editor_keys.h"
 #include "ui/text.h"
@@ -66,9 +67,8 @@ bool CCellvaneView::fill_selection_with_typed() {
   for (const CellGroup& group : selected_groups()) cells += group.size();
   if (cells < 2) return false;
   const std::string text = to_utf8(delegate_->text());
-  CellValue value;
-  const ErrorCode error = read_entry(table_.field(static_cast<size_t>(delegate_->edited().column())), text,
-                                     pane_.document().region(), value);
+  const Field& field = table_.field(static_cast<size_t>(delegate_->edited().column()));
+  const ErrorCode error = read_field_value(field, text, pane_.document().region()).error;
   if (error != ErrorCode::kOk) {
     pane_.report(error);
     delegate_->editor()->setFocus();

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "core/database/database.h"
-#include "ui/pane/table_model.h"
+#include "formula/fields/value_input.h"
 
 namespace rowvane {
 namespace {
@@ -33,22 +33,20 @@ void note(CellChanges& changes, size_t cells, ErrorCode error, const std::vector
   if (!refused.empty() && changes.error == ErrorCode::kOk) changes.error = refused.front().error;
 }
 
-// Stores in FIELD the values that VALUE_OF answers for the indices into RECORDS. Nothing: the text that
-// stands there is no value of the field.
+// Stores in FIELD the values that VALUE_OF reads for the indices into RECORDS.
 template <typename ValueOf>
 void store(CWorkSheet& table, size_t field, std::span<const uint32_t> records, CellChanges& changes,
            const ValueOf& value_of) {
   std::vector<uint32_t> positions;
   std::vector<CellValue> values;
   for (size_t i = 0; i < records.size(); ++i) {
-    CellValue value;
-    const ErrorCode error = value_of(i, value);
-    if (error != ErrorCode::kOk) {
-      note(changes, 1, error, {});
+    ValueReading read = value_of(i);
+    if (read.error != ErrorCode::kOk) {
+      note(changes, 1, read.error, {});
       continue;
     }
     positions.push_back(records[i]);
-    values.push_back(std::move(value));
+    values.push_back(std::move(read.value));
   }
   if (positions.empty()) return;
   Column cells = make_column(table.field(field).type);
@@ -126,19 +124,17 @@ CellChanges paste_cells(CWorkSheet& table, const CellBlock& block, const Clipboa
     const size_t field = block.fields[column];
     if (!is_entered(table, field)) continue;
     if (one_cell) {
-      CellValue value;
-      const ErrorCode error = read_entry(table.field(field), rows[0][0], region, value);
-      if (error == ErrorCode::kOk) {
-        store_same(table, field, block.positions, changes, value);
+      const ValueReading read = read_field_value(table.field(field), rows[0][0], region);
+      if (read.error == ErrorCode::kOk) {
+        store_same(table, field, block.positions, changes, read.value);
       } else {
-        note(changes, block.positions.size(), error, {});
+        note(changes, block.positions.size(), read.error, {});
       }
       continue;
     }
-    store(table, field, std::span(block.positions).first(height), changes, [&](size_t i, CellValue& value) {
+    store(table, field, std::span(block.positions).first(height), changes, [&](size_t i) {
       const auto& row = rows[rows.size() == 1 ? 0 : i];
-      if (column >= row.size()) return ErrorCode::kOk;
-      return read_entry(table.field(field), row[column], region, value);
+      return column < row.size() ? read_field_value(table.field(field), row[column], region) : ValueReading();
     });
   }
   return changes;

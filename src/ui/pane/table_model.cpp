@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "core/messages/messages.h"
-#include "formula/formats/typed_value.h"
+#include "formula/fields/value_input.h"
 #include "text/rich_text.h"
 #include "ui/text.h"
 
@@ -17,18 +17,6 @@ bool is_long(FieldType type) {
 }
 
 }  // namespace
-
-ErrorCode read_entry(const Field& field, const std::string& text, const platform::RegionalSettings& region,
-                     CellValue& value) {
-  const NumberSeparators separators{region.decimal_separator, region.group_separator};
-  if (field.type == FieldType::kNumber && !text.empty()) {
-    const auto typed = read_typed_value(text, region);
-    if (!typed) return ErrorCode::kFieldTypeMismatch;
-    value = typed->number;
-    return ErrorCode::kOk;
-  }
-  return value_from_text(field.type, text, separators, value);
-}
 
 TableModel::TableModel(DatabaseDocument& document, CWorkSheet& table, const profile::Settings& settings,
                        QObject* parent)
@@ -143,8 +131,7 @@ QString TableModel::number_entry_text(double number, size_t field) const {
   if (!table_.field(field).format.empty()) {
     std::string shown;
     static_cast<void>(ShownTexts(table_, DisplayRegion(region)).read_number(number, field, shown));
-    const auto typed = read_typed_value(shown, region);
-    if (typed && typed->number == number) return to_qt(shown);
+    if (read_field_value(table_.field(field), shown, region).number() == number) return to_qt(shown);
   }
   std::string text;
   append_number(number, region.decimal_separator, text);
@@ -157,8 +144,8 @@ QString TableModel::entry_text(RecordNumber record, size_t field) const {
   if (number != nullptr && !table_.field(field).format.empty() &&
       error_of_number(*number) == FormulaError::kNone) {
     const QString shown = texts_->read(record.position(), field).text;
-    const auto typed = read_typed_value(to_utf8(shown), document_.region());
-    if (typed && typed->number == *number) return shown;
+    const ValueReading read = read_field_value(table_.field(field), to_utf8(shown), document_.region());
+    if (read.number() == *number) return shown;
   }
   const std::string text =
       table_.value_text(record, field, {document_.region().decimal_separator, std::string()});
@@ -177,9 +164,8 @@ ErrorCode TableModel::enter(RecordNumber record, size_t field, const QString& te
     if (!entry.warning.empty()) warning = to_qt(entry.warning.text());
     entered = std::move(entry.text);
   }
-  CellValue value;
-  const ErrorCode error = read_entry(table_.field(field), entered, document_.region(), value);
-  return error == ErrorCode::kOk ? table_.set_value(record, field, value) : error;
+  const ValueReading read = read_field_value(table_.field(field), entered, document_.region());
+  return read.error == ErrorCode::kOk ? table_.set_value(record, field, read.value) : read.error;
 }
 
 bool TableModel::setData(const QModelIndex& index, const QVariant& value, int role) {

@@ -85,8 +85,4 @@ class TableModel final : public QAbstractTableModel {
   size_t field_count_ = 0;
 };
 
-// What TEXT, typed into FIELD, stores: numbers and dates as REGION writes them. kFieldTypeMismatch.
-ErrorCode read_entry(const Field& field, const std::string& text, const platform::RegionalSettings& region,
-                     CellValue& value);
-
 }  // namespace rowvane

@@ -1,9 +1,12 @@
-#include "core/table/field_conversion.h"
+#include "formula/fields/field_conversion.h"
+
+#include <algorithm>
 
 #include <gtest/gtest.h>
 
 #include "core/messages/messages.h"
-#include "sample_tables.h"
+#include "core/sample_tables.h"
+#include "formula/typed_texts.h"
 
 namespace rowvane {
 namespace {
@@ -30,8 +33,13 @@ class Conversion : public testing::Test {
     }
   }
 
-  Outcome convert(size_t field, FieldType type, const NumberSeparators& separators = {}) {
-    const FieldConversion settings{field, type, false, separators};
+  using Region = platform::RegionalSettings;
+
+  static FieldConversion conversion(size_t field, FieldType type, const Region& region = Region::generic()) {
+    return {field, type, false, region};
+  }
+  Outcome convert(size_t field, FieldType type, const Region& region = Region::generic()) {
+    const FieldConversion settings = conversion(field, type, region);
     EXPECT_EQ(check_conversion(table, settings).refusal, "");
     Outcome result = convert_field(table, settings);
     EXPECT_EQ(result.failure, ErrorCode::kOk);
@@ -46,7 +54,7 @@ class Conversion : public testing::Test {
   }
 
   std::string refusal(size_t field, FieldType type) const {
-    return check_conversion(table, {field, type, false, {}}).refusal.text();
+    return check_conversion(table, conversion(field, type)).refusal.text();
   }
 
   using Texts = std::vector<std::string>;
@@ -57,7 +65,7 @@ class Conversion : public testing::Test {
 
 TEST_F(Conversion, TextsBecomeNumbers) {
   store(kTextField, {"1,5", "abc", "#DATA!", CellValue()});
-  const auto result = convert(kTextField, FieldType::kNumber, {",", "."});
+  const auto result = convert(kTextField, FieldType::kNumber, platform::regional_settings_of("de_DE"));
   EXPECT_EQ(result.notices, std::vector<UserText>{MessageId::kTextNotNumeric});
   EXPECT_EQ(table.field(kTextField).type, FieldType::kNumber);
   EXPECT_EQ(texts(kTextField), (Texts{"1.5", "", "#DATA!", ""}));
@@ -66,6 +74,95 @@ TEST_F(Conversion, TextsBecomeNumbers) {
   EXPECT_TRUE(database.undo());
   EXPECT_EQ(table.field(kTextField).type, FieldType::kText);
   EXPECT_EQ(texts(kTextField), (Texts{"1,5", "abc", "#DATA!", ""}));
+}
+
+// A long text is read alone, the texts of a pool on all processors.
+TEST_F(Conversion, TextsBecomeWhatTheyWouldIfTheyWereTyped) {
+  Texts numbers;
+  ASSERT_EQ(table.insert_records(1, kTypedTexts.size() - 4), ErrorCode::kOk);
+  for (const TypedText& typed : kTypedTexts) {
+    numbers.emplace_back(typed.number);
+    const RecordNumber record(static_cast<uint32_t>(numbers.size()));
+    ASSERT_EQ(table.set_value(record, kTextField, std::string(typed.text)), ErrorCode::kOk);
+    ASSERT_EQ(table.set_value(record, kLongField, Content::of(typed.text)), ErrorCode::kOk);
+  }
+  for (const size_t field : {kTextField, kLongField}) {
+    const Texts before = texts(field);
+    const auto refused = static_cast<uint64_t>(std::ranges::count(numbers, std::string()));
+    EXPECT_EQ(find_conversion_loss(table, conversion(field, FieldType::kNumber)).values, refused);
+    EXPECT_TRUE(convert(field, FieldType::kNumber).is_done());
+    EXPECT_EQ(texts(field), numbers);
+    ASSERT_TRUE(database.undo());
+    EXPECT_EQ(texts(field), before);
+  }
+}
+
+TEST_F(Conversion, DatesAndTimesComeBackThroughText) {
+  struct Shown {
+    const char* format;
+    Texts texts;
+  };
+  const double moment = 45351 + 81015.0 / 86400;  // 22:30:15
+  const Shown all[] = {
+      {"dd/mm/yyyy", {"2024-02-29", "2024-02-29T22:30:15", "1899-12-30T06:00:00", "-1000000"}},
+      {"yyyy-mm-dd hh:mm", {"2024-02-29", "2024-02-29T22:30:15", "1899-12-30T06:00:00", "-1000000"}},
+      {"hh:mm", {"2024-02-29", "2024-02-29T22:30:15", "06:00:00", "-1000000"}},
+      {"[h]:mm", {"1088424:00:00", "1088446:30:15", "06:00:00", "-1000000"}},
+      {"0.00", {"45351", number_to_text(moment), "0.25", "-1000000"}},
+      {"0%", {"45351", number_to_text(moment), "0.25", "-1000000"}},
+  };
+  store(kNumberField, {45351.0, moment, 0.25, -1'000'000.0});
+  for (const Shown& shown : all) {
+    Field field = table.field(kNumberField);
+    field.format = shown.format;
+    ASSERT_EQ(table.change_field(kNumberField, field), ErrorCode::kOk);
+    const Texts numbers = texts(kNumberField);
+    EXPECT_TRUE(convert(kNumberField, FieldType::kText).is_done());
+    EXPECT_EQ(texts(kNumberField), shown.texts) << shown.format;
+    EXPECT_TRUE(convert(kNumberField, FieldType::kNumber).notices.empty());
+    EXPECT_EQ(texts(kNumberField), numbers) << shown.format;
+    ASSERT_TRUE(database.undo() && database.undo());
+  }
+}
+
+TEST_F(Conversion, CountsWhatWouldBeLost) {
+  ASSERT_EQ(table.insert_records(1, 6), ErrorCode::kOk);
+  const char* const words[] = {"n/a", "1", "two\nlines", "n/a", "2024-01-01", "c", "d", "e", "f", "n/a"};
+  for (uint32_t i = 0; i < 10; ++i)
+    ASSERT_EQ(table.set_value(record_number(i), kTextField, std::string(words[i])), ErrorCode::kOk);
+  const uint64_t revision = table.revision();
+  const ConversionLoss loss = find_conversion_loss(table, conversion(kTextField, FieldType::kNumber));
+  EXPECT_EQ(loss.values, 8u);
+  EXPECT_EQ(
+      loss.check.question.text(),
+      "8 values of the field \"text\" do not read as numbers, dates or times and would be lost:\n\"n/a\"\n"
+      "\"two lines\"\n\"c\"\n\"d\"\n\"e\"\nConvert the field?");
+  EXPECT_EQ(table.revision(), revision);
+  EXPECT_EQ(find_conversion_loss(table, conversion(kTextField, FieldType::kCode)).check, Check());
+
+  const std::string most(kMaxTextCharacters, 'x');
+  store(kLongField, {Content::of(most), Content::of("y" + most)});
+  EXPECT_EQ(find_conversion_loss(table, conversion(kLongField, FieldType::kText)).check.question.text(),
+            "1 value of the field \"long\" has more than 8169 characters and would be cut:\n\"y" +
+                most.substr(0, 59) + "...\"\nConvert the field?");
+}
+
+// More texts than are read between two reports, none of them twice in the pool.
+TEST_F(Conversion, ReadsManyDifferentTexts) {
+  constexpr uint32_t kManyRecords = 280'000;
+  ASSERT_EQ(table.insert_records(1, kManyRecords - 4), ErrorCode::kOk);
+  TextColumn column;
+  for (uint32_t i = 0; i < kManyRecords; ++i)
+    column.cells.push_back(column.code_for(std::to_string(i) + (i % 1000 == 999 ? " kg" : "")));
+  ASSERT_EQ(table.replace_column(kTextField, table.field(kTextField), std::move(column)), ErrorCode::kOk);
+  EXPECT_EQ(find_conversion_loss(table, conversion(kTextField, FieldType::kNumber)).values,
+            kManyRecords / 1000);
+  EXPECT_TRUE(convert(kTextField, FieldType::kNumber).is_done());
+  const auto& numbers = std::get<NumberColumn>(table.column(kTextField)).cells;
+  uint32_t wrong = 0;
+  for (uint32_t i = 0; i < kManyRecords; ++i)
+    wrong += i % 1000 == 999 ? !is_empty_number(numbers[i]) : numbers[i] != i;
+  EXPECT_EQ(wrong, 0u);
 }
 
 TEST_F(Conversion, TextsThatNoRecordUsesDoNotCount) {
@@ -85,7 +182,7 @@ TEST_F(Conversion, NumbersComeBackThroughEveryTextType) {
     EXPECT_TRUE(convert(kNumberField, FieldType::kNumber).notices.empty());
     EXPECT_EQ(texts(kNumberField), numbers);
   }
-  EXPECT_TRUE(convert(kNumberField, FieldType::kText, {",", "."}).is_done());
+  EXPECT_TRUE(convert(kNumberField, FieldType::kText, platform::regional_settings_of("de_DE")).is_done());
   EXPECT_EQ(texts(kNumberField)[0], "-1234,5");
 }
 
@@ -108,10 +205,12 @@ TEST_F(Conversion, TextStaysUtf8) {
 
 TEST_F(Conversion, LinksChangeWithoutTouchingTheValues) {
   store(kTextField, {"www"});
-  EXPECT_EQ(convert_field(table, {kTextField, FieldType::kText, true, {}}).failure, ErrorCode::kOk);
+  EXPECT_EQ(convert_field(table, {kTextField, FieldType::kText, true, Region::generic()}).failure,
+            ErrorCode::kOk);
   EXPECT_EQ(field_list_text(table.field(kTextField)), "text  [Text / Link]");
   EXPECT_EQ(texts(kTextField)[0], "www");
-  EXPECT_EQ(convert_field(table, {kTextField, FieldType::kLongText, true, {}}).failure, ErrorCode::kOk);
+  EXPECT_EQ(convert_field(table, {kTextField, FieldType::kLongText, true, Region::generic()}).failure,
+            ErrorCode::kOk);
   EXPECT_FALSE(table.field(kTextField).link);
 }
 
@@ -130,7 +229,7 @@ TEST_F(Conversion, FilesAndShortValuesDoNotMix) {
 
 TEST_F(Conversion, LongTextsBecomeFilesAndComeBack) {
   store(kLongField, {Content::of("plain"), Content::of("{\\rtf1}"), CellValue(), Content::of("{urtf1}")});
-  const FieldConversion settings{kLongField, FieldType::kFiles, false, {}};
+  const FieldConversion settings = conversion(kLongField, FieldType::kFiles);
   EXPECT_EQ(check_conversion(table, settings).question, texts::kSaveCopyAndReload);
   EXPECT_TRUE(convert(kLongField, FieldType::kFiles).is_done());
   EXPECT_EQ(texts(kLongField), (Texts{"text.txt", "text.rtf", "", "text.rtf"}));
@@ -168,7 +267,7 @@ TEST_F(Conversion, ChangesNothingWhenAContentCanNotBeRead) {
   store(kLongField,
         {Content::of("first"), Content::stored(std::make_shared<FailingSource>(), 5), Content::of("third")});
   NoticeCounter notices(database);
-  const auto result = convert_field(table, {kLongField, FieldType::kText, false, {}});
+  const auto result = convert_field(table, conversion(kLongField, FieldType::kText));
   EXPECT_EQ(result.failure, ErrorCode::kZipCorrupted);
   EXPECT_EQ(table.field(kLongField).type, FieldType::kLongText);
   EXPECT_EQ(notices.notices, 0);
@@ -183,13 +282,16 @@ TEST_F(Conversion, ChangesNothingWhenCancelled) {
   store(kTextField, {"abc"});
   store(kNumberField, {1.5});
   Cancelled progress;
-  for (const FieldConversion& settings : {FieldConversion{kTextField, FieldType::kNumber, false, {}},
-                                          FieldConversion{kNumberField, FieldType::kText, false, {}}}) {
+  for (const FieldConversion& settings :
+       {conversion(kTextField, FieldType::kNumber), conversion(kNumberField, FieldType::kText)}) {
     const FieldType former = table.field(settings.field).type;
     const auto result = convert_field(table, settings, progress);
     EXPECT_EQ(result.status(), Status::kCancelled);
     EXPECT_TRUE(result.notices.empty());
     EXPECT_EQ(table.field(settings.field).type, former);
+    const ConversionLoss loss = find_conversion_loss(table, settings, progress);
+    EXPECT_EQ(loss.cancelled, settings.field == kTextField) << "a number is never lost";
+    EXPECT_EQ(loss.check, Check());
   }
   EXPECT_EQ(texts(kTextField)[0] + texts(kNumberField)[0], "abc1.5");
 }
