@@ -21,8 +21,8 @@ ColumnLoad stored_load(const Field& field) {
   return ColumnLoad::kSkip;
 }
 
-PlainVector<RecordFlags> stored_flags(const StoredTable& stored, uint32_t record_count) {
-  PlainVector<RecordFlags> flags;
+UninitializedVector<RecordFlags> stored_flags(const StoredTable& stored, uint32_t record_count) {
+  UninitializedVector<RecordFlags> flags;
   if (stored.record_count != record_count) return flags;
   for (const FlagRun& run : stored.flag_runs) flags.insert(flags.end(), run.records, run.flags);
   return flags;

@@ -216,8 +216,8 @@ class TextRanking {
   const Progress& progress_;
   std::vector<std::string_view> keys_;
   std::vector<KeyStore> stores_;  // of each thread
-  PlainVector<KeyedIndex> elements_;
-  PlainVector<KeyedIndex> spare_;
+  UninitializedVector<KeyedIndex> elements_;
+  UninitializedVector<KeyedIndex> spare_;
   std::vector<SmallRun> small_runs_;
 };
 

@@ -4,15 +4,15 @@
 #include <functional>
 #include <string_view>
 
-#include "core/plain_vector.h"
 #include "core/progress.h"
+#include "core/uninitialized_vector.h"
 #include "text/text_order.h"
 
 namespace rowvane {
 
 struct TextRanks {
-  PlainVector<uint32_t> ranks;  // of each text, from 0; texts equal under the order have the same
-  uint32_t count = 0;           // of different ranks
+  UninitializedVector<uint32_t> ranks;  // of each text, from 0; texts equal under the order have the same
+  uint32_t count = 0;                   // of different ranks
 };
 
 // Ranks the texts 0 to COUNT - 1. TEXT_AT is called from several threads; what it answers must stay. Holds a

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "core/messages/error_code.h"
-#include "core/plain_vector.h"
+#include "core/uninitialized_vector.h"
 
 struct isal_zstream;
 
@@ -29,8 +29,8 @@ class FastDeflater {
 
   int level_;
   std::unique_ptr<isal_zstream> stream_;
-  PlainVector<unsigned char> work_;
-  PlainVector<unsigned char> packed_;
+  UninitializedVector<unsigned char> work_;
+  UninitializedVector<unsigned char> packed_;
   size_t written_ = 0;
 };
 

@@ -8,23 +8,23 @@
 #include <variant>
 #include <vector>
 
-#include "core/plain_vector.h"
 #include "core/table/cell_value.h"
 #include "core/table/text_pool.h"
+#include "core/uninitialized_vector.h"
 #include "core/values/number_cell.h"
 
 namespace rowvane {
 
 // Numbers, empty cells and formula errors, 8 bytes each (number_cell.h).
 struct NumberColumn {
-  using Cells = PlainVector<double>;
+  using Cells = UninitializedVector<double>;
   Cells cells;
 };
 
 // A code into the pool for each record. Copies of the column share the pool: it only grows, so all codes stay
 // valid.
 struct TextColumn {
-  using Cells = PlainVector<TextPool::Code>;
+  using Cells = UninitializedVector<TextPool::Code>;
   Cells cells;
   std::shared_ptr<TextPool> pool = std::make_shared<TextPool>();
   bool interning = true;  // false once the texts are known not to repeat
@@ -39,7 +39,7 @@ struct TextColumn {
 // more stay until `compact`.
 template <typename Value>
 struct ReferenceColumn {
-  using Cells = PlainVector<uint32_t>;
+  using Cells = UninitializedVector<uint32_t>;
   Cells cells;
   std::vector<Value> values;
 

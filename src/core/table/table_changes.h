@@ -94,7 +94,7 @@ class RecordsChange final : public TableChange {
   std::vector<uint32_t> positions_;
   bool absent_;
   std::vector<Column> cells_;
-  PlainVector<RecordFlags> flags_;
+  UninitializedVector<RecordFlags> flags_;
 };
 
 // Other search keys.

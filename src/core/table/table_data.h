@@ -24,8 +24,8 @@ struct TableData {
   std::vector<Field> fields;
   std::vector<Column> columns;  // one for each field, all of record_count cells
   uint32_t record_count = 0;
-  PlainVector<RecordFlags> flags;  // empty until a record gets a flag, then record_count words
-  std::vector<FieldId> field_ids;  // one for each field; the table that takes the data gives new ones
+  UninitializedVector<RecordFlags> flags;  // empty until a record gets a flag, then record_count words
+  std::vector<FieldId> field_ids;          // one for each field; the table that takes the data gives new ones
   TableObjects objects;
   LaterTableObjects later_objects;
 };

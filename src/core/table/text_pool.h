@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "core/plain_vector.h"
 #include "core/table/text_arena.h"
+#include "core/uninitialized_vector.h"
 
 namespace rowvane {
 
@@ -55,8 +55,8 @@ class TextPool {
   void rebuild_index(size_t slots);
 
   TextArena arena_;
-  PlainVector<uint64_t> entries_;  // offset << kLengthBits | length
-  std::vector<Slot> slots_;        // power of two, or empty
+  UninitializedVector<uint64_t> entries_;  // offset << kLengthBits | length
+  std::vector<Slot> slots_;                // power of two, or empty
   size_t used_slots_ = 0;
 };
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "core/plain_vector.h"
 #include "core/table/text_pool.h"
+#include "core/uninitialized_vector.h"
 #include "exchange/text/cell_writer.h"
 
 namespace rowvane {
@@ -40,8 +40,8 @@ class RenderedTexts {
   static constexpr int kLengthBits = 24;
   static constexpr uint64_t kLengthMask = (uint64_t{1} << kLengthBits) - 1;
 
-  std::string bytes_;              // all cells, and kShortCell bytes more
-  PlainVector<uint64_t> entries_;  // offset << kLengthBits | length
+  std::string bytes_;                      // all cells, and kShortCell bytes more
+  UninitializedVector<uint64_t> entries_;  // offset << kLengthBits | length
   bool losses_ = false;
 };
 

@@ -226,7 +226,7 @@ char* TextBlock::reserve(size_t size) {
 }
 
 void TextBlock::clear() {
-  if (text_.size() > kKeptBytes) PlainVector<char>().swap(text_);
+  if (text_.size() > kKeptBytes) UninitializedVector<char>().swap(text_);
   size_ = 0;
   cells_.clear();
   record_starts_.clear();

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/plain_vector.h"
+#include "core/uninitialized_vector.h"
 #include "exchange/text/text_rules.h"
 
 namespace rowvane {
@@ -59,10 +59,10 @@ class TextBlock {
  private:
   friend class BlockTokenizer;
 
-  PlainVector<char> text_;
+  UninitializedVector<char> text_;
   size_t size_ = 0;
-  PlainVector<Cell> cells_;
-  PlainVector<uint32_t> record_starts_;
+  UninitializedVector<Cell> cells_;
+  UninitializedVector<uint32_t> record_starts_;
   size_t open_record_ = 0;  // first cell of the record being added
   size_t column_count_ = 0;
 };

@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "core/plain_vector.h"
 #include "core/table/content.h"
 #include "core/table/text_pool.h"
+#include "core/uninitialized_vector.h"
 #include "exchange/text/text_block.h"
 #include "exchange/text/text_load_plan.h"
 #include "platform/code_pages.h"
@@ -30,9 +30,9 @@ struct BlockColumn {
   enum class Kind : uint8_t { kEmpty, kNumbers, kTexts, kContents };
 
   Kind kind = Kind::kEmpty;  // kEmpty: no cell has a text
-  PlainVector<double> numbers;
-  PlainVector<TextPool::Code> codes;  // into the pool of this block
-  bool interned = true;               // equal texts have equal codes
+  UninitializedVector<double> numbers;
+  UninitializedVector<TextPool::Code> codes;  // into the pool of this block
+  bool interned = true;                       // equal texts have equal codes
   TextPool pool;
   std::vector<std::string> finished;  // texts by code where they differ from the pool's; empty: none differs
   std::vector<Content> contents;

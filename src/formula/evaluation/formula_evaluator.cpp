@@ -44,7 +44,7 @@ void FormulaEvaluator::start(uint16_t mode, uint32_t options) {
 
 Kind FormulaEvaluator::evaluate(std::string_view formula, uint16_t mode, uint32_t options) {
   start(mode, options);
-  return finish(FormulaReader<FormulaEvaluator>(lexer_, set_, *this).read(formula));
+  return finish(FormulaParser<FormulaEvaluator>(lexer_, set_, *this).read(formula));
 }
 
 Kind FormulaEvaluator::finish(FormulaError error) {

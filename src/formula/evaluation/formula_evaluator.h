@@ -7,7 +7,7 @@
 #include "formula/evaluation/scalar_operations.h"
 #include "formula/functions/function_registry.h"
 #include "formula/language/formula_lexer.h"
-#include "formula/language/formula_reader.h"
+#include "formula/language/formula_parser.h"
 
 namespace rowvane {
 

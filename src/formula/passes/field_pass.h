@@ -16,7 +16,7 @@ struct FieldPass {
   const FormulaSettings& formulas;
   int threads;
   Progress& progress;
-  PlainVector<RecordFlags>* outcomes = nullptr;  // a word for each record; null: not wanted
+  UninitializedVector<RecordFlags>* outcomes = nullptr;  // a word for each record; null: not wanted
 };
 
 // The column of results for all records, kept in PASS.table's order; records with kSkippedFlag keep their

@@ -6,7 +6,7 @@ FormulaProgram::FormulaProgram(std::string_view formula, const CWorkSheet* table
                                const FormulaSettings& settings, SeparatorSet set)
     : settings_(settings), set_(set), lexer_(settings) {
   lexer_.set_table(table);
-  error_ = FormulaReader<FormulaProgram>(lexer_, set, *this).read(formula);
+  error_ = FormulaParser<FormulaProgram>(lexer_, set, *this).read(formula);
 }
 
 void FormulaProgram::push(const Token& token) {

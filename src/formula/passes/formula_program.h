@@ -8,7 +8,7 @@
 
 namespace rowvane {
 
-// One step of an evaluation, in the order in which the reader takes them.
+// One step of an evaluation, in the order in which the parser takes them.
 struct FormulaStep {
   enum class Kind : uint8_t { kPush, kApply, kCall };
 
@@ -40,7 +40,7 @@ class FormulaProgram {
   Kind run(FormulaEvaluator& evaluator, uint16_t mode = 0, uint32_t options = 0) const;
 
  private:
-  friend class FormulaReader<FormulaProgram>;
+  friend class FormulaParser<FormulaProgram>;
 
   void push(const Token& token);
   void push_empty() { steps_.emplace_back(); }

@@ -20,7 +20,7 @@ bool is_wanted(const CalculatedField& field, const Recalculation& settings) {
 }
 
 // Which records of a field are to be worked out again.
-struct Staleness {
+struct DirtyRecords {
   bool all = false;
   std::vector<uint32_t> positions;
 };
@@ -62,7 +62,7 @@ class Recalculator {
   void want_outcomes_of(CWorkSheet& table) {
     const auto same = [&table](const auto& each) { return each.first == &table; };
     if (std::ranges::any_of(outcomes_, same)) return;
-    outcomes_.emplace_back(&table, PlainVector<RecordFlags>());
+    outcomes_.emplace_back(&table, UninitializedVector<RecordFlags>());
     outcomes_.back().second.resize(table.record_count(), RecordFlags{0});
   }
 
@@ -76,27 +76,29 @@ class Recalculator {
   const FormulaSettings& formulas_;
   int threads_;
   Progress& progress_;
-  std::vector<std::pair<CWorkSheet*, PlainVector<RecordFlags>>> outcomes_;
+  std::vector<std::pair<CWorkSheet*, UninitializedVector<RecordFlags>>> outcomes_;
 };
 
-// What a change makes stale, field by field in the order of updates.
-class Spread {
+// What a change makes dirty, field by field in the order of updates.
+class DirtyPropagation {
  public:
-  explicit Spread(const ValuesChange& change) : change_(change) {}
+  explicit DirtyPropagation(const ValuesChange& change) : change_(change) {}
 
   // Adds what FIELD has to work out again because of the change and of fields that were worked out before it.
-  Staleness add(const CalculatedField& field) {
-    Staleness stale;
+  DirtyRecords add(const CalculatedField& field) {
+    DirtyRecords dirty;
     for (const FieldUse& use : field.uses.fields) {
-      if (reads_change(use)) join(stale, use, change_.positions.empty(), change_.positions);
+      if (reads_change(use)) join(dirty, use, change_.positions.empty(), change_.positions);
       for (const auto& [earlier, its_own] : done_) {
         if (earlier->table != use.table || earlier->field != use.field) continue;
-        join(stale, use, its_own.all, its_own.positions);
+        join(dirty, use, its_own.all, its_own.positions);
       }
     }
-    return stale;
+    return dirty;
   }
-  void done(const CalculatedField& field, Staleness stale) { done_.emplace_back(&field, std::move(stale)); }
+  void done(const CalculatedField& field, DirtyRecords dirty) {
+    done_.emplace_back(&field, std::move(dirty));
+  }
 
  private:
   bool reads_change(const FieldUse& use) const {
@@ -106,21 +108,21 @@ class Spread {
     return !change_.field || *change_.field == use.field;
   }
 
-  static void join(Staleness& stale, const FieldUse& use, bool all, std::span<const uint32_t> positions) {
-    stale.all = stale.all || all || use.all_records;
-    if (stale.all) return;
+  static void join(DirtyRecords& dirty, const FieldUse& use, bool all, std::span<const uint32_t> positions) {
+    dirty.all = dirty.all || all || use.all_records;
+    if (dirty.all) return;
     std::vector<uint32_t> both;
-    std::ranges::set_union(stale.positions, positions, std::back_inserter(both));
-    stale.positions = std::move(both);
+    std::ranges::set_union(dirty.positions, positions, std::back_inserter(both));
+    dirty.positions = std::move(both);
   }
 
   const ValuesChange& change_;
-  std::vector<std::pair<const CalculatedField*, Staleness>> done_;
+  std::vector<std::pair<const CalculatedField*, DirtyRecords>> done_;
 };
 
-ErrorCode run_stale(Recalculator& recalculator, const CalculatedField& field, const Staleness& stale) {
-  if (stale.all) return recalculator.run_all_records(field);
-  return stale.positions.empty() ? ErrorCode::kOk : recalculator.run_records(field, stale.positions);
+ErrorCode run_dirty(Recalculator& recalculator, const CalculatedField& field, const DirtyRecords& dirty) {
+  if (dirty.all) return recalculator.run_all_records(field);
+  return dirty.positions.empty() ? ErrorCode::kOk : recalculator.run_records(field, dirty.positions);
 }
 
 }  // namespace
@@ -169,19 +171,19 @@ RecalculationResult recalculate(Database& database, const Recalculation& setting
 
 namespace {
 
-// Works out what CHANGE makes stale; WIDEN(field, staleness) adds what its uses don't tell.
+// Works out what CHANGE makes dirty; WIDEN(field, dirty) adds what its uses don't tell.
 template <typename Widen>
-ErrorCode run_spread(const Database& database, const ValuesChange& change, const FormulaSettings& formulas,
-                     int threads, const Widen& widen) {
+ErrorCode run_propagation(const Database& database, const ValuesChange& change,
+                          const FormulaSettings& formulas, int threads, const Widen& widen) {
   const UpdateOrder order = find_update_order(database, formulas);
   Recalculator recalculator(formulas, threads, Progress::none());
-  Spread spread(change);
+  DirtyPropagation propagation(change);
   for (const CalculatedField& field : order.fields) {
-    Staleness stale = spread.add(field);
-    if (!stale.all) widen(field, stale);
-    if (!stale.all && stale.positions.empty()) continue;
-    if (const auto error = run_stale(recalculator, field, stale); error != ErrorCode::kOk) return error;
-    spread.done(field, std::move(stale));
+    DirtyRecords dirty = propagation.add(field);
+    if (!dirty.all) widen(field, dirty);
+    if (!dirty.all && dirty.positions.empty()) continue;
+    if (const auto error = run_dirty(recalculator, field, dirty); error != ErrorCode::kOk) return error;
+    propagation.done(field, std::move(dirty));
   }
   return ErrorCode::kOk;
 }
@@ -190,25 +192,28 @@ ErrorCode run_spread(const Database& database, const ValuesChange& change, const
 
 ErrorCode recalculate_dependents(Database& database, const ValuesChange& change,
                                  const FormulaSettings& formulas, int threads) {
-  return run_spread(database, change, formulas, threads, [&](const CalculatedField& field, Staleness& stale) {
-    // New records have no results yet, whatever the formula reads.
-    const bool whole_records = field.table == change.table && !change.field;
-    if (whole_records) stale.positions.assign(change.positions.begin(), change.positions.end());
-  });
+  return run_propagation(database, change, formulas, threads,
+                         [&](const CalculatedField& field, DirtyRecords& dirty) {
+                           // New records have no results yet, whatever the formula reads.
+                           const bool whole_records = field.table == change.table && !change.field;
+                           if (whole_records)
+                             dirty.positions.assign(change.positions.begin(), change.positions.end());
+                         });
 }
 
 ErrorCode recalculate_from(Database& database, CWorkSheet& table, size_t field,
                            const FormulaSettings& formulas, int threads) {
   const ValuesChange change{&table, field, {}, true};
-  return run_spread(database, change, formulas, threads, [&](const CalculatedField& each, Staleness& stale) {
-    stale.all = each.table == &table && each.field == field;
-  });
+  return run_propagation(database, change, formulas, threads,
+                         [&](const CalculatedField& each, DirtyRecords& dirty) {
+                           dirty.all = each.table == &table && each.field == field;
+                         });
 }
 
 ErrorCode recalculate_unknown_names(Database& database, const FormulaSettings& formulas, int threads) {
-  return run_spread(database, {}, formulas, threads, [](const CalculatedField& field, Staleness& stale) {
-    stale.all = field.uses.unknown_names;
-  });
+  return run_propagation(
+      database, {}, formulas, threads,
+      [](const CalculatedField& field, DirtyRecords& dirty) { dirty.all = field.uses.unknown_names; });
 }
 
 }  // namespace rowvane

@@ -41,7 +41,7 @@ class BucketMembers {
   }
 
   void collect(std::span<const double> numbers, int threads) {
-    std::vector<std::vector<PlainVector<double>>> found(static_cast<size_t>(threads), members_);
+    std::vector<std::vector<UninitializedVector<double>>> found(static_cast<size_t>(threads), members_);
     parallel_blocks(numbers.size(), threads, [&](int thread, uint64_t first, uint64_t end) {
       auto& own = found[static_cast<size_t>(thread)];
       for (size_t i = first; i < end; ++i) {
@@ -57,15 +57,15 @@ class BucketMembers {
 
   // The member that has so many before it.
   double select(size_t bucket, size_t place) {
-    PlainVector<double>& members = members_[number_of_[bucket]];
+    UninitializedVector<double>& members = members_[number_of_[bucket]];
     const auto wanted = members.begin() + static_cast<std::ptrdiff_t>(place);
     std::nth_element(members.begin(), wanted, members.end());
     return *wanted;
   }
 
  private:
-  std::vector<uint8_t> number_of_;            // of each bucket, 0 for those that are not wanted
-  std::vector<PlainVector<double>> members_;  // of the wanted buckets, from 1
+  std::vector<uint8_t> number_of_;                    // of each bucket, 0 for those that are not wanted
+  std::vector<UninitializedVector<double>> members_;  // of the wanted buckets, from 1
 };
 
 }  // namespace

@@ -4,8 +4,8 @@
 #include <span>
 #include <vector>
 
-#include "core/plain_vector.h"
 #include "core/progress.h"
+#include "core/uninitialized_vector.h"
 
 namespace rowvane {
 

@@ -5,8 +5,8 @@
 
 #include "core/messages/messages.h"
 #include "core/parallel_blocks.h"
-#include "core/plain_vector.h"
 #include "core/table/work_sheet.h"
+#include "core/uninitialized_vector.h"
 #include "core/values/exact_sum.h"
 #include "core/values/quantiles.h"
 #include "recordset/compare/number_selection.h"
@@ -35,7 +35,7 @@ struct NumberPart {
 };
 
 // Moves the numbers of the parts together and answers the sum of all.
-ExactSum join_parts(const std::vector<NumberPart>& parts, PlainVector<double>& numbers) {
+ExactSum join_parts(const std::vector<NumberPart>& parts, UninitializedVector<double>& numbers) {
   ExactSum sum;
   size_t size = 0;
   for (const NumberPart& part : parts) {
@@ -137,7 +137,7 @@ FieldStatistics field_statistics(const CWorkSheet& table, std::span<const uint32
   FieldStatistics statistics;
   const int threads = thread_count(options.used_processor_cores);
   const NumberColumn& column = *number_column(table, field);
-  PlainVector<double> numbers(records.size());
+  UninitializedVector<double> numbers(records.size());
   std::vector<NumberPart> parts(static_cast<size_t>(threads));
   parallel_blocks(records.size(), threads, [&](int thread, uint64_t first, uint64_t end) {
     NumberPart part{.first = first, .end = first, .sum = {}};

@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "core/plain_vector.h"
+#include "core/uninitialized_vector.h"
 #include "recordset/sort/sort.h"
 
 namespace rowvane {

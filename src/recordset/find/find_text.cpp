@@ -144,10 +144,10 @@ class TextFinder::FieldSearch {
 
   void mark_coded(std::span<const uint32_t> records, uint8_t* hits, Worker& worker,
                   const Progress& progress) {
-    const PlainVector<uint32_t>& codes = std::visit(
-        [](const auto& kind) -> const PlainVector<uint32_t>& {
+    const UninitializedVector<uint32_t>& codes = std::visit(
+        [](const auto& kind) -> const UninitializedVector<uint32_t>& {
           if constexpr (std::is_same_v<std::remove_cvref_t<decltype(kind)>, NumberColumn>) {
-            static const PlainVector<uint32_t> kNone;
+            static const UninitializedVector<uint32_t> kNone;
             return kNone;
           } else {
             return kind.cells;

@@ -22,7 +22,7 @@ namespace {
 // Number 0: any flag.
 class FlagFilter final : public RecordFilter {
  public:
-  FlagFilter(const PlainVector<RecordFlags>& flags, int number) : flags_(flags), number_(number) {}
+  FlagFilter(const UninitializedVector<RecordFlags>& flags, int number) : flags_(flags), number_(number) {}
 
   std::unique_ptr<FilterWorker> make_worker() const override { return std::make_unique<Worker>(*this); }
   int cost() const override { return 1; }
@@ -43,7 +43,7 @@ class FlagFilter final : public RecordFilter {
     const FlagFilter& filter_;
   };
 
-  const PlainVector<RecordFlags>& flags_;
+  const UninitializedVector<RecordFlags>& flags_;
   int number_;
 };
 

@@ -6,7 +6,7 @@
 #include <numeric>
 
 #include "core/parallel_blocks.h"
-#include "core/plain_vector.h"
+#include "core/uninitialized_vector.h"
 #include "formula/passes/block_vector.h"
 #include "recordset/search/record_filter.h"
 #include "recordset/search/similar_order.h"
@@ -18,7 +18,7 @@ namespace {
 constexpr std::string_view kCaption = "Search";
 constexpr uint64_t kBlocksPerReport = 64;  // blocks
 
-using Positions = PlainVector<uint32_t>;
+using Positions = UninitializedVector<uint32_t>;
 
 // Puts filters, the fastest first, to records in ascending order.
 class FilterPass {

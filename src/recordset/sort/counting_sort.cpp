@@ -71,8 +71,8 @@ class CountingSort {
   }
 
   // Marks where each code begins.
-  PlainVector<uint8_t> first_places() const {
-    PlainVector<uint8_t> marks(records_.size(), uint8_t{0});
+  UninitializedVector<uint8_t> first_places() const {
+    UninitializedVector<uint8_t> marks(records_.size(), uint8_t{0});
     for (const uint32_t first : firsts_) {
       if (first < marks.size()) marks[first] = 1;
     }
@@ -83,8 +83,8 @@ class CountingSort {
   std::span<const uint32_t> records_;
   int threads_;
   const Progress& progress_;
-  PlainVector<uint16_t> codes_;   // of the records
-  std::vector<Places> places_;    // of each thread
+  UninitializedVector<uint16_t> codes_;  // of the records
+  std::vector<Places> places_;           // of each thread
   std::vector<uint32_t> firsts_;  // the place of the first record with each code, or with a greater one
 };
 

@@ -125,7 +125,7 @@ class CodeMaker {
                     const SortKey& key, const TextAt& text_at, const TextOrder& order) {
     const TextRanks found = rank_texts(used.size(), text_at, order, threads_, progress_);
     if (progress_.cancelled()) return;
-    PlainVector<uint32_t> codes(count);
+    UninitializedVector<uint32_t> codes(count);
     codes[0] = found.count;  // empty cells come last
     for (size_t i = 0; i < used.size(); ++i) codes[used[i]] = found.ranks[i];
     made_.columns.emplace_back(cells, std::move(codes), found.count, key.descending);
@@ -145,7 +145,7 @@ class CodeMaker {
 KeyColumn::KeyColumn(std::span<const double> cells, const NumberCoding& coding, bool descending)
     : numbers_(cells), coding_(coding), greatest_(coding.greatest_code()), descending_(descending) {}
 
-KeyColumn::KeyColumn(std::span<const uint32_t> cells, PlainVector<uint32_t> codes, uint32_t greatest,
+KeyColumn::KeyColumn(std::span<const uint32_t> cells, UninitializedVector<uint32_t> codes, uint32_t greatest,
                      bool descending)
     : cells_(cells), codes_(std::move(codes)), greatest_(greatest), descending_(descending) {}
 

@@ -22,7 +22,8 @@ class KeyColumn {
   // CELLS of the table's column, which must stay, by their coding.
   KeyColumn(std::span<const double> cells, const NumberCoding& coding, bool descending);
   // A code for each of CELLS, which are indices of CODES.
-  KeyColumn(std::span<const uint32_t> cells, PlainVector<uint32_t> codes, uint32_t greatest, bool descending);
+  KeyColumn(std::span<const uint32_t> cells, UninitializedVector<uint32_t> codes, uint32_t greatest,
+            bool descending);
 
   int bits() const { return static_cast<int>(std::bit_width(greatest_)); }
   uint64_t code(uint32_t position) const {
@@ -39,7 +40,7 @@ class KeyColumn {
   std::span<const double> numbers_;
   NumberCoding coding_;
   std::span<const uint32_t> cells_;
-  PlainVector<uint32_t> codes_;
+  UninitializedVector<uint32_t> codes_;
   uint64_t greatest_;
   bool descending_;
 };

@@ -123,8 +123,8 @@ class WordSort {
   // each bucket: most fit into a processor's own cache.
   template <typename Element, typename Elements>
   void sort_elements(const WordColumns& word, const Elements& kind) {
-    PlainVector<Element> elements(records_.size());
-    PlainVector<Element> spare(records_.size());
+    UninitializedVector<Element> elements(records_.size());
+    UninitializedVector<Element> spare(records_.size());
     const int rest_bits = std::max(word.bits - kBucketBits, 0);
     std::vector<Places> places(static_cast<size_t>(threads_), Places{});
     make_words(word, kind, rest_bits, spare.data(), places);

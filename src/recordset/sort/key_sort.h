@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-#include "core/plain_vector.h"
+#include "core/uninitialized_vector.h"
 #include "recordset/record_set.h"
 #include "recordset/sort/key_codes.h"
 
@@ -16,9 +16,9 @@ RecordSet sort_by_codes(const KeyCodes& codes, std::span<const uint32_t> records
                         Progress& progress);
 
 struct SortedIndices {
-  std::vector<uint32_t> indices;  // of the record set, in the order of the codes
-  PlainVector<uint8_t> differs;   // at each place but the first, whether the record has other codes than the
-                                  // one before
+  std::vector<uint32_t> indices;         // of the record set, in the order of the codes
+  UninitializedVector<uint8_t> differs;  // at each place but the first, whether the record has other codes
+                                         // than the one before
 };
 
 // The same as indices of RECORDS.

@@ -10,10 +10,10 @@
 namespace rowvane {
 
 template <typename T>
-struct UnsetAllocator : std::allocator<T> {
+struct DefaultInitAllocator : std::allocator<T> {
   template <typename U>
   struct rebind {
-    using other = UnsetAllocator<U>;
+    using other = DefaultInitAllocator<U>;
   };
 
   template <typename U>
@@ -28,6 +28,6 @@ struct UnsetAllocator : std::allocator<T> {
 };
 
 template <typename T>
-using PlainVector = std::vector<T, UnsetAllocator<T>>;
+using UninitializedVector = std::vector<T, DefaultInitAllocator<T>>;
 
 }  // namespace rowvane

@@ -10,8 +10,8 @@ namespace rowvane {
 
 inline constexpr size_t kMaxStackItems = 50;  // values and operators together
 
-// An operator precedence reader with two stacks. The operator stack is its own; the values are TARGET's,
-// which does what the reader tells:
+// An operator precedence parser with two stacks. The operator stack is its own; the values are TARGET's,
+// which does what the parser tells:
 //   void push(const Token&)       an operand comes onto the value stack
 //   void push_empty()             an empty argument does
 //   FormulaError apply(Kind)      an operator takes its operands from there and leaves its result
@@ -19,9 +19,9 @@ inline constexpr size_t kMaxStackItems = 50;  // values and operators together
 // An error answered by TARGET ends the reading. Every operator gets the operands that belong to it: TARGET
 // never sees too few.
 template <typename Target>
-class FormulaReader {
+class FormulaParser {
  public:
-  FormulaReader(FormulaLexer& lexer, SeparatorSet set, Target& target)
+  FormulaParser(FormulaLexer& lexer, SeparatorSet set, Target& target)
       : lexer_(lexer), set_(set), target_(target) {}
 
   // kNone when one value is left at the end of FORMULA.
@@ -67,7 +67,7 @@ class FormulaReader {
 };
 
 template <typename Target>
-FormulaError FormulaReader<Target>::read(std::string_view formula) {
+FormulaError FormulaParser<Target>::read(std::string_view formula) {
   lexer_.start();
   if (formula.empty() || (formula.front() != '=' && formula.front() != '+')) return FormulaError::kSyntax;
   size_t cursor = 1;
@@ -82,7 +82,7 @@ FormulaError FormulaReader<Target>::read(std::string_view formula) {
 }
 
 template <typename Target>
-FormulaError FormulaReader<Target>::take(const Token& token) {
+FormulaError FormulaParser<Target>::take(const Token& token) {
   if (is_operand(token.kind)) return take_operand(token);
   switch (token.kind) {
     case Kind::kOpen:
@@ -98,7 +98,7 @@ FormulaError FormulaReader<Target>::take(const Token& token) {
 }
 
 template <typename Target>
-FormulaError FormulaReader<Target>::take_operand(const Token& token) {
+FormulaError FormulaParser<Target>::take_operand(const Token& token) {
   if (after_operand()) return FormulaError::kSyntax;
   target_.push(token);
   ++value_count_;
@@ -107,7 +107,7 @@ FormulaError FormulaReader<Target>::take_operand(const Token& token) {
 }
 
 template <typename Target>
-FormulaError FormulaReader<Target>::take_open(const Token& token) {
+FormulaError FormulaParser<Target>::take_open(const Token& token) {
   if (after_operand()) return FormulaError::kSyntax;
   push(Kind::kOpen);
   previous_ = Previous::kOpen;
@@ -119,7 +119,7 @@ FormulaError FormulaReader<Target>::take_open(const Token& token) {
 }
 
 template <typename Target>
-FormulaError FormulaReader<Target>::take_operator(Kind kind) {
+FormulaError FormulaParser<Target>::take_operator(Kind kind) {
   if (!after_operand()) return kind == Kind::kSubtract ? take_negate() : FormulaError::kSyntax;
   if (kind == Kind::kPercent && previous_ == Previous::kPercent) return FormulaError::kSyntax;
   while (operator_count_ > 0 && is_operator(top().kind) && priority(top().kind) >= priority(kind)) {
@@ -132,7 +132,7 @@ FormulaError FormulaReader<Target>::take_operator(Kind kind) {
 
 // An operator that binds tighter would have to apply before its right operand is there.
 template <typename Target>
-FormulaError FormulaReader<Target>::take_negate() {
+FormulaError FormulaParser<Target>::take_negate() {
   const bool binds_tighter =
       operator_count_ > 0 && is_operator(top().kind) && priority(top().kind) >= priority(Kind::kNegate);
   if (previous_ == Previous::kNegate || binds_tighter) return FormulaError::kSyntax;
@@ -143,7 +143,7 @@ FormulaError FormulaReader<Target>::take_negate() {
 
 // Before a separator or the end of a call.
 template <typename Target>
-FormulaError FormulaReader<Target>::end_argument() {
+FormulaError FormulaParser<Target>::end_argument() {
   if (!after_operand()) {
     target_.push_empty();
     ++value_count_;
@@ -152,7 +152,7 @@ FormulaError FormulaReader<Target>::end_argument() {
 }
 
 template <typename Target>
-FormulaError FormulaReader<Target>::take_separator() {
+FormulaError FormulaParser<Target>::take_separator() {
   const bool empty = previous_ == Previous::kSeparator || previous_ == Previous::kCallOpen;
   if (!empty && !after_operand()) return FormulaError::kSyntax;
   if (const auto error = end_argument(); error != FormulaError::kNone) return error;
@@ -162,7 +162,7 @@ FormulaError FormulaReader<Target>::take_separator() {
 }
 
 template <typename Target>
-FormulaError FormulaReader<Target>::take_close() {
+FormulaError FormulaParser<Target>::take_close() {
   if (previous_ == Previous::kSeparator || after_operand()) {
     if (const auto error = end_argument(); error != FormulaError::kNone) return error;
   } else if (previous_ != Previous::kCallOpen) {
@@ -178,7 +178,7 @@ FormulaError FormulaReader<Target>::take_close() {
 }
 
 template <typename Target>
-FormulaError FormulaReader<Target>::close_call() {
+FormulaError FormulaParser<Target>::close_call() {
   const Item function = top();
   --operator_count_;
   const size_t arguments = value_count_ - function.first_value;
@@ -187,7 +187,7 @@ FormulaError FormulaReader<Target>::close_call() {
 }
 
 template <typename Target>
-FormulaError FormulaReader<Target>::apply_to_bracket() {
+FormulaError FormulaParser<Target>::apply_to_bracket() {
   while (operator_count_ > 0 && is_operator(top().kind)) {
     if (const auto error = apply_top(); error != FormulaError::kNone) return error;
   }
@@ -195,7 +195,7 @@ FormulaError FormulaReader<Target>::apply_to_bracket() {
 }
 
 template <typename Target>
-FormulaError FormulaReader<Target>::apply_top() {
+FormulaError FormulaParser<Target>::apply_top() {
   const Kind kind = top().kind;
   --operator_count_;
   if (!is_unary(kind)) --value_count_;
@@ -203,7 +203,7 @@ FormulaError FormulaReader<Target>::apply_top() {
 }
 
 template <typename Target>
-FormulaError FormulaReader<Target>::finish() {
+FormulaError FormulaParser<Target>::finish() {
   if (!after_operand()) return FormulaError::kSyntax;
   if (const auto error = apply_to_bracket(); error != FormulaError::kNone) return error;
   return operator_count_ == 0 && value_count_ == 1 ? FormulaError::kNone : FormulaError::kSyntax;
