@@ -92,7 +92,7 @@ TEST_F(GridKeysTest, PagesFollowTheHeightOfTheWindow) {
   EXPECT_GT(view->verticalScrollBar()->value(), 0);
   press(Qt::Key_PageDown, Qt::ShiftModifier);
   EXPECT_EQ(place().row, page);
-  EXPECT_EQ(block().records.size(), static_cast<size_t>(page) + 1);
+  EXPECT_EQ(block().positions.size(), static_cast<size_t>(page) + 1);
   press(Qt::Key_PageUp);
   press(Qt::Key_PageUp);
   EXPECT_EQ(place().row, 0);
@@ -104,22 +104,22 @@ TEST_F(GridKeysTest, ShiftExtendsAndShrinks) {
   press(Qt::Key_Down, Qt::ShiftModifier);
   press(Qt::Key_Right, Qt::ShiftModifier);
   press(Qt::Key_Up, Qt::ShiftModifier);
-  EXPECT_THAT(block().records, testing::ElementsAre(3, 4));
+  EXPECT_THAT(block().positions, testing::ElementsAre(2, 3));
   EXPECT_THAT(block().fields, testing::ElementsAre(kPrice, kDay));
   EXPECT_EQ(place(), (GridPlace{2, 1}));
   press(Qt::Key_Up, Qt::ShiftModifier);
   press(Qt::Key_Up, Qt::ShiftModifier);
-  EXPECT_THAT(block().records, testing::ElementsAre(2, 3));
+  EXPECT_THAT(block().positions, testing::ElementsAre(1, 2));
 }
 
 TEST_F(GridKeysTest, SpaceSelectsWholeFieldsAndRecords) {
   go_to(2, 1);
   press(Qt::Key_Space, Qt::ShiftModifier);
-  EXPECT_THAT(block().records, testing::ElementsAre(3));
+  EXPECT_THAT(block().positions, testing::ElementsAre(2));
   EXPECT_EQ(block().fields.size(), 6u);
   go_to(2, 1);
   press(Qt::Key_Space, Qt::ControlModifier);
-  EXPECT_EQ(block().records.size(), 8u);
+  EXPECT_EQ(block().positions.size(), 8u);
   EXPECT_THAT(block().fields, testing::ElementsAre(kPrice));
 }
 

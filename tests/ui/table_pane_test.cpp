@@ -76,7 +76,7 @@ class TablePaneTest : public testing::Test {
     const std::string rows[][2] = {{"Porto", "PT"}, {"Graz", "AT"}, {"Braga", "PT"}, {"Wien", "AT"}};
     for (uint32_t i = 0; i < 4; ++i) {
       for (size_t field = 0; field < 2; ++field)
-        EXPECT_EQ(towns->set_value(i + 1, field, rows[i][field]), ErrorCode::kOk);
+        EXPECT_EQ(towns->set_value(record_number(i), field, rows[i][field]), ErrorCode::kOk);
     }
     frame.current_window()->show_table(*towns);
     pane().go_to(1, 1);
