@@ -61,7 +61,7 @@ class KeyStore {
   std::string key_;  // work space
 };
 
-bool is_ascii(std::string_view text) {
+bool has_only_ascii(std::string_view text) {
   unsigned char bits = 0;
   for (const char character : text) bits |= static_cast<unsigned char>(character);
   return bits < 0x80;
@@ -107,7 +107,7 @@ class TextRanking {
     std::atomic<bool> all_ascii = true;
     for_texts([&](size_t i, KeyStore& store) {
       const std::string_view text = text_at(i);
-      if (!is_ascii(text)) all_ascii = false;
+      if (!has_only_ascii(text)) all_ascii = false;
       if (!all_ascii) return false;
       const std::string_view compared = text.substr(0, text.size() - order_.ignored_part(text).size());
       set_key(i, store.keep_weights(compared, weights));

@@ -167,6 +167,13 @@ TEST_F(RecoveryTest, APauseMakesTheCopyAndAChangeEndsItsWriting) {
   EXPECT_FALSE(recovery.is_writing()) << "one save at a time";
   EXPECT_FALSE(frame->current_window()->document().is_modified());
   EXPECT_THAT(copies(), IsEmpty());
+
+  // The same for a file that is there already, which is saved without a question.
+  type_into(*frame, "again");
+  ASSERT_TRUE(QTest::qWaitFor([&] { return recovery.is_writing(); }, 20'000));
+  frame->actions().of(Command::kSave)->trigger();
+  EXPECT_FALSE(recovery.is_writing());
+  EXPECT_THAT(copies(), IsEmpty());
   EXPECT_THAT(dialogs.shown, IsEmpty());
 }
 

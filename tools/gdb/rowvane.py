@@ -47,7 +47,7 @@ def pool_text(pool, code):
         return f"no text {code}"
     entry = int(entries[code])
     offset, length = entry >> LENGTH_BITS, entry & (1 << LENGTH_BITS) - 1
-    blocks, _ = vector_items(pool["blocks_"])
+    blocks, _ = vector_items(pool["arena_"]["blocks_"])
     block = blocks[offset >> BLOCK_BITS]["_M_t"]["_M_t"]["_M_head_impl"]
     if length == 0:
         return '""'

@@ -9,7 +9,7 @@
 namespace rowvane {
 namespace {
 
-constexpr std::string_view kBlanks = " \t";
+constexpr std::string_view kArgumentBlanks = " \t";
 
 struct Switch {
   std::string_view word;  // lower case
@@ -55,13 +55,13 @@ class Decision {
 
 // Blanks before the path and behind an unquoted one are none of it.
 std::string path_in(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+  text.remove_prefix(std::min(text.find_first_not_of(kArgumentBlanks), text.size()));
   if (text.starts_with('"')) {
     text.remove_prefix(1);
     return cut_path(text.substr(0, text.find('"')));
   }
   text = text.substr(0, text.find('"'));
-  const size_t last = text.find_last_not_of(kBlanks);
+  const size_t last = text.find_last_not_of(kArgumentBlanks);
   return cut_path(text.substr(0, last == std::string_view::npos ? 0 : last + 1));
 }
 
@@ -71,7 +71,7 @@ size_t token_end(std::string_view text, size_t start) {
   size_t end = start;
   for (; end < text.size(); ++end) {
     if (text[end] == '"') quoted = !quoted;
-    if (!quoted && kBlanks.find(text[end]) != std::string_view::npos) break;
+    if (!quoted && kArgumentBlanks.find(text[end]) != std::string_view::npos) break;
   }
   return end;
 }
@@ -83,7 +83,7 @@ StartupCommand parse_command_text(std::string_view text) {
   Decision decision;
   std::string rest;  // without the switches
   for (size_t position = 0; position < text.size();) {
-    const size_t start = std::min(text.find_first_not_of(kBlanks, position), text.size());
+    const size_t start = std::min(text.find_first_not_of(kArgumentBlanks, position), text.size());
     const size_t end = token_end(text, start);
     if (const Switch* found = find_switch(text.substr(start, end - start))) {
       decision.take(*found, command);

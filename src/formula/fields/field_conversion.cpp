@@ -15,10 +15,10 @@
 namespace rowvane {
 namespace {
 
-constexpr uint32_t kReportEvery = 65'536;      // records
-constexpr uint32_t kTextsAtATime = 1 << 18;    // that are read on all processors between two reports
-constexpr size_t kExampleCharacters = 60;      // of a text in a question
-constexpr double kMostDaysOfTime = 1'000'000;  // a longer time is written as a number
+constexpr uint32_t kRecordsPerReport = 65'536;  // records
+constexpr uint32_t kTextsAtATime = 1 << 18;     // that are read on all processors between two reports
+constexpr size_t kExampleCharacters = 60;       // of a text in a question
+constexpr double kMostDaysOfTime = 1'000'000;   // a longer time is written as a number
 
 bool is_in_record(FieldType type) {
   return !is_outside_record(type);
@@ -93,7 +93,7 @@ class Converter {
 
  private:
   bool stopped(uint64_t done, uint64_t total) {
-    if (done % kReportEvery != 0) return false;
+    if (done % kRecordsPerReport != 0) return false;
     progress_.report(done, total);
     loss.cancelled = loss.cancelled || progress_.cancelled();
     return loss.cancelled;
@@ -137,7 +137,7 @@ class Converter {
       });
     }
     target.cells.resize(count_);
-    for (uint32_t i = 0; i < count_ && !stopped(i, count_); ++i) {
+    for (uint32_t i = 0; i < count_ && !stopped(numbers.size() + i, numbers.size() + count_); ++i) {
       const TextPool::Code code = texts.cells[i];
       target.cells[i] = numbers[code];
       if (code != 0 && is_empty_number(numbers[code])) note_loss(texts.pool->text(code));

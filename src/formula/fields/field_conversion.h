@@ -22,9 +22,8 @@ struct FieldConversion {
 
 // Text, Number, Long Text and Code convert into each other; Long Text and Code also into Images/Files and
 // back:
-// - a text becomes the number that it would become if it were typed into a cell (read_field_value); what is
-// no
-//   number leaves its cell empty;
+// - a text becomes the number that it would become if it were typed into a cell (read_field_value); other
+//   texts leave their cells empty;
 // - a number becomes its shortest text; one that the field's format shows as a date or a time becomes
 //   "YYYY-MM-DD", with "Thh:mm:ss" behind it where there is a time of day, or the time alone or a length of
 //   time, "hh:mm:ss", rounded to seconds;

@@ -41,9 +41,9 @@ constexpr Range kLetters[] = {
     {0x1E290, 0x1E2EB}, {0x1E4D0, 0x1E4EB}, {0x1E7E0, 0x1E8C4}, {0x1E900, 0x1E94B}, {0x1EE00, 0x1EEBB},
     {0x20000, 0x323AF}};
 
-constexpr CaseRange kCapitals[] = {{0x10400, 0x10427, 40}, {0x104B0, 0x104D3, 40}, {0x10570, 0x10595, 39},
-                                   {0x10C80, 0x10CB2, 64}, {0x118A0, 0x118BF, 32}, {0x16E40, 0x16E5F, 32},
-                                   {0x1E900, 0x1E921, 34}};
+constexpr CaseRange kCapitalRanges[] = {
+    {0x10400, 0x10427, 40}, {0x104B0, 0x104D3, 40}, {0x10570, 0x10595, 39}, {0x10C80, 0x10CB2, 64},
+    {0x118A0, 0x118BF, 32}, {0x16E40, 0x16E5F, 32}, {0x1E900, 0x1E921, 34}};
 
 constexpr Range kWide[] = {
     {0x1100, 0x115F},   {0x231A, 0x231B},   {0x2329, 0x232A},   {0x23E9, 0x23EC},   {0x23F0, 0x23F0},
@@ -76,8 +76,8 @@ bool is_supplementary_letter(char32_t character) {
 }
 
 char32_t supplementary_lower_case(char32_t character) {
-  const auto* const range = std::ranges::lower_bound(kCapitals, character, {}, &CaseRange::last);
-  const bool is_capital = range != std::end(kCapitals) && character >= range->first;
+  const auto* const range = std::ranges::lower_bound(kCapitalRanges, character, {}, &CaseRange::last);
+  const bool is_capital = range != std::end(kCapitalRanges) && character >= range->first;
   return is_capital ? character + range->distance : character;
 }
 

@@ -10,7 +10,6 @@ namespace {
 bool identity_of(const std::string& path, BY_HANDLE_FILE_INFORMATION& identity) {
   std::wstring wide;
   if (wide_path_of(path, wide) != FileStatus::kOk) return false;
-  constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
   const Handle file(
       ::CreateFileW(wide.c_str(), 0, kShareAll, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
   return file.is_open() && ::GetFileInformationByHandle(file.get(), &identity) != 0;

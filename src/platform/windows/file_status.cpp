@@ -85,4 +85,9 @@ FileStatus wide_path_of(const std::string& path, std::wstring& wide) {
   return FileStatus::kOk;
 }
 
+bool is_folder(const std::wstring& path) {
+  const DWORD attributes = ::GetFileAttributesW(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
 }  // namespace rowvane::platform

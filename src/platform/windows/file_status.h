@@ -16,4 +16,6 @@ FileStatus file_status_of(uint32_t error, FileStatus otherwise);
 // kNotFound for an empty path and one with a zero, kPathTooLong for names that no file can have.
 FileStatus wide_path_of(const std::string& path, std::wstring& wide);
 
+bool is_folder(const std::wstring& path);
+
 }  // namespace rowvane::platform

@@ -11,22 +11,17 @@
 namespace rowvane::platform {
 namespace {
 
-bool is_folder(const std::wstring& path) {
-  const DWORD attributes = ::GetFileAttributesW(path.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-}
-
 // Closes the search when it ends.
-class Search {
+class FileSearch {
  public:
-  Search(const std::wstring& pattern, WIN32_FIND_DATAW& found)
+  FileSearch(const std::wstring& pattern, WIN32_FIND_DATAW& found)
       : handle_(::FindFirstFileExW(pattern.c_str(), FindExInfoBasic, &found, FindExSearchNameMatch, nullptr,
                                    0)) {}
-  ~Search() {
+  ~FileSearch() {
     if (is_open()) ::FindClose(handle_);
   }
-  Search(const Search&) = delete;
-  Search& operator=(const Search&) = delete;
+  FileSearch(const FileSearch&) = delete;
+  FileSearch& operator=(const FileSearch&) = delete;
 
   bool is_open() const { return handle_ != INVALID_HANDLE_VALUE; }
   bool next(WIN32_FIND_DATAW& found) { return ::FindNextFileW(handle_, &found) != 0; }
@@ -79,7 +74,7 @@ FileStatus list_files(const std::string& folder, std::vector<std::string>& names
   }
   wide.back() = L'*';
   WIN32_FIND_DATAW found{};
-  Search search(wide, found);
+  FileSearch search(wide, found);
   if (!search.is_open()) return file_status_of(::GetLastError(), FileStatus::kReadError);
   do {
     if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) names.push_back(to_utf8(found.cFileName));

@@ -6,21 +6,6 @@
 #include "platform/windows/handle.h"
 
 namespace rowvane::platform {
-namespace {
-
-constexpr size_t kMostBytesAtOnce = size_t{1} << 30;
-
-HANDLE system_handle(intptr_t handle) {
-  return reinterpret_cast<HANDLE>(handle);
-}
-
-bool is_folder(const std::wstring& path) {
-  const DWORD attributes = ::GetFileAttributesW(path.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-}
-
-}  // namespace
-
 InputFile::InputFile() = default;
 
 InputFile::~InputFile() {
@@ -45,7 +30,6 @@ FileStatus InputFile::open(const std::string& path) {
   if (const FileStatus status = wide_path_of(path, wide); status != FileStatus::kOk) return status;
   // Others may write to the file and replace it meanwhile, as this program does when it saves what it has
   // open.
-  constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
   Handle file(::CreateFileW(wide.c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING,
                             FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!file.is_open()) {

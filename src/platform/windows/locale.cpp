@@ -5,13 +5,13 @@
 namespace rowvane::platform {
 namespace {
 
-struct Search {
+struct LocaleSearch {
   std::wstring language;
   bool found = false;
 };
 
 BOOL CALLBACK compare_language(wchar_t* locale, DWORD, LPARAM search_address) {
-  Search& search = *reinterpret_cast<Search*>(search_address);
+  LocaleSearch& search = *reinterpret_cast<LocaleSearch*>(search_address);
   const std::wstring_view name(locale);
   search.found = name.substr(0, name.find(L'-')) == search.language;
   return search.found ? FALSE : TRUE;
@@ -19,7 +19,7 @@ BOOL CALLBACK compare_language(wchar_t* locale, DWORD, LPARAM search_address) {
 
 // Windows makes up settings for names that it does not know, as long as they are well formed.
 bool is_known_language(const std::wstring& language) {
-  Search search{language};
+  LocaleSearch search{language};
   ::EnumSystemLocalesEx(compare_language, LOCALE_ALL, reinterpret_cast<LPARAM>(&search), nullptr);
   return search.found;
 }

@@ -6,14 +6,10 @@
 
 #include <windows.h>
 
+#include "platform/windows/handle.h"
+
 namespace rowvane::platform {
 namespace {
-
-constexpr size_t kMostBytesAtOnce = size_t{1} << 30;
-
-HANDLE system_handle(intptr_t end) {
-  return reinterpret_cast<HANDLE>(end);
-}
 
 void close_end(intptr_t& end) {
   if (end != -1) ::CloseHandle(system_handle(std::exchange(end, -1)));

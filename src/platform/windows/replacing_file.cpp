@@ -5,18 +5,12 @@
 #include "platform/paths.h"
 #include "platform/windows/backup.h"
 #include "platform/windows/file_status.h"
+#include "platform/windows/handle.h"
 #include "platform/windows/temporary_files.h"
 #include "platform/windows/wide.h"
 
 namespace rowvane::platform {
 namespace {
-
-constexpr size_t kMostBytesAtOnce = size_t{1} << 30;
-constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-
-HANDLE system_handle(intptr_t handle) {
-  return reinterpret_cast<HANDLE>(handle);
-}
 
 // The path of the file behind any chain of links; PATH itself when it is no link.
 FileStatus resolve_links(const std::wstring& path, std::wstring& resolved) {
@@ -67,7 +61,7 @@ FileStatus write_all(HANDLE file, uint64_t offset, std::span<const std::byte> by
   return FileStatus::kOk;
 }
 
-void remove_file(const std::string& path) {
+void remove_if_there(const std::string& path) {
   std::wstring wide;
   if (wide_path_of(path, wide) == FileStatus::kOk) ::DeleteFileW(wide.c_str());
 }
@@ -138,7 +132,7 @@ FileStatus ReplacingFile::commit(const std::string& backup_path) {
   Handle file(system_handle(std::exchange(handle_, kNoHandle)));
   const FileStatus status = replace(std::move(file), temporary_, target_, backup_path);
   if (status != FileStatus::kOk) {
-    remove_file(temporary_);
+    remove_if_there(temporary_);
     position_ = 0;
   }
   return status;
@@ -148,7 +142,7 @@ void ReplacingFile::discard() {
   position_ = 0;
   if (handle_ == kNoHandle) return;
   ::CloseHandle(system_handle(std::exchange(handle_, kNoHandle)));
-  remove_file(temporary_);
+  remove_if_there(temporary_);
 }
 
 }  // namespace rowvane::platform

@@ -11,8 +11,8 @@
 namespace rowvane {
 namespace {
 
-constexpr size_t kBlockRecords = 4096;
-constexpr size_t kFirstStretch = 2 * kBlockRecords;  // records looked at before the first ones are shown
+constexpr size_t kFoundAtATime = 4096;
+constexpr size_t kFirstStretch = 2 * kFoundAtATime;  // records looked at before the first ones are shown
 constexpr size_t kStretchGrowth = 4;
 constexpr size_t kRecordsForThreads = 32'768;  // fewer are done before a thread has started
 
@@ -215,9 +215,9 @@ TextFinder::TextFinder(const CWorkSheet& table, FindText settings)
 TextFinder::~TextFinder() = default;
 
 void TextFinder::scan_part(Scan& scan, Worker& worker, size_t first, size_t end) {
-  std::array<uint8_t, kBlockRecords> hits;
-  for (size_t from = first; from < end && !scan.progress.cancelled(); from += kBlockRecords) {
-    const size_t count = std::min(kBlockRecords, end - from);
+  std::array<uint8_t, kFoundAtATime> hits;
+  for (size_t from = first; from < end && !scan.progress.cancelled(); from += kFoundAtATime) {
+    const size_t count = std::min(kFoundAtATime, end - from);
     const std::span<const uint32_t> block(scan.records.data() + from, count);
     std::fill_n(hits.begin(), count, uint8_t{0});
     for (const auto& search : searches_) search->mark(block, hits.data(), worker, scan.progress);

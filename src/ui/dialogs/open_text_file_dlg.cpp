@@ -23,16 +23,30 @@ constexpr uint32_t kSampleRecords = 100;
 
 // As the dialog was left, but for what belongs to the file: its columns, the separator that its name tells
 // and the encoding that its content does.
-TextFileSettings first_settings(const std::string& path, const TextFileSettings& left) {
+TextFileSettings first_settings(const TextFileSettings& suggested, const TextFileSettings& left) {
   TextFileSettings settings = left;
   settings.column_options = {};
-  const TextFileSettings suggested = recognize_file(path).text;
   if (suggested.encoding != TextFileSettings().encoding) settings.encoding = suggested.encoding;
   if (suggested.separator == TextFileSettings().separator) return settings;
   settings.separator = suggested.separator;
   settings.set(settings.flags, TextFileSettings::kSeparated, true);
   settings.fixed_widths_on = 0;
   return settings;
+}
+
+// What the next dialog begins with: what SUGGESTED told of this file alone, and the user left so, is no
+// choice.
+TextFileSettings left_settings(const TextFileSettings& accepted, const TextFileSettings& suggested,
+                               const TextFileSettings& before) {
+  TextFileSettings left = accepted;
+  const TextFileSettings untold;
+  if (suggested.encoding != untold.encoding && accepted.encoding == suggested.encoding)
+    left.encoding = before.encoding;
+  if (suggested.separator == untold.separator || accepted.separator != suggested.separator) return left;
+  left.separator = before.separator;
+  left.set(left.flags, TextFileSettings::kSeparated, before.is_separated());
+  left.fixed_widths_on = before.fixed_widths_on;
+  return left;
 }
 
 }  // namespace
@@ -42,7 +56,8 @@ COpenTextFileDlg::COpenTextFileDlg(const QString& path, profile::Settings& profi
     : QDialog(parent),
       profile_(profile),
       dialogs_(dialogs),
-      settings_(first_settings(to_utf8(path), profile.text_file_options)),
+      suggested_(recognize_file(to_utf8(path)).text),
+      settings_(first_settings(suggested_, profile.text_file_options)),
       box_(new TextSettingsBox(TextSettingsBox::Use::kOpen, this)),
       fields_(new CTextFieldList(this)),
       fit_widths_(new QCheckBox(tr("Auto-fit column widths"), this)),
@@ -181,7 +196,7 @@ void COpenTextFileDlg::accept() {
   }
   if (!dialogs_.accept(check_date_conversion(*settings))) return;
   settings_ = *settings;
-  profile_.text_file_options = settings_;
+  profile_.text_file_options = left_settings(settings_, suggested_, profile_.text_file_options);
   profile_.check_box_options.auto_col_width_on_import = fits_column_widths();
   QDialog::accept();
 }

@@ -59,6 +59,7 @@ class COpenTextFileDlg final : public QDialog {
 
   profile::Settings& profile_;
   Dialogs& dialogs_;
+  TextFileSettings suggested_;  // by the content and the name of the file
   TextFileSettings settings_;
   std::shared_ptr<const CWorkSheet> sample_;
   std::map<size_t, Criterion> filters_;

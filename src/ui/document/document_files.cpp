@@ -152,6 +152,13 @@ std::unique_ptr<DatabaseDocument> DocumentFiles::open_copy(const RecoveryCopy& c
 
 // ---- saving
 
+void DocumentFiles::run_save(DatabaseDocument& document, const QString& caption,
+                             const std::function<void(Progress&)>& work) {
+  document.database().before_change();
+  document.database().clean_pools();
+  run(caption, work);
+}
+
 bool DocumentFiles::save(DatabaseDocument& document) {
   if (!document.open().can_save_back()) return save_as(document);
   const Check check = document.open().check_save_back();
@@ -159,8 +166,8 @@ bool DocumentFiles::save(DatabaseDocument& document) {
   if (!dialogs_.accept(check)) return false;
   const bool as_database = document.open().has_database_file();
   Outcome outcome;
-  run(as_database ? tr("Saving Database") : tr("Saving Text File"),
-      [&](Progress& progress) { outcome = document.open().save_back(progress); });
+  run_save(document, as_database ? tr("Saving Database") : tr("Saving Text File"),
+           [&](Progress& progress) { outcome = document.open().save_back(progress); });
   const bool saved = tell_result(document, outcome);
   if (saved && as_database) remember_file(to_qt(document.open().path()));
   return saved;
@@ -197,9 +204,7 @@ bool DocumentFiles::save_to(DatabaseDocument& document, const Target& target, bo
   settings.as_copy = as_copy;
   settings.variant = target.variant;
   Outcome outcome;
-  document.database().before_change();  // one save at a time, and it may get another file
-  document.database().clean_pools();
-  run(tr("Saving Database"), [&](Progress& progress) {
+  run_save(document, tr("Saving Database"), [&](Progress& progress) {
     outcome = document.open().save(absolute_path(target.path), settings, progress);
   });
   const bool saved = tell_result(document, outcome);
@@ -228,8 +233,8 @@ bool DocumentFiles::may_close(DatabaseDocument& document) {
 
 void DocumentFiles::compact(DatabaseDocument& document) {
   CompactResult result;
-  document.database().before_change();
-  run(tr("Compact Database"), [&](Progress& progress) { result = document.open().compact(progress); });
+  run_save(document, tr("Compact Database"),
+           [&](Progress& progress) { result = document.open().compact(progress); });
   if (!dialogs_.report(result)) return;
   dialogs_.show(message(result.message), MessageIcon::kInformation);
   document.tell_saved();

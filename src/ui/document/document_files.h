@@ -52,6 +52,10 @@ class DocumentFiles {
  private:
   // With a progress box, unless the user wants none for files.
   void run(const QString& caption, const std::function<void(Progress&)>& work);
+  // For work that saves DOCUMENT: one save at a time, so the writer of a recovery copy stops first. Pools are
+  // cleaned here, on the thread of the owner; saving only reads.
+  void run_save(DatabaseDocument& document, const QString& caption,
+                const std::function<void(Progress&)>& work);
   // SHOWN_PATH is what the user is asked the password for; giving up cancels.
   DatabaseOpening open_with(const RecognizedFile& file, const std::string& shown_path);
   std::shared_ptr<const Secret> ask_password(const std::string& path);

@@ -8,7 +8,7 @@
 namespace rowvane::platform {
 namespace {
 
-std::string decode(unsigned page, std::string_view bytes) {
+std::string decode_here(unsigned page, std::string_view bytes) {
   std::string text;
   CodePage::open(page)->to_utf8(bytes, text);
   return text;
@@ -17,8 +17,8 @@ std::string decode(unsigned page, std::string_view bytes) {
 TEST(CodePagesOnWindows, DefaultsAreThoseOfTheSystem) {
   if (::GetACP() == CP_UTF8 || ::GetOEMCP() == CP_UTF8) GTEST_SKIP() << "UTF-8 is the page of this system";
   const std::string probe = "\xA5\xD5\xF1\xBC\xE0\x92\x8F";
-  EXPECT_EQ(decode(kDefaultAnsiCodePage, probe), decode(::GetACP(), probe));
-  EXPECT_EQ(decode(kDefaultOemCodePage, probe), decode(::GetOEMCP(), probe));
+  EXPECT_EQ(decode_here(kDefaultAnsiCodePage, probe), decode_here(::GetACP(), probe));
+  EXPECT_EQ(decode_here(kDefaultOemCodePage, probe), decode_here(::GetOEMCP(), probe));
 }
 
 // The pages that the system has but that are not made like the others: EBCDIC, those for symbols, UTF-7,
