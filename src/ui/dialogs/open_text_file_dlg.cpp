@@ -34,18 +34,13 @@ TextFileSettings first_settings(const TextFileSettings& suggested, const TextFil
   return settings;
 }
 
-// What the next dialog begins with: what SUGGESTED told of this file alone, and the user left so, is no
-// choice.
+// What the next dialog begins with: an encoding that the content of this file told, and the user left so, is
+// no choice.
 TextFileSettings left_settings(const TextFileSettings& accepted, const TextFileSettings& suggested,
                                const TextFileSettings& before) {
   TextFileSettings left = accepted;
-  const TextFileSettings untold;
-  if (suggested.encoding != untold.encoding && accepted.encoding == suggested.encoding)
-    left.encoding = before.encoding;
-  if (suggested.separator == untold.separator || accepted.separator != suggested.separator) return left;
-  left.separator = before.separator;
-  left.set(left.flags, TextFileSettings::kSeparated, before.is_separated());
-  left.fixed_widths_on = before.fixed_widths_on;
+  const bool is_told = suggested.encoding != TextFileSettings().encoding;
+  if (is_told && accepted.encoding == suggested.encoding) left.encoding = before.encoding;
   return left;
 }
 
