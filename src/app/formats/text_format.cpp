@@ -36,7 +36,7 @@ OpenedDatabase open_text_file(const OpenRequest& request) {
   TextImportResult imported = import_text_file(path, settings, request.progress);
   std::unique_ptr<CWorkSheet> table = std::move(imported.table);
   OpenedDatabase opened;
-  opened.outcome() = std::move(imported);
+  opened.outcome() = imported.outcome();
   if (!opened.is_done()) return opened;
   opened.database = std::make_unique<Database>(platform::file_stem(path), request.options);
   opened.failure = opened.database->add_table(opened.database->root(), table);

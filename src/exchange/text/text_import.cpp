@@ -20,7 +20,7 @@ TextImportResult load_table(TextSource& source, const TextImport& settings, Text
   plan.threads = thread_count(settings.threads);
   TextStreamResult loaded = load_text(source, plan, progress);
   TextImportResult result;
-  result.outcome() = std::move(loaded);
+  result.outcome() = loaded.outcome();
   if (!result.is_done()) return result;
   result.table = std::make_unique<CWorkSheet>(repair_table_name(settings.table_name), std::move(loaded.data));
   return result;

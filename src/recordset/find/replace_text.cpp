@@ -65,7 +65,7 @@ class CellReplacer {
     }
     NewText made = replaced(shown_, from, most);
     if (made.matches == 0 || made.text == shown_) return std::nullopt;
-    auto value = value_of(position, std::move(made.text), result.refused);
+    auto value = value_of(position, made.text, result.refused);
     if (value) matches_ = made.matches;
     return value;
   }
@@ -93,7 +93,7 @@ class CellReplacer {
     return made;
   }
 
-  std::optional<CellValue> value_of(uint32_t position, std::string text, RefusedCells& refused) {
+  std::optional<CellValue> value_of(uint32_t position, const std::string& text, RefusedCells& refused) {
     const FieldType type = table_.field(field_).type;
     if (type == FieldType::kNumber) return number_of(position, text, refused);
     if (type == FieldType::kText) return entered(text, refused);

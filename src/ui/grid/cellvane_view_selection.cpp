@@ -41,7 +41,7 @@ void CCellvaneView::begin_selection(GridPlace place, Span span, Qt::KeyboardModi
   span_ = span;
   if (modifiers.testFlag(Qt::ShiftModifier)) return extend_selection(place);
   const bool adds = modifiers.testFlag(Qt::ControlModifier);
-  removes_ = adds && is_selected(place) && selectionModel()->selection().size() > 0 &&
+  removes_ = adds && is_selected(place) && !selectionModel()->selection().isEmpty() &&
              selectionModel()->selection() != QItemSelection(currentIndex(), currentIndex());
   kept_ = adds ? selectionModel()->selection() : QItemSelection();
   anchor_ = place;

@@ -143,7 +143,7 @@ QString TableModel::entry_text(RecordNumber record, size_t field) const {
   const auto* number = std::get_if<double>(&value);
   if (number != nullptr && !table_.field(field).format.empty() &&
       error_of_number(*number) == FormulaError::kNone) {
-    const QString shown = texts_->read(record.position(), field).text;
+    QString shown = texts_->read(record.position(), field).text;
     const ValueReading read = read_field_value(table_.field(field), to_utf8(shown), document_.region());
     if (read.number() == *number) return shown;
   }

@@ -154,7 +154,7 @@ void TablePane::texts_to_dates() {
     for (const int field : group.fields) settings.fields.push_back(static_cast<size_t>(field));
   }
   std::ranges::sort(settings.fields);
-  settings.fields.erase(std::ranges::unique(settings.fields).begin(), settings.fields.end());
+  settings.fields.erase(std::unique(settings.fields.begin(), settings.fields.end()), settings.fields.end());
   if (!dialogs_.accept(check_date_conversion(table_, settings))) return;
   DateConversionResult result;
   run_long_change(this, tr("Text To Standard Date String"), document_, [&](Progress& progress) {
