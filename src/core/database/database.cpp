@@ -6,6 +6,7 @@
 
 #include "core/database/names.h"
 #include "core/database/tree_changes.h"
+#include "core/database/unique_names.h"
 #include "core/messages/messages.h"
 #include "core/table/field_hooks.h"
 #include "platform/characters.h"
@@ -54,14 +55,6 @@ size_t height_of(const Folder& folder) {
   size_t inside = 0;
   for (const auto& inner : folder.folders()) inside = std::max(inside, height_of(*inner));
   return inside + 1;
-}
-
-template <typename Named>
-bool names_are_unique(const std::vector<Named>& all) {
-  std::unordered_set<std::string> names;
-  return std::all_of(all.begin(), all.end(), [&names](const Named& one) {
-    return names.insert(platform::fold_case(one.name)).second;
-  });
 }
 
 template <typename Named>
@@ -267,7 +260,7 @@ ErrorCode Database::change_settings(DatabaseSettings settings) {
   if (!all_named(settings.drop_down_lists) || !all_named(settings.record_flag_types)) {
     return ErrorCode::kFieldTypeMismatch;
   }
-  if (!names_are_unique(settings.drop_down_lists) || !names_are_unique(settings.record_flag_types)) {
+  if (!has_unique_names(settings.drop_down_lists) || !has_unique_names(settings.record_flag_types)) {
     return ErrorCode::kNameNotUnique;
   }
   apply(std::make_unique<SwapChange<DatabaseSettings>>(settings_, std::move(settings)));
